@@ -1,0 +1,58 @@
+# One static library per folder of src/. A room sees only what it names here, so the logic cannot
+# reach the toolkit even by accident: its include path is not there.
+
+add_library(pixelhain_options INTERFACE)
+target_compile_options(pixelhain_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
+if(PIXELHAIN_WERROR)
+    target_compile_options(pixelhain_options INTERFACE -Werror)
+endif()
+if(PIXELHAIN_SANITIZE)
+    target_compile_options(pixelhain_options INTERFACE
+        -fsanitize=${PIXELHAIN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(pixelhain_options INTERFACE -fsanitize=${PIXELHAIN_SANITIZE})
+endif()
+target_link_libraries(pixelhain_options INTERFACE Threads::Threads)
+
+# pixelhain_room(NAME USES room… LIBRARIES imported-target…): every .cpp and .h of the folder.
+function(pixelhain_room name)
+    cmake_parse_arguments(ARG "RECURSE" "" "USES;LIBRARIES" ${ARGN})
+    if(ARG_RECURSE)
+        set(glob GLOB_RECURSE)
+    else()
+        set(glob GLOB)
+    endif()
+    file(${glob} sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    file(${glob} headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+    set(uses ${ARG_USES})
+    list(TRANSFORM uses PREPEND pixelhain_)
+
+    if(sources)
+        add_library(pixelhain_${name} STATIC ${sources})
+        set(scope PUBLIC)
+    else()
+        add_library(pixelhain_${name} INTERFACE)
+        set(scope INTERFACE)
+    endif()
+    target_sources(pixelhain_${name} ${scope}
+        FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${headers})
+    target_link_libraries(pixelhain_${name} ${scope} pixelhain_options ${uses} ${ARG_LIBRARIES})
+endfunction()
+
+# pixelhain_tests(NAME USES room…): one test program of all *Test.cpp of the folder, run by ctest
+# as PRESET.NAME.
+function(pixelhain_tests name)
+    cmake_parse_arguments(ARG "RECURSE" "" "USES;LIBRARIES" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    set(uses ${ARG_USES})
+    list(TRANSFORM uses PREPEND pixelhain_)
+    add_executable(test_${name} ${sources})
+    target_link_libraries(test_${name} PRIVATE pixelhain_test_support ${uses} ${ARG_LIBRARIES})
+    get_filename_component(preset ${CMAKE_BINARY_DIR} NAME)
+    add_test(NAME ${preset}.${name} COMMAND test_${name} --no-version)
+    set_tests_properties(${preset}.${name} PROPERTIES LABELS ${name} TIMEOUT 300)
+endfunction()

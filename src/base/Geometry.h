@@ -1,0 +1,39 @@
+#pragma once
+#include <algorithm>
+
+namespace pixelhain {
+
+/// Width and height in whole pixels.
+struct PixelSize {
+    int width = 0;
+    int height = 0;
+
+    int longestSide() const { return std::max(width, height); }
+    PixelSize turned() const { return { height, width }; }
+    bool operator==(PixelSize const&) const = default;
+};
+
+/// A point in points (device-independent pixels), y downwards.
+struct Point {
+    double x = 0;
+    double y = 0;
+    bool operator==(Point const&) const = default;
+};
+
+/// A rectangle in points, y downwards.
+struct Rect {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    double right() const { return x + width; }
+    double bottom() const { return y + height; }
+    bool contains(Point point) const
+    {
+        return point.x >= x && point.x < right() && point.y >= y && point.y < bottom();
+    }
+    bool operator==(Rect const&) const = default;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,58 @@
+#pragma once
+#include "base/Bitmap.h"
+#include "base/Geometry.h"
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace pixelhain {
+
+/// A picture as a codec made it, with what the decode rules must know about where it came from.
+struct DecodedImage {
+    Bitmap bitmap;
+    /// The file's pixels are indices into a colour table.
+    bool isIndexed = false;
+    /// The file's colours have a known meaning (a profile, or the format's own default).
+    bool hasColorSpace = true;
+    /// The codec left rows or columns out while decoding (a DCT scale, a coarser scan).
+    bool wasReduced = false;
+};
+
+/// One opened image file. Not thread-safe; each belongs to one decode. Every operation answers for
+/// the primary image; none throws, and none needs more memory than the limits of its codec say.
+class ImageSource {
+public:
+    virtual ~ImageSource() = default;
+
+    /// Uniform type identifier of the bytes (not of the name): "public.jpeg", "public.png",
+    /// "com.compuserve.gif", "org.webmproject.webp", "public.tiff", "com.microsoft.bmp".
+    [[nodiscard]] virtual std::string_view typeIdentifier() const = 0;
+
+    /// Images, frames or pages in the file; at least 1. May read through the file.
+    [[nodiscard]] virtual std::size_t frameCount() = 0;
+
+    /// Size as stored, no orientation applied; nothing if the header does not state both sides.
+    [[nodiscard]] virtual std::optional<PixelSize> pixelSize() = 0;
+
+    /// EXIF orientation, 1 to 8; 1 when absent or out of range.
+    [[nodiscard]] virtual int orientation() = 0;
+
+    /// Sizes, upright, of the previews stored inside the file, by their longest side ascending.
+    /// Only previews that show the whole picture count.
+    [[nodiscard]] virtual std::vector<PixelSize> previews() = 0;
+
+    /// The preview at `index` of `previews()`, upright, in sRGB, reduced to at most `maxPixel` on
+    /// its longest side, never enlarged; nothing if it is damaged.
+    [[nodiscard]] virtual std::optional<DecodedImage> decodePreview(std::size_t index, int maxPixel)
+        = 0;
+
+    /// The picture upright, in sRGB, with a longest side of at most `maxPixel`, never enlarged. Of
+    /// a damaged file what can be saved; nothing if there is nothing.
+    [[nodiscard]] virtual std::optional<DecodedImage> decode(int maxPixel) = 0;
+
+    /// The picture whole and as stored: in sRGB, but neither reduced nor turned.
+    [[nodiscard]] virtual std::optional<DecodedImage> decodeWhole() = 0;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,28 @@
+#pragma once
+
+namespace pixelhain {
+
+class Background;
+class FileSystem;
+class FolderEvents;
+class ImageTypes;
+class MainLoop;
+class Panels;
+class Preferences;
+class TextOrder;
+
+/// What the browser model asks of the world, plugged together once by the program. Everything here
+/// outlives the model.
+struct Ports {
+    MainLoop& loop;
+    Background& background;
+    FileSystem& files;
+    Preferences& preferences;
+    TextOrder& textOrder;
+    ImageTypes& imageTypes;
+    Panels& panels;
+    /// Absent where changes are not reported; nothing is watched then.
+    FolderEvents* folderEvents = nullptr;
+};
+
+} // namespace pixelhain
