@@ -1,0 +1,19 @@
+#pragma once
+#include "ports/ByteSource.h"
+#include "ports/ImageSource.h"
+#include "ports/ImageTypes.h"
+#include <memory>
+
+namespace pixelhain {
+
+/// Opens the image in `bytes` with the codec that its first bytes ask for; the file's name plays no
+/// part. Nothing if no codec knows them or the header is beyond use.
+std::unique_ptr<ImageSource> openImage(std::unique_ptr<ByteSource> bytes);
+
+/// The extensions of the formats that count as photos.
+class CodecImageTypes final : public ImageTypes {
+public:
+    [[nodiscard]] bool isImageExtension(std::string_view extension) const override;
+};
+
+} // namespace pixelhain

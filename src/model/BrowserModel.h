@@ -1,0 +1,115 @@
+#pragma once
+#include "base/FileUrl.h"
+#include "base/Published.h"
+#include "model/PhotoIndex.h"
+#include "model/PhotoItem.h"
+#include "model/PhotoTest.h"
+#include "model/SortKey.h"
+#include "ports/Ports.h"
+#include "sidebar/FolderWatcher.h"
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace pixelhain {
+
+class MainWindow;
+
+/// Whether showing other folders also moves the keyboard focus to the gallery.
+enum class FocusGallery { no, yes };
+
+/// Whether a new root of the folder tree is also the folder that is shown.
+enum class AlsoSelect { no, yes };
+
+/// The one observable object behind the main window: which folders are open, the scan result, the
+/// visible list, the selection and the settings. Views read its fields and call its operations.
+/// Main thread only; scans run in the background and come back.
+class BrowserModel final : public Observable {
+    template <typename T> using Field = Published<T, BrowserModel>;
+
+public:
+    /// Reads the settings. Starts no scan.
+    explicit BrowserModel(Ports const& ports);
+    ~BrowserModel();
+
+    Field<std::optional<FileUrl>> folder { *this }; ///< the first of `folders`
+    Field<std::vector<FileUrl>> folders { *this }; ///< whose photos are shown
+    Field<std::optional<FileUrl>> rootFolder { *this }; ///< the top of the folder tree
+    Field<int> treeVersion { *this, 0 }; ///< bumped to make the sidebar rebuild its tree
+    Field<int> countsVersion { *this, 0 }; ///< bumped to make the sidebar recount
+    Field<std::vector<PhotoItem>> items { *this }; ///< `allItems` filtered and sorted
+    Field<std::set<FileUrl>> selection { *this }; ///< the marked photos
+    Field<std::optional<std::size_t>> cursor { *this }; ///< index into `items`
+    Field<std::optional<std::size_t>> viewerIndex { *this }; ///< none while the gallery shows
+    Field<bool> isSlideshow { *this, false };
+    Field<bool> isSlideshowPaused { *this, false };
+    Field<bool> isLoading { *this, false }; ///< a scan is under way
+    Field<bool> canUndoTrash { *this, false };
+    Field<std::optional<std::string>> status { *this }; ///< the status bar's message
+    Field<bool> showInfo { *this, false };
+    Field<bool> showContactSheetDialog { *this, false };
+    Field<std::string> searchText { *this };
+    Field<SortKey> sortKey { *this, SortKey::name };
+    Field<bool> ascending { *this, true };
+    Field<bool> includeSubfolders { *this, false };
+    Field<double> thumbSize { *this, 170 }; ///< edge of a gallery cell in points
+    Field<bool> showFilenames { *this, true };
+    Field<bool> showResolution { *this, true };
+    Field<double> slideshowInterval { *this, 4 }; ///< seconds per slide
+    Field<bool> slideshowShuffle { *this, false };
+
+    std::vector<PhotoItem> const& allItems() const { return allItems_; }
+    int columns() const { return columns_; }
+    std::optional<std::size_t> anchor() const { return anchor_; }
+
+    // Folders
+    void restoreLastFolders();
+    void chooseFolder();
+    /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.
+    void open(FileUrl const& url);
+    void setRoot(FileUrl const& url, AlsoSelect alsoSelect);
+    void selectFolders(std::vector<FileUrl> urls, FocusGallery focusGallery);
+    void startScan();
+    void reload();
+    void applyFilter();
+    std::string windowTitle() const;
+
+    /// Shows a message in the status bar for five seconds.
+    void showStatus(std::string text);
+
+    // Settings: each is stored under its key at once.
+    void setSearchText(std::string text);
+    void setSortKey(SortKey key);
+    void setAscending(bool value);
+    void setIncludeSubfolders(bool value);
+    void setThumbSize(double points);
+    void setShowFilenames(bool value);
+    void setShowResolution(bool value);
+    void setSlideshowInterval(double seconds);
+    void setSlideshowShuffle(bool value);
+
+    // Selection and viewer
+    void openViewer(std::size_t index);
+    void closeViewer();
+
+    /// The columns of the gallery as last laid out; at least 1.
+    void setColumns(int count);
+    void setWindow(MainWindow* window);
+
+private:
+    Ports ports_;
+    PhotoTest photoTest_;
+    FolderWatcher folderWatcher_;
+    std::vector<PhotoItem> allItems_;
+    PhotoIndex index_;
+    MainWindow* window_ = nullptr;
+    int columns_ = 1;
+    std::optional<std::size_t> anchor_;
+    int scanGeneration_ = 0;
+    std::optional<FileUrl> pendingFileToShow_;
+    Task statusTask_;
+    Task scanTask_;
+};
+
+} // namespace pixelhain
