@@ -41,9 +41,13 @@ function(pixelhain_room name)
 endfunction()
 
 # pixelhain_tests(NAME USES room…): one test program of all *Test.cpp of the folder, run by ctest
-# as PRESET.NAME.
+# as PRESET.NAME. The target "tests" builds all of them and nothing else.
+add_custom_target(tests)
 function(pixelhain_tests name)
     cmake_parse_arguments(ARG "RECURSE" "" "USES;LIBRARIES" ${ARGN})
+    if(PIXELHAIN_TESTS AND NOT name IN_LIST PIXELHAIN_TESTS)
+        return()
+    endif()
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
     if(NOT sources)
         return()
@@ -53,6 +57,7 @@ function(pixelhain_tests name)
     add_executable(test_${name} ${sources})
     target_link_libraries(test_${name} PRIVATE pixelhain_test_support ${uses} ${ARG_LIBRARIES})
     get_filename_component(preset ${CMAKE_BINARY_DIR} NAME)
+    add_dependencies(tests test_${name})
     add_test(NAME ${preset}.${name} COMMAND test_${name} --no-version)
     set_tests_properties(${preset}.${name} PROPERTIES LABELS ${name} TIMEOUT 300)
 endfunction()
