@@ -1,0 +1,115 @@
+#include "images/DecodeRules.h"
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+bool holdsPixels(std::optional<DecodedImage> const& image)
+{
+    return image && !image->bitmap.isEmpty();
+}
+
+// A damaged preview gives way to the next larger one. The picture's size is asked for only where
+// the threshold leaves it open.
+std::optional<DecodedImage> decodeAcceptedPreview(ImageSource& source, int maxPixel)
+{
+    auto const accepts = [&](PixelSize preview) {
+        return acceptsPreview(preview, maxPixel, std::nullopt)
+            || acceptsPreview(preview, maxPixel, source.pixelSize());
+    };
+    auto const sizes = source.previews();
+    for (std::size_t index = 0; index < sizes.size(); ++index) {
+        if (!accepts(sizes[index]))
+            continue;
+        auto image = source.decodePreview(index, maxPixel);
+        if (holdsPixels(image) && accepts(image->bitmap.size))
+            return image;
+    }
+    return std::nullopt;
+}
+
+DecodedPicture finish(
+    DecodedImage const& image, int maxPixel, bool isScaledRead, PixelOrigin origin)
+{
+    if (mustRedraw(image, maxPixel, isScaledRead))
+        if (auto redrawn = redrawScaled(image.bitmap, maxPixel); !redrawn.isEmpty())
+            return { std::move(redrawn), origin };
+    return { image.bitmap, origin };
+}
+
+} // namespace
+
+int previewThreshold(int maxPixel)
+{
+    return static_cast<int>(maxPixel * 0.75);
+}
+
+bool acceptsPreview(PixelSize preview, int maxPixel, std::optional<PixelSize> const& picture)
+{
+    constexpr int tolerance = 2;
+    auto const longest = std::min(preview.longestSide(), maxPixel);
+    return longest >= previewThreshold(maxPixel)
+        || (picture && longest >= picture->longestSide() - tolerance);
+}
+
+std::optional<DecodedPicture> decodeImage(
+    ImageSource& source, int maxPixel, EmbeddedPreviews previews)
+{
+    if (previews == EmbeddedPreviews::prefer)
+        if (auto const preview = decodeAcceptedPreview(source, maxPixel))
+            return finish(*preview, maxPixel, true, PixelOrigin::embedded);
+    if (auto const image = source.decode(maxPixel); holdsPixels(image)) {
+        auto const origin = image->wasReduced ? PixelOrigin::scaled : PixelOrigin::full;
+        return finish(*image, maxPixel, true, origin);
+    }
+    if (auto const image = source.decodeWhole(); holdsPixels(image))
+        return finish(*image, maxPixel, false, PixelOrigin::full);
+    return std::nullopt;
+}
+
+std::optional<DecodedPicture> decodeFullImage(ImageSource& source)
+{
+    auto const size = source.pixelSize();
+    if (!size)
+        return std::nullopt;
+    return decodeImage(source, size->longestSide(), EmbeddedPreviews::ignore);
+}
+
+ImageMeta readMeta(ImageSource& source)
+{
+    constexpr int firstQuarterTurn = 5; // orientations 5 to 8 turn the picture by a quarter
+    ImageMeta meta;
+    meta.size = source.pixelSize();
+    if (meta.size && source.orientation() >= firstQuarterTurn)
+        meta.size = meta.size->turned();
+    meta.isAnimated = isAnimatedType(source.typeIdentifier()) && source.frameCount() > 1;
+    return meta;
+}
+
+bool isAnimatedType(std::string_view typeIdentifier)
+{
+    constexpr std::array<std::string_view, 3> animatedTypes { "com.compuserve.gif", "public.png",
+        "org.webmproject.webp" };
+    return std::ranges::find(animatedTypes, typeIdentifier) != animatedTypes.end();
+}
+
+bool mustRedraw(DecodedImage const& image, int maxPixel, bool isScaledRead)
+{
+    return !isScaledRead || !image.hasColorSpace || image.isIndexed
+        || image.bitmap.size.longestSide() > maxPixel;
+}
+
+PixelSize redrawnSize(PixelSize size, int maxPixel)
+{
+    auto const scale
+        = std::min(static_cast<double>(maxPixel) / std::max(size.longestSide(), 1), 1.0);
+    auto const scaled
+        = [scale](int side) { return std::max(1, static_cast<int>(std::lround(side * scale))); };
+    return { scaled(size.width), scaled(size.height) };
+}
+
+} // namespace pixelhain

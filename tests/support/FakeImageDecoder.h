@@ -1,0 +1,86 @@
+#pragma once
+#include "ports/ImageDecoder.h"
+#include <cstring>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pixelhain {
+
+/// A plain picture of one value in every byte.
+inline Bitmap grayBitmap(PixelSize size, int value = 0x80)
+{
+    auto bitmap = Bitmap::allocate(size, true);
+    if (!bitmap.isEmpty())
+        std::memset(bitmap.pixels.get(), value, bitmap.cost());
+    return bitmap;
+}
+
+/// Answers for files that a test has put there, and records what it was asked. Thread-safe.
+class FakeImageDecoder final : public ImageDecoder {
+public:
+    struct File {
+        ImageMeta meta;
+        PixelSize decoded { 4, 3 }; ///< what every request for pixels gets
+    };
+
+    void put(FileUrl const& url, File const& file)
+    {
+        std::scoped_lock const guard(lock_);
+        files_[url] = file;
+    }
+    void remove(FileUrl const& url)
+    {
+        std::scoped_lock const guard(lock_);
+        files_.erase(url);
+    }
+
+    std::optional<DecodedPicture> decode(DecodeRequest const& request) override
+    {
+        auto const file = record(decodes_, request, request.file);
+        if (whileDecoding)
+            whileDecoding();
+        if (!file)
+            return std::nullopt;
+        return DecodedPicture { grayBitmap(file->decoded), PixelOrigin::full };
+    }
+
+    std::optional<ImageMeta> readMeta(FileUrl const& url) override
+    {
+        auto const file = record(metaReads_, url, url);
+        return file ? std::optional(file->meta) : std::nullopt;
+    }
+
+    std::vector<DecodeRequest> decodes() const
+    {
+        std::scoped_lock const guard(lock_);
+        return decodes_;
+    }
+    std::vector<FileUrl> metaReads() const
+    {
+        std::scoped_lock const guard(lock_);
+        return metaReads_;
+    }
+
+    std::function<void()> whileDecoding; ///< set before use
+
+private:
+    template <typename Asked>
+    std::optional<File> record(std::vector<Asked>& list, Asked const& asked, FileUrl const& url)
+    {
+        std::scoped_lock const guard(lock_);
+        list.push_back(asked);
+        auto const found = files_.find(url);
+        return found == files_.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    mutable std::mutex lock_;
+    std::map<FileUrl, File> files_;
+    std::vector<DecodeRequest> decodes_;
+    std::vector<FileUrl> metaReads_;
+};
+
+} // namespace pixelhain
