@@ -2,21 +2,20 @@
 #include "base/Bitmap.h"
 #include "base/FileUrl.h"
 #include "base/Task.h"
+#include "images/DisplayPixelSize.h"
 #include "images/MemoryCache.h"
 #include "ports/ImageDecoder.h"
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <span>
-#include <string>
 
 namespace pixelhain {
 
 class Background;
+class LoaderCore;
 class MainLoop;
 class WorkQueue;
-struct Screen;
 
 /// One decoded image, shared by caches and views.
 struct CGImageBox {
@@ -32,9 +31,12 @@ struct ImageMetaBox {
 
 /// The one place where image files are decoded: thumbnails, display images, full images and
 /// metadata, off the main thread, into bounded caches. Failures are never cached, so each later
-/// request tries the file again.
+/// request tries the file again. Two requests for the same picture may both decode it; the later
+/// one stays in the cache.
 class ImageLoader {
 public:
+    /// The loop and the decoder must outlive the threads of the other three. The loader itself may
+    /// go before or after them: work under way then ends without it.
     struct Services {
         MainLoop& loop;
         Background& background;
@@ -42,14 +44,23 @@ public:
         WorkQueue& thumbQueue; ///< max(2, processors) side by side
         WorkQueue& displayQueue; ///< 3 side by side, at a higher priority
     };
+    struct Limits {
+        CacheLimits thumbs { 734'003'200, std::nullopt }; // 700 MiB
+        CacheLimits displays { 943'718'400, 30 }; // 900 MiB
+        int displayPixelSize = defaultDisplayPixelSize; ///< until the screens are known
+    };
     using ImageDone = std::function<void(ImageRef)>; ///< null: there is no picture
     using MetaDone = std::function<void(std::optional<ImageMeta>)>;
 
     explicit ImageLoader(Services const& services);
+    ImageLoader(Services const& services, Limits const& limits);
+    ImageLoader(ImageLoader const&) = delete;
+    ImageLoader& operator=(ImageLoader const&) = delete;
+    ~ImageLoader();
 
-    /// Asynchronous loads: `done` runs later on the main thread, unless the task is dropped first.
-    /// A load dropped before its work item starts never touches the file; one dropped later still
-    /// fills the cache.
+    /// Asynchronous loads, asked for and dropped on the main thread: `done` runs there later,
+    /// unless the task is dropped first, which also frees `done`. A load dropped before its work
+    /// item starts never touches the file; one dropped later still fills the cache.
     [[nodiscard]] Task loadThumbnail(FileUrl const& url, int maxPixel, ImageDone done);
     [[nodiscard]] Task loadMeta(FileUrl const& url, MetaDone done);
     [[nodiscard]] Task loadDisplayImage(FileUrl const& url, ImageDone done);
@@ -57,13 +68,14 @@ public:
 
     /// Plain look-ups: null or nothing when not cached. Any thread.
     [[nodiscard]] ImageRef cachedThumbnail(FileUrl const& url, int maxPixel) const;
+    [[nodiscard]] ImageRef cachedDisplayImage(FileUrl const& url) const;
     [[nodiscard]] std::optional<ImageMeta> knownMeta(FileUrl const& url) const;
 
     /// The metadata from the cache, else read from the file on the caller's thread.
     [[nodiscard]] std::optional<ImageMeta> cachedMeta(FileUrl const& url);
 
     /// Puts the display image into its cache unless it is there. For work items of the display
-    /// queue: decodes on the caller's thread.
+    /// queue: decodes on the caller's thread. Such items must not outlive the loader.
     void prefetchDisplay(FileUrl const& url);
 
     /// Decodes on the caller's thread, past all caches.
@@ -72,15 +84,12 @@ public:
     [[nodiscard]] std::optional<ImageMeta> readMeta(FileUrl const& url) const;
 
     /// The longest side in device pixels that display images are decoded to.
-    [[nodiscard]] int displayPixelSize() const { return displayPixelSize_; }
+    [[nodiscard]] int displayPixelSize() const;
     void updateDisplayPixelSize(std::span<Screen const> screens);
 
 private:
     Services services_;
-    std::shared_ptr<MemoryCache<std::string, CGImageBox>> thumbCache_;
-    std::shared_ptr<MemoryCache<FileUrl, ImageMetaBox>> metaCache_;
-    std::shared_ptr<MemoryCache<std::string, CGImageBox>> displayCache_;
-    std::atomic<int> displayPixelSize_ { 2880 };
+    std::shared_ptr<LoaderCore> core_; // shared with the work under way
 };
 
 } // namespace pixelhain

@@ -1,0 +1,103 @@
+#include "images/LoaderCore.h"
+#include "ports/WorkQueue.h"
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+constexpr int everyPixel = 0;
+
+} // namespace
+
+std::string imageKey(int pixels, FileUrl const& url)
+{
+    return std::to_string(pixels).append("|").append(url.path());
+}
+
+LoaderCore::LoaderCore(ImageLoader::Services const& services, ImageLoader::Limits const& limits)
+    : displayPixelSize(limits.displayPixelSize)
+    , services_(services)
+    , thumbCache_(limits.thumbs)
+    , displayCache_(limits.displays)
+{
+}
+
+void LoaderCore::enqueue(WorkQueue& queue, std::function<void()> item)
+{
+    std::scoped_lock const guard(gate_);
+    if (!isClosed())
+        queue.add(std::move(item));
+}
+
+void LoaderCore::close()
+{
+    std::scoped_lock const guard(gate_);
+    isClosed_.store(true, std::memory_order_relaxed);
+}
+
+ImageRef LoaderCore::decode(FileUrl const& url, int maxPixel, EmbeddedPreviews previews) const
+{
+    auto picture = services_.decoder.decode({ url, maxPixel, previews });
+    if (!picture || picture->bitmap.isEmpty())
+        return nullptr;
+    return std::make_shared<CGImageBox const>(
+        CGImageBox { std::move(picture->bitmap), picture->origin });
+}
+
+ImageRef LoaderCore::decodeFull(FileUrl const& url) const
+{
+    return decode(url, everyPixel, EmbeddedPreviews::ignore);
+}
+
+std::optional<ImageMeta> LoaderCore::readMeta(FileUrl const& url) const
+{
+    return services_.decoder.readMeta(url);
+}
+
+ImageRef LoaderCore::findThumbnail(FileUrl const& url, int maxPixel)
+{
+    return thumbCache_.find(imageKey(maxPixel, url));
+}
+
+ImageRef LoaderCore::makeThumbnail(FileUrl const& url, int maxPixel)
+{
+    auto image = decode(url, maxPixel, EmbeddedPreviews::prefer);
+    if (image)
+        thumbCache_.store(imageKey(maxPixel, url), image, image->image.cost());
+    return image;
+}
+
+ImageRef LoaderCore::findDisplayImage(FileUrl const& url)
+{
+    return displayCache_.find(imageKey(displayPixelSize, url));
+}
+
+ImageRef LoaderCore::makeDisplayImage(FileUrl const& url)
+{
+    int const pixels = displayPixelSize;
+    auto image = decode(url, pixels, EmbeddedPreviews::ignore);
+    if (image)
+        displayCache_.store(imageKey(pixels, url), image, image->image.cost());
+    return image;
+}
+
+std::optional<ImageMeta> LoaderCore::findMeta(FileUrl const& url)
+{
+    auto const box = metaCache_.find(url);
+    return box ? std::optional(box->meta) : std::nullopt;
+}
+
+std::optional<ImageMeta> LoaderCore::findOrReadMeta(FileUrl const& url)
+{
+    if (auto known = findMeta(url))
+        return known;
+    auto const meta = readMeta(url);
+    // A key of its own: the one asked with may hold the names of a whole folder in memory.
+    if (meta)
+        metaCache_.store(
+            FileUrl(url.path()), std::make_shared<ImageMetaBox const>(ImageMetaBox { *meta }));
+    return meta;
+}
+
+} // namespace pixelhain
