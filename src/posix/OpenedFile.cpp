@@ -1,0 +1,74 @@
+#include "posix/OpenedFile.h"
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pixelhain {
+
+namespace {
+
+int openForReading(char const* path)
+{
+    // Something else may take the file's place after it was looked at: nothing that is opened here
+    // may block or become the terminal of this process.
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    int descriptor = -1;
+    do
+        descriptor = ::open(path, flags);
+    while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+} // namespace
+
+std::unique_ptr<OpenedFile> OpenedFile::open(FileUrl const& url)
+{
+    struct stat info { };
+    // Merely opening a pipe wakes its writer, and opening a device may move it.
+    if (url.empty() || ::stat(url.cString(), &info) != 0 || !S_ISREG(info.st_mode))
+        return nullptr;
+    int const descriptor = openForReading(url.cString());
+    if (descriptor < 0)
+        return nullptr;
+    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode) || info.st_size < 0
+        || static_cast<std::uint64_t>(info.st_size) > maxSize) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    return std::unique_ptr<OpenedFile>(
+        new OpenedFile(descriptor, static_cast<std::uint64_t>(info.st_size)));
+}
+
+OpenedFile::OpenedFile(int descriptor, std::uint64_t size)
+    : descriptor_(descriptor)
+    , size_(size)
+{
+}
+
+OpenedFile::~OpenedFile()
+{
+    ::close(descriptor_);
+}
+
+std::size_t OpenedFile::readAt(std::uint64_t offset, std::span<std::uint8_t> into) const
+{
+    if (offset >= size_)
+        return 0;
+    auto const wanted
+        = static_cast<std::size_t>(std::min<std::uint64_t>(into.size(), size_ - offset));
+    std::size_t done = 0;
+    while (done < wanted) {
+        auto const got = ::pread(
+            descriptor_, into.data() + done, wanted - done, static_cast<off_t>(offset + done));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+} // namespace pixelhain
