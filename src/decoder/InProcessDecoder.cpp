@@ -1,0 +1,43 @@
+#include "decoder/InProcessDecoder.h"
+#include "codecs/ImageCodecs.h"
+#include "images/DecodeRules.h"
+#include "posix/OpenedFile.h"
+#include <exception>
+#include <memory>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+// Runs `read` with the opened image. A picture for which there is not enough memory counts as one
+// that cannot be read.
+template <typename Result, typename Read>
+std::optional<Result> withImage(FileUrl const& file, Read read)
+try {
+    auto bytes = OpenedFile::open(file);
+    if (!bytes || bytes->size() == 0)
+        return std::nullopt;
+    auto const image = openImage(std::move(bytes));
+    return image ? read(*image) : std::nullopt;
+} catch (std::exception const&) {
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<DecodedPicture> InProcessDecoder::decode(DecodeRequest const& request)
+{
+    return withImage<DecodedPicture>(request.file, [&](ImageSource& image) {
+        return request.maxPixel > 0 ? decodeImage(image, request.maxPixel, request.previews)
+                                    : decodeFullImage(image);
+    });
+}
+
+std::optional<ImageMeta> InProcessDecoder::readMeta(FileUrl const& file)
+{
+    return withImage<ImageMeta>(
+        file, [](ImageSource& image) { return std::optional(pixelhain::readMeta(image)); });
+}
+
+} // namespace pixelhain

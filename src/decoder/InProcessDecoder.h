@@ -1,0 +1,13 @@
+#pragma once
+#include "ports/ImageDecoder.h"
+
+namespace pixelhain {
+
+/// Opens and decodes image files on the caller's thread.
+class InProcessDecoder final : public ImageDecoder {
+public:
+    [[nodiscard]] std::optional<DecodedPicture> decode(DecodeRequest const& request) override;
+    [[nodiscard]] std::optional<ImageMeta> readMeta(FileUrl const& file) override;
+};
+
+} // namespace pixelhain
