@@ -7,6 +7,7 @@
 #include "model/SortKey.h"
 #include "ports/Ports.h"
 #include "sidebar/FolderWatcher.h"
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -59,11 +60,16 @@ public:
     Field<double> slideshowInterval { *this, 4 }; ///< seconds per slide
     Field<bool> slideshowShuffle { *this, false };
 
+    /// The last accepted scan, unfiltered and unsorted.
     std::vector<PhotoItem> const& allItems() const { return allItems_; }
     int columns() const { return columns_; }
     std::optional<std::size_t> anchor() const { return anchor_; }
+    int scanGeneration() const { return scanGeneration_; }
+    std::optional<FileUrl> const& pendingFileToShow() const { return pendingFileToShow_; }
+    std::string windowTitle() const;
 
-    // Folders
+    // Folders. What has to look at a disk first answers later; the newest request wins.
+    /// Shows the folders of the last run again, unless a folder is open by then.
     void restoreLastFolders();
     void chooseFolder();
     /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.
@@ -72,13 +78,14 @@ public:
     void selectFolders(std::vector<FileUrl> urls, FocusGallery focusGallery);
     void startScan();
     void reload();
+    /// Makes the sidebar list and count its folders again; the gallery stays as it is.
+    void refreshTree();
     void applyFilter();
-    std::string windowTitle() const;
 
     /// Shows a message in the status bar for five seconds.
     void showStatus(std::string text);
 
-    // Settings: each is stored under its key at once.
+    // Settings: each is stored under its key at once, numbers brought into their range.
     void setSearchText(std::string text);
     void setSortKey(SortKey key);
     void setAscending(bool value);
@@ -89,17 +96,32 @@ public:
     void setSlideshowInterval(double seconds);
     void setSlideshowShuffle(bool value);
 
-    // Selection and viewer
+    // Selection and viewer. An index outside `items` does nothing.
+    void toggle(std::size_t index);
+    void selectNone();
     void openViewer(std::size_t index);
     void closeViewer();
+    void stopSlideshow();
 
     /// The columns of the gallery as last laid out; at least 1.
-    void setColumns(int count);
-    void setWindow(MainWindow* window);
+    void setColumns(int count) { columns_ = count < 1 ? 1 : count; }
+
+    MainWindow* window() const { return window_; }
+    /// The window withdraws itself with null before it goes.
+    void setWindow(MainWindow* window) { window_ = window; }
 
 private:
+    struct ScanAnswer;
+    struct Restorable;
+
+    void openPlace(FileUrl const& folder, std::optional<FileUrl> const& file);
+    void restore(Restorable const& found);
+    void accept(ScanAnswer answer);
+    void showItems(std::vector<PhotoItem> visible);
+    std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
+
     Ports ports_;
-    PhotoTest photoTest_;
+    std::shared_ptr<PhotoTest> photoTest_; ///< shared with scans that outlive the model
     FolderWatcher folderWatcher_;
     std::vector<PhotoItem> allItems_;
     PhotoIndex index_;
@@ -108,8 +130,13 @@ private:
     std::optional<std::size_t> anchor_;
     int scanGeneration_ = 0;
     std::optional<FileUrl> pendingFileToShow_;
+    std::shared_ptr<Restorable> heldRestore_; ///< found while an open request still looked
+    bool isOpening_ = false;
+    Task openTask_;
+    Task restoreTask_;
     Task statusTask_;
     Task scanTask_;
+    std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 
 } // namespace pixelhain

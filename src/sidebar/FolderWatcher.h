@@ -2,6 +2,7 @@
 #include "base/FileUrl.h"
 #include "base/Task.h"
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace pixelhain {
@@ -20,7 +21,7 @@ public:
 
 private:
     FolderEvents* events_;
-    std::function<void()> onChange_;
+    std::shared_ptr<std::function<void()>> onChange_;
     Task stream_;
 };
 

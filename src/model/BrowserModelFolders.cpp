@@ -1,0 +1,216 @@
+#include "model/BrowserModel.h"
+#include "model/Messages.h"
+#include "model/Scanning.h"
+#include "model/SelectionRules.h"
+#include "model/Settings.h"
+#include "ports/Background.h"
+#include "ports/FileSystem.h"
+#include "ports/MainWindow.h"
+#include "ports/Panels.h"
+#include "ports/TextOrder.h"
+#include <algorithm>
+
+namespace pixelhain {
+
+namespace {
+
+struct Place {
+    bool exists = false;
+    bool isFolder = false;
+};
+
+// What a scan saw of the model when it started, so that it can also do the model's part of the
+// work; each part is used only if the model has not changed since.
+struct ViewChoice {
+    std::string searchText;
+    SortKey sortKey = SortKey::name;
+    bool ascending = true;
+    bool operator==(ViewChoice const&) const = default;
+};
+
+} // namespace
+
+struct BrowserModel::Restorable {
+    std::vector<FileUrl> folders;
+    std::optional<FileUrl> root;
+};
+
+struct BrowserModel::ScanAnswer {
+    int generation = 0;
+    ScanResult found;
+    ViewChoice choice;
+    std::vector<PhotoItem> visible;
+    std::set<FileUrl> selected;
+    std::set<FileUrl> stillSelected;
+};
+
+void BrowserModel::chooseFolder()
+{
+    FolderPanelRequest const request { std::string(messages::openFolderButton),
+        std::string(messages::openFolderMessage), folder };
+    ports_.panels.chooseFolder(request, [this, alive = std::weak_ptr(alive_)](FileUrl const& url) {
+        if (!alive.expired())
+            open(url);
+    });
+}
+
+// Whether a place exists is asked in the background: it may lie on a drive that has to wake up.
+void BrowserModel::open(FileUrl const& url)
+{
+    auto const look = [&files = ports_.files, url] {
+        bool const isFolder = files.isFolder(url);
+        return Place { isFolder || files.exists(url), isFolder };
+    };
+    isOpening_ = true;
+    openTask_ = runThen(ports_.background, ports_.loop, Priority::userInteractive, look,
+        [this, url = url.standardized()](Place place) {
+            isOpening_ = false;
+            auto const held = std::exchange(heldRestore_, nullptr);
+            if (place.isFolder)
+                openPlace(url, std::nullopt);
+            else if (place.exists)
+                openPlace(url.parent(), url);
+            else if (held)
+                restore(*held);
+        });
+}
+
+void BrowserModel::openPlace(FileUrl const& place, std::optional<FileUrl> const& file)
+{
+    setRoot(place, AlsoSelect::no);
+    if (folders->size() != 1 || folders->front() != place) {
+        selectFolders({ place }, FocusGallery::yes);
+        pendingFileToShow_ = file;
+    } else if (auto const index = indexOf(file)) {
+        openViewer(*index);
+    }
+}
+
+void BrowserModel::restoreLastFolders()
+{
+    if (*folder)
+        return;
+    auto const last = LastFolders::read(ports_.preferences);
+    if (last.folders.empty())
+        return;
+    auto const look = [&files = ports_.files, last] {
+        auto const isFolder = [&](FileUrl const& url) { return files.isFolder(url); };
+        Restorable found;
+        std::ranges::copy_if(last.folders, std::back_inserter(found.folders), isFolder);
+        if (last.root && isFolder(*last.root))
+            found.root = last.root;
+        return found;
+    };
+    restoreTask_ = runThen(
+        ports_.background, ports_.loop, Priority::userInitiated, look, [this](Restorable found) {
+            if (isOpening_)
+                heldRestore_ = std::make_shared<Restorable>(std::move(found));
+            else
+                restore(found);
+        });
+}
+
+void BrowserModel::restore(Restorable const& found)
+{
+    if (*folder || found.folders.empty())
+        return;
+    std::vector<FileUrl> kept;
+    if (found.root)
+        std::ranges::copy_if(found.folders, std::back_inserter(kept),
+            [&](FileUrl const& url) { return url.isWithin(*found.root); });
+    if (kept.empty()) {
+        openPlace(found.folders.front(), std::nullopt);
+        return;
+    }
+    setRoot(*found.root, AlsoSelect::no);
+    selectFolders(std::move(kept), FocusGallery::yes);
+}
+
+void BrowserModel::setRoot(FileUrl const& url, AlsoSelect alsoSelect)
+{
+    auto const root = url.standardized();
+    rootFolder = root;
+    LastFolders::writeRoot(ports_.preferences, root);
+    folderWatcher_.watch(root);
+    if (alsoSelect == AlsoSelect::yes)
+        selectFolders({ root }, FocusGallery::yes);
+}
+
+void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGallery)
+{
+    for (auto& url : urls)
+        url = url.standardized();
+    std::ranges::stable_sort(urls, [this](FileUrl const& a, FileUrl const& b) {
+        auto const order = ports_.textOrder.compare(a.path(), b.path());
+        return order == 0 ? a < b : order < 0;
+    });
+    if (urls.empty() || urls == *folders)
+        return;
+
+    // A choice made by hand is newer than a place that is still being looked at.
+    openTask_ = Task();
+    isOpening_ = false;
+    heldRestore_ = nullptr;
+
+    stopSlideshow();
+    pendingFileToShow_ = std::nullopt;
+    folder = urls.front();
+    folders = std::move(urls);
+    allItems_.clear();
+    index_ = PhotoIndex();
+    showItems({});
+    selection = std::set<FileUrl>();
+    searchText = std::string();
+    canUndoTrash = false;
+    LastFolders::write(ports_.preferences, folders);
+    if (focusGallery == FocusGallery::yes && window_)
+        window_->focusGallery();
+    startScan();
+}
+
+// A scan does in the background whatever costs time for many photos: it also orders them, derives
+// the visible list and looks for marked photos that have gone.
+void BrowserModel::startScan()
+{
+    if (folders->empty())
+        return;
+    ++scanGeneration_;
+    isLoading = true;
+    auto const scan = [generation = scanGeneration_, photoTest = photoTest_, &files = ports_.files,
+                          &textOrder = ports_.textOrder, places = folders.get(),
+                          recursive = includeSubfolders.get(), selected = selection.get(),
+                          choice = ViewChoice { searchText, sortKey, ascending }] {
+        ScanTools const tools { files, *photoTest, textOrder };
+        ScanAnswer answer;
+        answer.generation = generation;
+        answer.found = scanFolders(tools, places, recursive);
+        answer.choice = choice;
+        answer.visible = answer.found.index.visible(
+            answer.found.items, textOrder, choice.searchText, choice.sortKey, choice.ascending);
+        answer.selected = selected;
+        answer.stillSelected = stillPresent(selected, answer.found.items);
+        return answer;
+    };
+    scanTask_ = runThen(ports_.background, ports_.loop, Priority::userInitiated, scan,
+        [this](ScanAnswer answer) { accept(std::move(answer)); });
+}
+
+void BrowserModel::accept(ScanAnswer answer)
+{
+    if (answer.generation != scanGeneration_)
+        return;
+    isLoading = false;
+    allItems_ = std::move(answer.found.items);
+    index_ = std::move(answer.found.index);
+    selection = *selection == answer.selected ? std::move(answer.stillSelected)
+                                              : stillPresent(selection, allItems_);
+    if (answer.choice == ViewChoice { searchText, sortKey, ascending })
+        showItems(std::move(answer.visible));
+    else
+        applyFilter();
+    if (auto const file = std::exchange(pendingFileToShow_, std::nullopt))
+        if (auto const index = indexOf(file))
+            openViewer(*index);
+}
+
+} // namespace pixelhain
