@@ -1,0 +1,27 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+
+namespace pixelhain {
+
+/// The inner loops of the resampler. Weights have 14 fraction bits, the values between both passes
+/// 6, so that nothing is rounded to whole levels before the end. All sets give equal results.
+struct ResampleKernels {
+    /// out[i] = sum of rows[t][i] × weights[t], for `count` bytes; `taps` is even, `count` a
+    /// multiple of 32.
+    void (*down)(std::uint8_t const* const* rows, std::int16_t const* weights, int taps,
+        std::int16_t* out, std::size_t count);
+
+    /// One pixel of four channels: the sum of in[4·t + channel] × weights[t], rounded and kept in
+    /// 0 to 255; `taps` is a multiple of 4.
+    void (*across)(
+        std::int16_t const* in, std::int16_t const* weights, int taps, std::uint8_t* out);
+};
+
+/// The fastest set that this processor has.
+[[nodiscard]] ResampleKernels const& resampleKernels();
+
+/// The same in plain arithmetic.
+[[nodiscard]] ResampleKernels const& plainResampleKernels();
+
+} // namespace pixelhain
