@@ -1,0 +1,43 @@
+#pragma once
+#include "base/Geometry.h"
+#include <cstddef>
+#include <cstdint>
+
+namespace pixelhain {
+
+/// What one decode may cost. A file that asks for more is treated as one that cannot be read.
+namespace DecodeLimits {
+/// Widest or highest picture: the most that JPEG and most other formats can state.
+inline constexpr int side = 65535;
+/// Pixels of a picture; cameras reach 4 × 10^8.
+inline constexpr std::int64_t pixels = std::int64_t { 1 } << 30;
+/// Bytes that a codec may hold besides the picture that it hands out.
+inline constexpr std::size_t memory = std::size_t { 1 } << 30;
+/// Bytes of the picture that is handed out.
+inline constexpr std::size_t bitmap = std::size_t { 1 } << 30;
+/// Bytes of a file that a codec must hold whole.
+inline constexpr std::uint64_t wholeFile = std::uint64_t { 1 } << 29;
+/// Scans of a progressive JPEG; cameras and encoders write about 10.
+inline constexpr int scans = 256;
+/// Complaints of the JPEG decoder after which the rest of a file is given up.
+inline constexpr int warnings = 100;
+inline constexpr std::size_t colorProfile = std::size_t { 4 } << 20;
+/// Entries of one TIFF directory, and directories followed in a row.
+inline constexpr std::size_t directoryEntries = 4096;
+inline constexpr std::size_t directories = 1024;
+/// Frames of an animation and pages that are counted.
+inline constexpr std::size_t frames = 100'000;
+} // namespace DecodeLimits
+
+[[nodiscard]] constexpr bool isWithinLimits(std::int64_t width, std::int64_t height)
+{
+    return width > 0 && height > 0 && width <= DecodeLimits::side && height <= DecodeLimits::side
+        && width * height <= DecodeLimits::pixels;
+}
+
+[[nodiscard]] constexpr bool isWithinLimits(PixelSize size)
+{
+    return isWithinLimits(size.width, size.height);
+}
+
+} // namespace pixelhain

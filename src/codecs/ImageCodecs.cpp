@@ -1,0 +1,103 @@
+#include "codecs/ImageCodecs.h"
+#include "codecs/ByteView.h"
+#include "codecs/JpegSource.h"
+#include "codecs/PngSource.h"
+#include <algorithm>
+#include <array>
+#include <new>
+
+namespace pixelhain {
+
+namespace {
+
+/// Turns running out of memory into "no picture": nothing is thrown across the port.
+class GuardedSource final : public ImageSource {
+public:
+    explicit GuardedSource(std::unique_ptr<ImageSource> source)
+        : source_(std::move(source))
+    {
+    }
+    [[nodiscard]] std::string_view typeIdentifier() const override
+    {
+        return source_->typeIdentifier();
+    }
+    [[nodiscard]] std::size_t frameCount() override
+    {
+        return guarded(
+            [this] { return std::max<std::size_t>(1, source_->frameCount()); }, std::size_t { 1 });
+    }
+    [[nodiscard]] std::optional<PixelSize> pixelSize() override { return source_->pixelSize(); }
+    [[nodiscard]] int orientation() override { return source_->orientation(); }
+    [[nodiscard]] std::vector<PixelSize> previews() override
+    {
+        return guarded([this] { return source_->previews(); }, std::vector<PixelSize> {});
+    }
+    [[nodiscard]] std::optional<DecodedImage> decodePreview(
+        std::size_t index, int maxPixel) override
+    {
+        return guarded([&] { return source_->decodePreview(index, maxPixel); }, nothing);
+    }
+    [[nodiscard]] std::optional<DecodedImage> decode(int maxPixel) override
+    {
+        return guarded([&] { return source_->decode(maxPixel); }, nothing);
+    }
+    [[nodiscard]] std::optional<DecodedImage> decodeWhole() override
+    {
+        return guarded([this] { return source_->decodeWhole(); }, nothing);
+    }
+
+private:
+    static inline std::optional<DecodedImage> const nothing {};
+
+    template <typename Work, typename Result> static Result guarded(Work work, Result failed)
+    {
+        try {
+            return work();
+        } catch (std::bad_alloc const&) {
+            return failed;
+        }
+    }
+
+    std::unique_ptr<ImageSource> source_;
+};
+
+std::unique_ptr<ImageSource> openByFirstBytes(std::unique_ptr<ByteSource> bytes)
+{
+    std::array<std::uint8_t, 16> start {};
+    auto const known = ByteSpan(start).first(bytes->readAt(0, start));
+    if (startsWith(known, "\xFF\xD8\xFF"))
+        return openJpeg(std::move(bytes));
+    if (startsWith(known, "\x89PNG\r\n\x1A\n"))
+        return openPng(std::move(bytes));
+    return nullptr;
+}
+
+} // namespace
+
+std::unique_ptr<ImageSource> openImage(std::unique_ptr<ByteSource> bytes)
+{
+    if (!bytes)
+        return nullptr;
+    try {
+        auto source = openByFirstBytes(std::move(bytes));
+        if (!source)
+            return nullptr;
+        return std::make_unique<GuardedSource>(std::move(source));
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
+}
+
+bool CodecImageTypes::isImageExtension(std::string_view extension) const
+{
+    static constexpr auto known = std::to_array<std::string_view>(
+        { "3fr", "apng", "arw", "avif", "bmp", "cr2", "cr3", "crw", "dcr", "dib", "dng", "erf",
+            "exr", "gif", "hdr", "heic", "heif", "hif", "ico", "iiq", "j2k", "jfif", "jp2", "jpe",
+            "jpeg", "jpg", "jpx", "jxl", "kdc", "mef", "mos", "mpo", "mrw", "nef", "nrw", "orf",
+            "pam", "pbm", "pef", "pgm", "png", "pnm", "ppm", "qoi", "raf", "raw", "rw2", "rwl",
+            "sr2", "srf", "srw", "tga", "tif", "tiff", "webp", "x3f" });
+    static_assert(std::ranges::is_sorted(known));
+    return std::ranges::binary_search(known, extension);
+}
+
+} // namespace pixelhain

@@ -1,0 +1,18 @@
+#pragma once
+#include "codecs/ByteView.h"
+#include "ports/ImageSource.h"
+#include <optional>
+
+namespace pixelhain {
+
+/// Eighths of the full size that a JPEG is best decoded at to be brought to `maxPixel`: the
+/// smallest that still gives 1.9 times as much, so that the filter has enough to work with. 8 if
+/// the picture is smaller than that, or if `maxPixel` is 0.
+[[nodiscard]] int dctEighths(PixelSize size, int maxPixel);
+
+/// Decodes the JPEG that begins at the start of `bytes` to at most `maxPixel` (0: its own size), in
+/// sRGB, as stored. What a damaged file still gives is kept.
+[[nodiscard]] std::optional<DecodedImage> decodeJpeg(
+    ByteSource const& bytes, int maxPixel, ByteSpan profile);
+
+} // namespace pixelhain

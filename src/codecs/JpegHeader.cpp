@@ -1,0 +1,133 @@
+#include "codecs/JpegHeader.h"
+#include "codecs/ByteView.h"
+#include "codecs/DecodeLimits.h"
+#include <algorithm>
+#include <array>
+
+namespace pixelhain {
+
+namespace {
+
+constexpr int mostSegments = 4096;
+
+struct Segment {
+    std::uint8_t marker = 0;
+    std::uint64_t offset = 0; ///< of its contents
+    std::uint64_t length = 0;
+};
+
+struct ProfilePart {
+    int number = 0;
+    int total = 0;
+    ByteRange range;
+};
+
+bool isFrame(std::uint8_t marker)
+{
+    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+}
+
+bool standsAlone(std::uint8_t marker)
+{
+    return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
+}
+
+// The segment whose marker is the first at or after `offset`; bytes between segments are
+// skipped as decoders do.
+std::optional<Segment> nextSegment(ByteSource const& bytes, std::uint64_t offset)
+{
+    constexpr int mostStray = 4096;
+    for (int stray = 0; stray < mostStray; ++stray, ++offset) {
+        std::array<std::uint8_t, 4> head {};
+        auto const got = bytes.readAt(offset, head);
+        if (got < 2)
+            return {};
+        if (head[0] != 0xFF || head[1] == 0xFF || head[1] == 0)
+            continue;
+        if (standsAlone(head[1])) {
+            ++offset;
+            continue;
+        }
+        auto const length = bigEndian16(head.data() + 2);
+        if (got < 4 || head[1] == 0xD9 || length < 2)
+            return {};
+        return Segment { head[1], offset + 4, std::uint64_t { length } - 2 };
+    }
+    return {};
+}
+
+void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHeader& header,
+    std::vector<ProfilePart>& parts)
+{
+    std::array<std::uint8_t, 14> start {};
+    auto const got = bytes.readAt(segment.offset,
+        std::span(start).first(
+            static_cast<std::size_t>(std::min<std::uint64_t>(segment.length, start.size()))));
+    auto const known = ByteSpan(start).first(got);
+    if (segment.marker == 0xE1 && startsWith(known, "Exif\0")) {
+        constexpr std::uint64_t skip = 6;
+        if (header.traits.exif == ExifSummary {})
+            header.traits.exif = readExif(bytes, segment.offset + skip, segment.length - skip);
+    } else if (segment.marker == 0xE2 && startsWith(known, "MPF\0")) {
+        header.traits.pictures = readMultiPictureIndex(bytes, segment.offset + 4);
+    } else if (segment.marker == 0xE2 && startsWith(known, "ICC_PROFILE\0")
+        && known.size() == start.size()) {
+        parts.push_back({ start[12], start[13],
+            { segment.offset + start.size(), segment.length - start.size() } });
+    }
+}
+
+std::vector<ByteRange> profileRanges(std::vector<ProfilePart> parts)
+{
+    std::ranges::stable_sort(parts, {}, &ProfilePart::number);
+    std::vector<ByteRange> ranges;
+    for (auto const& part : parts) {
+        if (part.total != static_cast<int>(parts.size())
+            || part.number != static_cast<int>(ranges.size()) + 1)
+            return {};
+        ranges.push_back(part.range);
+    }
+    return ranges;
+}
+
+} // namespace
+
+std::optional<JpegHeader> readJpegHeader(ByteSource const& bytes)
+{
+    JpegHeader header;
+    std::vector<ProfilePart> parts;
+    std::uint64_t offset = 2;
+    for (int i = 0; i < mostSegments; ++i) {
+        auto const segment = nextSegment(bytes, offset);
+        if (!segment || segment->marker == 0xDA)
+            break;
+        if (segment->marker == 0xE1 || segment->marker == 0xE2) {
+            takeApplicationData(bytes, *segment, header, parts);
+        } else if (isFrame(segment->marker) && header.traits.size == PixelSize {}) {
+            std::array<std::uint8_t, 5> frame {};
+            if (bytes.readAt(segment->offset, frame) != frame.size())
+                break;
+            header.traits.size = { bigEndian16(frame.data() + 3), bigEndian16(frame.data() + 1) };
+        }
+        offset = segment->offset + segment->length;
+    }
+    if (header.traits.size.width <= 0 || header.traits.size.height <= 0)
+        return {};
+    header.profileParts = profileRanges(std::move(parts));
+    return header;
+}
+
+std::vector<std::uint8_t> readJpegProfile(ByteSource const& bytes, JpegHeader const& header)
+{
+    std::vector<std::uint8_t> profile;
+    for (auto const& range : header.profileParts) {
+        auto const part = bytesAt(bytes, range.offset, static_cast<std::size_t>(range.length));
+        if (part.size() != range.length
+            || profile.size() + part.size() > DecodeLimits::colorProfile)
+            return {};
+        profile.insert(profile.end(), part.begin(), part.end());
+    }
+    return profile;
+}
+
+} // namespace pixelhain
