@@ -1,0 +1,31 @@
+#include "window/EmptyStateView.h"
+#include "model/BrowserModel.h"
+
+namespace pixelhain {
+
+EmptyStateView EmptyStateView::noFolder()
+{
+    EmptyStateView view;
+    view.symbol = "photo.stack";
+    view.symbolSize = 56;
+    view.spacing = 16;
+    view.text = "Ordner wählen oder hierher ziehen";
+    view.button = "Ordner öffnen …";
+    return view;
+}
+
+EmptyStateView EmptyStateView::noPhotos(BrowserModel const& model)
+{
+    EmptyStateView view;
+    view.symbol = "photo.on.rectangle.angled";
+    view.symbolSize = 44;
+    view.spacing = 10;
+    view.isTextSecondary = true;
+    bool const isSearching = !model.searchText->empty();
+    view.text = isSearching ? "Keine Treffer" : "Keine Fotos in diesem Ordner";
+    if (!isSearching && !model.includeSubfolders)
+        view.hint = "Unterordner findest du links in der Seitenleiste.";
+    return view;
+}
+
+} // namespace pixelhain

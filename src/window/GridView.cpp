@@ -1,0 +1,113 @@
+#include "window/GridView.h"
+#include "model/BrowserModel.h"
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+// Before the first layout there is room for one cell and no photo.
+GridLayout emptyLayout(double thumbSize)
+{
+    GridLayout::Measures measures;
+    measures.thumbSize = thumbSize;
+    return GridLayout(measures);
+}
+
+} // namespace
+
+GridView::GridView(
+    BrowserModel& model, ThumbnailSource& source, std::function<void(FileUrl const&)> cellChanged)
+    : model_(model)
+    , source_(source)
+    , cellChanged_(std::move(cellChanged))
+    , layout_(emptyLayout(model.thumbSize))
+{
+    cursor_.changed(model.cursor);
+    viewerOpen_.changed(model.viewerIndex->has_value());
+}
+
+void GridView::layOut(double width, LineHeights const& heights)
+{
+    GridLayout::Measures measures;
+    measures.width = width;
+    measures.thumbSize = model_.thumbSize;
+    measures.nameLineHeight = model_.showFilenames ? heights.name : 0;
+    measures.resolutionLineHeight = model_.showResolution ? heights.resolution : 0;
+    measures.count = model_.items->size();
+    layout_ = GridLayout(measures);
+    model_.setColumns(layout_.columns());
+}
+
+void GridView::showRows(double top, double height)
+{
+    auto const pixel = thumbnailPixelSize(model_.thumbSize, displayScale);
+    inView_ = layout_.visible(top, height, 0);
+    Cells kept;
+    keep(inView_, pixel, kept);
+    keep(layout_.visible(top, height, rowsAhead), pixel, kept);
+    cells_ = std::move(kept);
+}
+
+void GridView::keep(IndexRange range, int pixel, Cells& kept)
+{
+    auto const& items = *model_.items;
+    for (auto index = range.first; index < range.last && index < items.size(); ++index) {
+        auto const& url = items[index].url;
+        auto& cell = kept[url];
+        if (!cell)
+            if (auto const known = cells_.find(url); known != cells_.end())
+                cell = std::move(known->second);
+        if (!cell)
+            cell
+                = std::make_unique<ThumbnailCellLoads>(source_, [this, url] { cellChanged_(url); });
+        cell->show(url, pixel);
+    }
+}
+
+bool GridView::isComplete() const
+{
+    auto const& items = *model_.items;
+    for (auto index = inView_.first; index < inView_.last && index < items.size(); ++index) {
+        auto const found = cells_.find(items[index].url);
+        if (found == cells_.end() || !found->second->isSettled())
+            return false;
+    }
+    return true;
+}
+
+ThumbnailCell GridView::cell(std::size_t index) const
+{
+    ThumbnailCell cell;
+    cell.item = model_.items->at(index);
+    cell.size = model_.thumbSize;
+    cell.pixel = thumbnailPixelSize(model_.thumbSize, displayScale);
+    cell.isSelected = model_.selection->contains(cell.item.url);
+    cell.isCursor = *model_.cursor == index;
+    cell.selectionActive = !model_.selection->empty();
+    cell.showName = model_.showFilenames;
+    cell.showResolution = model_.showResolution;
+    cell.onToggle = [&model = model_, index] { model.toggle(index); };
+    if (auto const found = cells_.find(cell.item.url); found != cells_.end()) {
+        cell.image = found->second->image();
+        cell.meta = found->second->meta();
+        cell.failed = found->second->failed();
+    }
+    return cell;
+}
+
+std::optional<double> GridView::scrollWish(double top, double height)
+{
+    bool const cursorMoved = cursor_.changed(model_.cursor);
+    bool const viewerToggled = viewerOpen_.changed(model_.viewerIndex->has_value());
+    auto const cursor = model_.cursor.get();
+    if (!cursor || *cursor >= layout_.measures().count)
+        return std::nullopt;
+    if (viewerToggled && !*model_.viewerIndex)
+        return layout_.scrollToCentre(*cursor, height);
+    if (cursorMoved)
+        return layout_.scrollToShow(*cursor, top, height);
+    return std::nullopt;
+}
+
+} // namespace pixelhain

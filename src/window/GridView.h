@@ -1,0 +1,72 @@
+#pragma once
+#include "base/Published.h"
+#include "window/GridLayout.h"
+#include "window/ThumbnailCell.h"
+#include "window/ThumbnailCellLoads.h"
+#include <functional>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+namespace pixelhain {
+
+class BrowserModel;
+
+/// The gallery: lays out the model's photos, keeps a cell alive for each one in view and a row
+/// around it, and says where to scroll. Whoever draws it calls `layOut` and `showRows` after every
+/// change of the model, of its own size and of its scroll position; both are cheap.
+class GridView {
+public:
+    static constexpr double spacing = GridLayout::spacing;
+    static constexpr double padding = GridLayout::padding;
+    static constexpr std::size_t rowsAhead = 1;
+
+    struct LineHeights {
+        double name = 0; ///< of the caption font, points
+        double resolution = 0; ///< of the smaller caption font, points
+    };
+
+    /// `cellChanged` is called with the photo whose picture or metadata arrived.
+    GridView(BrowserModel& model, ThumbnailSource& source,
+        std::function<void(FileUrl const&)> cellChanged);
+
+    /// Device pixels per point of the window's screen.
+    double displayScale = 1;
+
+    /// Lays the cells out in `width` points and tells the model the number of columns.
+    void layOut(double width, LineHeights const& heights);
+    GridLayout const& layout() const { return layout_; }
+
+    /// Keeps cells for what is in view at scroll position `top`, drops the others and with them
+    /// their loads. Cells in view ask for their pictures before those of the row ahead.
+    void showRows(double top, double height);
+
+    /// The photos in view at least in part.
+    IndexRange inView() const { return inView_; }
+
+    /// Whether every photo in view has its picture or is known to have none.
+    bool isComplete() const;
+
+    /// What to draw for the photo at `index` of the model's items.
+    ThumbnailCell cell(std::size_t index) const;
+
+    /// Where the last changes of the model want the grid to be scrolled to: to the cursor's cell,
+    /// or with it in the middle after the viewer was closed. Nothing if nothing asks for it.
+    std::optional<double> scrollWish(double top, double height);
+
+private:
+    using Cells = std::unordered_map<FileUrl, std::unique_ptr<ThumbnailCellLoads>>;
+
+    void keep(IndexRange range, int pixel, Cells& kept);
+
+    BrowserModel& model_;
+    ThumbnailSource& source_;
+    std::function<void(FileUrl const&)> cellChanged_;
+    GridLayout layout_;
+    IndexRange inView_;
+    Cells cells_;
+    LastSeen<std::optional<std::size_t>> cursor_;
+    LastSeen<bool> viewerOpen_;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,35 @@
+#include "window/StatusBar.h"
+#include "model/BrowserModel.h"
+#include "model/Messages.h"
+
+namespace pixelhain {
+
+bool StatusBar::showsActivity() const
+{
+    return model_.isLoading;
+}
+
+std::string StatusBar::countText() const
+{
+    auto text = messages::photoCount(model_.items->size());
+    if (!model_.selection->empty())
+        text += " · " + std::to_string(model_.selection->size()) + " ausgewählt";
+    return text;
+}
+
+std::optional<std::string> StatusBar::message() const
+{
+    return model_.status;
+}
+
+bool StatusBar::showsSelectNone() const
+{
+    return !model_.selection->empty();
+}
+
+void StatusBar::selectNone()
+{
+    model_.selectNone();
+}
+
+} // namespace pixelhain

@@ -1,0 +1,37 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pixelhain {
+
+class BrowserModel;
+
+/// What the bar below the gallery says. From the left: activity, count, message; at the right end
+/// the link that unmarks everything.
+class StatusBar {
+public:
+    static constexpr double itemSpacing = 10;
+    static constexpr double paddingX = 12;
+    static constexpr double paddingY = 6;
+    static constexpr std::string_view messageDot = "·"; ///< before the message, tertiary colour
+    static constexpr std::string_view selectNoneTitle = "Auswahl aufheben";
+
+    explicit StatusBar(BrowserModel& model)
+        : model_(model)
+    {
+    }
+
+    [[nodiscard]] bool showsActivity() const;
+
+    /// "40 Fotos · 3 ausgewählt", secondary colour.
+    [[nodiscard]] std::string countText() const;
+    [[nodiscard]] std::optional<std::string> message() const;
+    [[nodiscard]] bool showsSelectNone() const;
+    void selectNone();
+
+private:
+    BrowserModel& model_;
+};
+
+} // namespace pixelhain

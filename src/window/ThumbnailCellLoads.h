@@ -1,0 +1,47 @@
+#pragma once
+#include "window/ThumbnailSource.h"
+#include <functional>
+#include <optional>
+
+namespace pixelhain {
+
+/// The two loads of one gallery cell, alive as long as the cell is: its thumbnail and its
+/// metadata. Dropping this cancels both. Main thread only.
+class ThumbnailCellLoads {
+public:
+    /// `changed` is called when something arrives later, not for what `show` finds in memory.
+    ThumbnailCellLoads(ThumbnailSource& source, std::function<void()> changed);
+    ThumbnailCellLoads(ThumbnailCellLoads const&) = delete;
+    ThumbnailCellLoads& operator=(ThumbnailCellLoads const&) = delete;
+
+    /// Shows `url` at `pixel` device pixels. What is in memory is there at once; the rest is asked
+    /// for. The same again does nothing; another size keeps the picture until the better one
+    /// arrives; another photo starts afresh.
+    void show(FileUrl const& url, int pixel);
+
+    ImageRef const& image() const { return image_; }
+    std::optional<ImageMeta> const& meta() const { return meta_; }
+    bool failed() const { return failed_; }
+
+    /// Whether there is nothing to wait for: the picture of the wanted size is here, or it has been
+    /// found that there is none.
+    bool isSettled() const { return isSettled_; }
+
+private:
+    void loadThumbnail();
+    void thumbnailArrived(ImageRef image);
+    void loadMeta();
+
+    ThumbnailSource& source_;
+    std::function<void()> changed_;
+    FileUrl url_;
+    int pixel_ = 0;
+    ImageRef image_;
+    std::optional<ImageMeta> meta_;
+    bool failed_ = false;
+    bool isSettled_ = false;
+    Task thumbnailTask_;
+    Task metaTask_;
+};
+
+} // namespace pixelhain
