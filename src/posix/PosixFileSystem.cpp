@@ -1,0 +1,209 @@
+#include "posix/PosixFileSystem.h"
+#include "posix/FolderHandle.h"
+#include <algorithm>
+#include <atomic>
+#include <climits>
+#include <cstddef>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <limits>
+#include <memory>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <thread>
+
+namespace pixelhain {
+
+namespace {
+
+// Large enough that a big folder costs few calls; small ones touch only the pages they need.
+constexpr std::size_t listingBuffer = 512 * 1024;
+
+// Files that one thread looks at before it takes more.
+constexpr std::size_t filesPerBlock = 1024;
+
+// More threads only queue for the same disk and the same locks of the kernel.
+constexpr std::size_t mostThreads = 4;
+
+EntryKind kindOfEntry(unsigned char type)
+{
+    switch (type) {
+    case DT_REG:
+        return EntryKind::file;
+    case DT_DIR:
+        return EntryKind::folder;
+    case DT_LNK:
+        return EntryKind::link;
+    case DT_UNKNOWN:
+        return EntryKind::unknown;
+    default:
+        return EntryKind::other;
+    }
+}
+
+EntryKind kindOfMode(unsigned mode)
+{
+    switch (mode & S_IFMT) {
+    case S_IFREG:
+        return EntryKind::file;
+    case S_IFDIR:
+        return EntryKind::folder;
+    case S_IFLNK:
+        return EntryKind::link;
+    default:
+        return EntryKind::other;
+    }
+}
+
+// Dates beyond what nanoseconds in 64 bits can hold become the nearest that they can.
+Timestamp timestampOf(statx_timestamp const& time)
+{
+    constexpr std::int64_t nanosPerSecond = 1'000'000'000;
+    constexpr auto most = std::numeric_limits<std::int64_t>::max() / nanosPerSecond - 1;
+    if (time.tv_sec > most)
+        return Timestamp::max();
+    if (time.tv_sec < -most)
+        return distantPast;
+    return Timestamp(std::chrono::nanoseconds(time.tv_sec * nanosPerSecond + time.tv_nsec));
+}
+
+bool isDotOrDotDot(std::string_view name)
+{
+    return name == "." || name == "..";
+}
+
+void visitEntries(std::byte const* buffer, std::size_t used, FileSystem::EntryVisitor const& visit)
+{
+    for (std::size_t at = 0; at < used;) {
+        auto const* const entry = reinterpret_cast<dirent64 const*>(buffer + at);
+        std::string_view const name = entry->d_name;
+        if (!isDotOrDotDot(name))
+            visit(name, kindOfEntry(entry->d_type));
+        at += entry->d_reclen;
+    }
+}
+
+// Asks about files relative to their folder, which stays open as long as the next file lies in it:
+// the kernel then resolves one name instead of a whole path.
+class DetailsReader {
+public:
+    std::optional<FileDetails> read(FileUrl const& file)
+    {
+        std::string_view const path = file.path();
+        auto const slash = path.rfind('/');
+        if (slash == std::string_view::npos)
+            return std::nullopt;
+        if (!enter(path.substr(0, slash == 0 ? 1 : slash)))
+            return std::nullopt;
+        return ask(file.cString() + slash + 1);
+    }
+
+private:
+    bool enter(std::string_view folder)
+    {
+        if (folder != folder_) {
+            folder_ = folder;
+            handle_ = openFolder(folder, O_PATH);
+        }
+        return static_cast<bool>(handle_);
+    }
+
+    std::optional<FileDetails> ask(char const* name) const
+    {
+        struct statx answer { };
+        int const flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+        unsigned const wanted = STATX_TYPE | STATX_SIZE | STATX_MTIME;
+        if (uninterrupted([&] { return ::statx(handle_.get(), name, flags, wanted, &answer); }) < 0)
+            return std::nullopt;
+        FileDetails details;
+        details.kind = kindOfMode(answer.stx_mode);
+        if ((answer.stx_mask & STATX_MTIME) != 0)
+            details.modified = timestampOf(answer.stx_mtime);
+        if ((answer.stx_mask & STATX_SIZE) != 0)
+            details.size = static_cast<std::int64_t>(answer.stx_size);
+        return details;
+    }
+
+    std::string folder_;
+    Descriptor handle_;
+};
+
+std::size_t threadsFor(std::size_t files)
+{
+    std::size_t const processors = std::max(1U, std::thread::hardware_concurrency());
+    return std::clamp(files / filesPerBlock, std::size_t { 1 }, std::min(mostThreads, processors));
+}
+
+std::vector<std::jthread> startThreads(std::size_t count, std::function<void()> const& work)
+{
+    std::vector<std::jthread> threads;
+    try {
+        while (threads.size() < count)
+            threads.emplace_back(work);
+    } catch (std::system_error const&) {
+        // At the limit of threads the ones that did start share the work.
+    }
+    return threads;
+}
+
+bool isThere(FileUrl const& url, struct stat& status)
+{
+    if (url.empty())
+        return false;
+    if (url.path().size() < PATH_MAX)
+        return uninterrupted([&] { return ::stat(url.cString(), &status); }) == 0;
+    auto const parent = openFolder(url.parent().path(), O_PATH);
+    std::string const name(url.name());
+    return parent
+        && uninterrupted([&] { return ::fstatat(parent.get(), name.c_str(), &status, 0); }) == 0;
+}
+
+} // namespace
+
+bool PosixFileSystem::list(FileUrl const& folder, EntryVisitor const& visit) const
+{
+    auto const handle = openFolder(folder.path(), O_RDONLY | O_NONBLOCK);
+    if (!handle)
+        return false;
+    auto const buffer = std::make_unique_for_overwrite<std::byte[]>(listingBuffer);
+    for (;;) {
+        auto const used = uninterrupted(
+            [&] { return ::getdents64(handle.get(), buffer.get(), listingBuffer); });
+        if (used <= 0)
+            return true;
+        visitEntries(buffer.get(), static_cast<std::size_t>(used), visit);
+    }
+}
+
+std::vector<std::optional<FileDetails>> PosixFileSystem::details(
+    std::span<FileUrl const> files) const
+{
+    std::vector<std::optional<FileDetails>> answers(files.size());
+    std::atomic<std::size_t> next = 0;
+    auto const work = [&] {
+        DetailsReader reader;
+        for (auto from = next.fetch_add(filesPerBlock); from < files.size();
+             from = next.fetch_add(filesPerBlock))
+            for (auto i = from; i < std::min(from + filesPerBlock, files.size()); ++i)
+                answers[i] = reader.read(files[i]);
+    };
+    auto const helpers = startThreads(threadsFor(files.size()) - 1, work);
+    work();
+    return answers;
+}
+
+bool PosixFileSystem::isFolder(FileUrl const& url) const
+{
+    struct stat status { };
+    return isThere(url, status) && S_ISDIR(status.st_mode);
+}
+
+bool PosixFileSystem::exists(FileUrl const& url) const
+{
+    struct stat status { };
+    return isThere(url, status);
+}
+
+} // namespace pixelhain
