@@ -2,6 +2,7 @@
 #include "model/PhotoItem.h"
 #include "model/SortKey.h"
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,8 +18,9 @@ class PhotoIndex {
 public:
     PhotoIndex() = default;
 
-    /// Ranks `items` by name in natural order; names that compare equal by their path's bytes.
+    /// Ranks photos by name in natural order; names that compare equal by their path's bytes.
     PhotoIndex(std::span<PhotoItem const> items, TextOrder const& order);
+    PhotoIndex(std::span<FileUrl const> urls, TextOrder const& order);
 
     std::size_t size() const { return rank_.size(); }
 
@@ -26,10 +28,24 @@ public:
     std::vector<PhotoItem> visible(std::span<PhotoItem const> items, TextOrder const& order,
         std::string_view searchText, SortKey sortKey, bool ascending);
 
+    /// Forgets the photos for which `isGone` says yes; it is asked once for each position. The
+    /// caller takes the same ones out of the list, whose others keep their order.
+    void removeIf(std::function<bool(std::size_t)> const& isGone);
+
 private:
-    std::vector<std::uint32_t> rank_;
-    std::string folded_;
-    std::vector<std::uint32_t> foldedEnd_;
+    using Positions = std::vector<std::uint32_t>;
+
+    void foldNames(std::span<PhotoItem const> items, TextOrder const& order);
+    std::string_view foldedName(std::size_t position) const;
+    Positions matching(std::string_view foldedText) const;
+
+    Positions rank_; ///< of each position, from 0 without gaps
+    std::string folded_; ///< folded names, one after the other
+    std::vector<std::size_t> foldedEnd_; ///< where each ends; empty until the first search
 };
+
+/// Takes the photos for which `isGone` says yes out of a list and its index.
+void removePhotos(std::vector<PhotoItem>& items, PhotoIndex& index,
+    std::function<bool(PhotoItem const&)> const& isGone);
 
 } // namespace pixelhain
