@@ -1,4 +1,5 @@
 #include "images/DecodeRules.h"
+#include "base/Resample.h"
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -110,6 +111,12 @@ PixelSize redrawnSize(PixelSize size, int maxPixel)
     auto const scaled
         = [scale](int side) { return std::max(1, static_cast<int>(std::lround(side * scale))); };
     return { scaled(size.width), scaled(size.height) };
+}
+
+Bitmap redrawScaled(Bitmap const& bitmap, int maxPixel)
+{
+    auto const size = redrawnSize(bitmap.size, maxPixel);
+    return size == bitmap.size ? bitmap : resampled(bitmap, size);
 }
 
 } // namespace pixelhain

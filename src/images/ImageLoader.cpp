@@ -18,7 +18,6 @@ template <typename Result> struct PendingLoad {
 
 template <typename Result> struct Load {
     WorkQueue& queue;
-    Priority priority;
     std::function<Result(LoaderCore&)> lookUp; ///< false where nothing is cached
     std::function<Result(LoaderCore&)> body;
 };
@@ -38,19 +37,20 @@ Task run(
 {
     auto const pending = std::make_shared<PendingLoad<Result>>();
     pending->done = std::move(done);
-    auto const priority = load.priority;
-    core->background().run(priority, [core, pending, load = std::move(load)]() mutable {
-        if (pending->flag.isSet())
-            return;
-        if (auto hit = load.lookUp(*core)) {
-            deliver(core->loop(), std::move(pending), std::move(hit));
-            return;
-        }
-        core->enqueue(load.queue, [core, pending, body = std::move(load.body)] {
-            if (!pending->flag.isSet() && !core->isClosed())
-                deliver(core->loop(), pending, body(*core));
+    // Look-ups never wait for anything: they need not stand behind work that does.
+    core->background().run(
+        Priority::userInteractive, [core, pending, load = std::move(load)]() mutable {
+            if (pending->flag.isSet())
+                return;
+            if (auto hit = load.lookUp(*core)) {
+                deliver(core->loop(), std::move(pending), std::move(hit));
+                return;
+            }
+            core->enqueue(load.queue, [core, pending, body = std::move(load.body)] {
+                if (!pending->flag.isSet() && !core->isClosed())
+                    deliver(core->loop(), pending, body(*core));
+            });
         });
-    });
     return Task([pending] {
         pending->flag.set();
         pending->done = nullptr;
@@ -78,7 +78,7 @@ ImageLoader::~ImageLoader()
 Task ImageLoader::loadThumbnail(FileUrl const& url, int maxPixel, ImageDone done)
 {
     return run<ImageRef>(core_,
-        { services_.thumbQueue, Priority::userInitiated,
+        { services_.thumbQueue,
             [url, maxPixel](LoaderCore& core) { return core.findThumbnail(url, maxPixel); },
             [url, maxPixel](LoaderCore& core) { return core.makeThumbnail(url, maxPixel); } },
         std::move(done));
@@ -87,8 +87,7 @@ Task ImageLoader::loadThumbnail(FileUrl const& url, int maxPixel, ImageDone done
 Task ImageLoader::loadMeta(FileUrl const& url, MetaDone done)
 {
     return run<std::optional<ImageMeta>>(core_,
-        { services_.thumbQueue, Priority::userInitiated,
-            [url](LoaderCore& core) { return core.findMeta(url); },
+        { services_.thumbQueue, [url](LoaderCore& core) { return core.findMeta(url); },
             [url](LoaderCore& core) { return core.findOrReadMeta(url); } },
         std::move(done));
 }
@@ -96,8 +95,7 @@ Task ImageLoader::loadMeta(FileUrl const& url, MetaDone done)
 Task ImageLoader::loadDisplayImage(FileUrl const& url, ImageDone done)
 {
     return run<ImageRef>(core_,
-        { services_.displayQueue, Priority::userInteractive,
-            [url](LoaderCore& core) { return core.findDisplayImage(url); },
+        { services_.displayQueue, [url](LoaderCore& core) { return core.findDisplayImage(url); },
             [url](LoaderCore& core) { return core.makeDisplayImage(url); } },
         std::move(done));
 }
@@ -105,8 +103,7 @@ Task ImageLoader::loadDisplayImage(FileUrl const& url, ImageDone done)
 Task ImageLoader::loadFullImage(FileUrl const& url, ImageDone done)
 {
     return run<ImageRef>(core_,
-        { services_.displayQueue, Priority::userInteractive,
-            [](LoaderCore&) { return ImageRef {}; },
+        { services_.displayQueue, [](LoaderCore&) { return ImageRef {}; },
             [url](LoaderCore& core) { return core.decodeFull(url); } },
         std::move(done));
 }
