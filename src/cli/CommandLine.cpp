@@ -1,6 +1,8 @@
 #include "cli/CommandLine.h"
 #include "base/Text.h"
 #include "cli/ListCommand.h"
+#include "cli/MetaCommand.h"
+#include "cli/ThumbnailCommand.h"
 #include <algorithm>
 
 namespace pixelhain {
@@ -12,7 +14,7 @@ using Words = std::span<std::string_view const>;
 // A new command is one line here.
 std::vector<Command const*> commands()
 {
-    return { &listCommand() };
+    return { &listCommand(), &metaCommand(), &thumbnailCommand() };
 }
 
 void printUsage(Command const& command, Output& to)

@@ -31,12 +31,39 @@ void InOrder::run(ConsoleLoop& loop) const
     startMore();
     loop.runUntil([&] {
         for (; !started.empty() && started.front().outcome; ++reported) {
-            report(reported, *started.front().outcome);
+            if (!report(reported, *started.front().outcome))
+                return true;
             started.pop_front();
         }
         startMore();
         return reported == count;
     });
+}
+
+ExitCode runForFiles(std::span<std::string_view const> files, std::size_t jobs,
+    std::function<Task(std::size_t file, InOrder::Done done)> start, ConsoleLoop& loop,
+    CommandContext const& context)
+{
+    auto code = ExitCode::success;
+    InOrder inOrder;
+    inOrder.count = files.size();
+    // Enough that a slow file does not hold up the rest, few enough that their pictures need
+    // little memory.
+    inOrder.window = 2 * jobs + 2;
+    inOrder.start = std::move(start);
+    inOrder.report = [&](std::size_t file, FileOutcome const& outcome) {
+        if (outcome.isSuccess) {
+            context.out.write(outcome.text);
+            context.out.write("\n");
+            // Whoever reads along waits for each line.
+            return context.out.flush();
+        }
+        context.complain(files[file], outcome.text);
+        code = ExitCode::failure;
+        return true;
+    };
+    inOrder.run(loop);
+    return code;
 }
 
 } // namespace pixelhain

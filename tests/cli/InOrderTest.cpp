@@ -1,6 +1,7 @@
 #include "cli/InOrder.h"
 #include "cli/ConsoleLoop.h"
 #include <algorithm>
+#include <cstdint>
 #include <doctest/doctest.h>
 #include <string>
 #include <thread>
@@ -15,6 +16,7 @@ struct Jobs {
     ConsoleLoop loop;
     std::vector<std::pair<std::size_t, InOrder::Done>> open;
     std::size_t mostOpen = 0;
+    std::size_t stopAfter = SIZE_MAX;
     std::vector<std::string> reported;
     InOrder run;
 
@@ -29,6 +31,7 @@ struct Jobs {
         };
         run.report = [this](std::size_t job, FileOutcome const& outcome) {
             reported.push_back(std::to_string(job) + outcome.text);
+            return reported.size() < stopAfter;
         };
     }
 
@@ -63,6 +66,15 @@ TEST_CASE("no more jobs are started than fit the window, slow ones included")
     jobs.run.run(jobs.loop);
     CHECK(jobs.reported.size() == 1000);
     CHECK(jobs.mostOpen == 3);
+}
+
+TEST_CASE("a run ends early when there is no use in going on")
+{
+    Jobs jobs(1000, 3);
+    jobs.stopAfter = 5;
+    jobs.endBackwards();
+    jobs.run.run(jobs.loop);
+    CHECK(jobs.reported.size() == 5);
 }
 
 TEST_CASE("a run without jobs ends at once")
