@@ -1,0 +1,194 @@
+#include "window/GridView.h"
+#include "support/Desk.h"
+#include "support/FakeThumbnails.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+// 40 photos in four columns of 100 points; rows of 100 + 10.
+struct Gallery {
+    Desk desk;
+    FakeThumbnails source;
+    std::vector<FileUrl> changed;
+    std::optional<GridView> grid;
+
+    explicit Gallery(int count = 40)
+    {
+        Names names;
+        for (int i = 1; i <= count; ++i)
+            names.push_back(std::to_string(i) + ".jpg");
+        desk.open("/b", names);
+        desk.model().setThumbSize(100);
+        grid.emplace(desk.model(), source, [this](FileUrl const& url) { changed.push_back(url); });
+        layOut(18 + 4 * 110);
+    }
+
+    void layOut(double width) { grid->layOut(width, {}); }
+};
+
+constexpr double rowStep = 110;
+
+} // namespace
+
+TEST_CASE("the grid tells the model its columns whenever it is laid out")
+{
+    Gallery gallery;
+    CHECK(gallery.desk.model().columns() == 4);
+    gallery.layOut(18 + 7 * 110);
+    CHECK(gallery.desk.model().columns() == 7);
+    gallery.desk.model().setThumbSize(400);
+    gallery.layOut(18 + 7 * 110);
+    CHECK(gallery.desk.model().columns() == 1);
+}
+
+TEST_CASE("captions that are switched off take no room")
+{
+    Gallery gallery;
+    gallery.grid->layOut(458, { 14, 12 });
+    CHECK(gallery.grid->layout().cell(0).height == 134);
+    gallery.desk.model().setShowFilenames(false);
+    gallery.grid->layOut(458, { 14, 12 });
+    CHECK(gallery.grid->layout().cell(0).height == 116);
+    gallery.desk.model().setShowResolution(false);
+    gallery.grid->layOut(458, { 14, 12 });
+    CHECK(gallery.grid->layout().cell(0).height == 100);
+}
+
+TEST_CASE("only cells in view and a row ahead load, those in view first")
+{
+    Gallery gallery;
+    gallery.grid->showRows(14 + 2 * rowStep, 100);
+    CHECK(gallery.grid->inView() == IndexRange { 8, 12 });
+    CHECK(gallery.source.thumbnailsAsked()
+        == Names { "9.jpg", "10.jpg", "11.jpg", "12.jpg", "5.jpg", "6.jpg", "7.jpg", "8.jpg",
+            "13.jpg", "14.jpg", "15.jpg", "16.jpg" });
+}
+
+TEST_CASE("cells that scroll away cancel their loads, those that stay keep theirs")
+{
+    Gallery gallery;
+    gallery.grid->showRows(0, 110);
+    CHECK(gallery.source.wanted() == 16);
+    gallery.grid->showRows(14 + rowStep, 100);
+    CHECK(gallery.source.thumbnailsAsked().size() == 12);
+    CHECK(gallery.source.wanted() == 24);
+    gallery.grid->showRows(14 + 8 * rowStep, 100);
+    CHECK(gallery.source.wanted() == 24);
+    gallery.source.answer(1, pictureOf(10, 10));
+    CHECK(gallery.changed.empty());
+}
+
+TEST_CASE("a cell follows its photo when the order changes")
+{
+    Gallery gallery(4);
+    gallery.grid->showRows(0, 500);
+    auto const image = pictureOf(10, 10);
+    gallery.source.answer(1, image);
+    gallery.desk.model().setAscending(false);
+    gallery.layOut(458);
+    gallery.grid->showRows(0, 500);
+    CHECK(gallery.source.requests.size() == 8);
+    CHECK(gallery.grid->cell(3).image == image);
+    CHECK_FALSE(gallery.grid->cell(0).image);
+}
+
+TEST_CASE("a cell says what the model knows of its photo")
+{
+    Gallery gallery;
+    auto& model = gallery.desk.model();
+    gallery.grid->displayScale = 2;
+    gallery.grid->showRows(0, 110);
+    model.toggle(1);
+    model.openViewer(2);
+    model.setShowResolution(false);
+    auto const marked = gallery.grid->cell(1);
+    CHECK(marked.item.name() == "2.jpg");
+    CHECK(marked.size == 100);
+    CHECK(marked.pixel == 256);
+    CHECK(marked.isSelected);
+    CHECK_FALSE(marked.isCursor);
+    CHECK(marked.showName);
+    CHECK_FALSE(marked.showResolution);
+    auto const cursor = gallery.grid->cell(2);
+    CHECK_FALSE(cursor.isSelected);
+    CHECK(cursor.isCursor);
+}
+
+TEST_CASE("marking the first photo shows the circles of all cells, unmarking hides them")
+{
+    Gallery gallery;
+    CHECK_FALSE(gallery.grid->cell(5).showsCircle());
+    gallery.grid->cell(0).onToggle();
+    CHECK(gallery.grid->cell(5).showsCircle());
+    gallery.desk.model().selectNone();
+    CHECK_FALSE(gallery.grid->cell(5).showsCircle());
+}
+
+TEST_CASE("pictures and metadata arrive in their cells and are reported")
+{
+    Gallery gallery;
+    gallery.grid->showRows(0, 110);
+    auto const image = pictureOf(10, 10);
+    gallery.source.answer(3, image);
+    gallery.source.answerMeta(2, ImageMeta { PixelSize { 3, 4 }, false });
+    CHECK(gallery.grid->cell(1).image == image);
+    CHECK(gallery.grid->cell(1).resolutionText() == "3 × 4");
+    CHECK(gallery.changed == std::vector { FileUrl("/b/2.jpg"), FileUrl("/b/2.jpg") });
+}
+
+TEST_CASE("the grid is complete when every photo in view has its picture or none")
+{
+    Gallery gallery;
+    gallery.grid->showRows(0, 110);
+    CHECK_FALSE(gallery.grid->isComplete());
+    gallery.source.answer(1, pictureOf(10, 10));
+    gallery.source.answer(3, nullptr);
+    gallery.source.answer(5, pictureOf(10, 10));
+    CHECK_FALSE(gallery.grid->isComplete());
+    gallery.source.answer(7, pictureOf(10, 10));
+    CHECK(gallery.grid->isComplete());
+}
+
+TEST_CASE("thumbnails on a finer screen are asked for anew, the old ones stay meanwhile")
+{
+    Gallery gallery;
+    gallery.grid->showRows(0, 110);
+    auto const image = pictureOf(10, 10);
+    gallery.source.answer(1, image);
+    gallery.grid->displayScale = 2;
+    gallery.grid->showRows(0, 110);
+    CHECK(gallery.source.requests.back().maxPixel == 256);
+    CHECK(gallery.grid->cell(0).image == image);
+    CHECK_FALSE(gallery.grid->isComplete());
+}
+
+TEST_CASE("the cursor's cell is brought into view with the least scrolling")
+{
+    Gallery gallery;
+    CHECK_FALSE(gallery.grid->scrollWish(0, 300).has_value());
+    gallery.desk.model().openViewer(30);
+    CHECK(gallery.grid->scrollWish(0, 300) == 14 + 7 * rowStep + 100 - 300);
+    CHECK_FALSE(gallery.grid->scrollWish(0, 300).has_value());
+}
+
+TEST_CASE("closing the viewer centres the cursor's cell even when it was in view")
+{
+    Gallery gallery;
+    gallery.desk.model().openViewer(20);
+    auto const top = gallery.grid->scrollWish(0, 300);
+    REQUIRE(top.has_value());
+    gallery.desk.model().closeViewer();
+    CHECK(gallery.grid->scrollWish(*top, 300) == 14 + 5 * rowStep + 50 - 150);
+}
+
+TEST_CASE("a cursor that is gone scrolls nowhere")
+{
+    Gallery gallery;
+    gallery.desk.model().openViewer(30);
+    (void)gallery.grid->scrollWish(0, 300);
+    gallery.desk.model().selectFolders({ FileUrl("/c") }, FocusGallery::no);
+    gallery.layOut(458);
+    CHECK_FALSE(gallery.grid->scrollWish(500, 300).has_value());
+}

@@ -1,0 +1,71 @@
+#include "window/StatusBar.h"
+#include "support/Desk.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+TEST_CASE("one photo reads 1 Fotos")
+{
+    Desk desk;
+    desk.open("/b", { "1.jpg" });
+    StatusBar const bar(desk.model());
+    CHECK(bar.countText() == "1 Fotos");
+    CHECK_FALSE(bar.showsSelectNone());
+    CHECK_FALSE(bar.message().has_value());
+}
+
+TEST_CASE("three of forty marked read 40 Fotos · 3 ausgewählt, with a link to unmark them")
+{
+    Desk desk;
+    Names names;
+    for (int i = 0; i < 40; ++i)
+        names.push_back(std::to_string(i) + ".jpg");
+    desk.open("/b", names);
+    for (std::size_t index : { 3U, 5U, 39U })
+        desk.model().toggle(index);
+    StatusBar bar(desk.model());
+    CHECK(bar.countText() == "40 Fotos \u00B7 3 ausgewählt");
+    CHECK(bar.showsSelectNone());
+    CHECK(StatusBar::selectNoneTitle == "Auswahl aufheben");
+    bar.selectNone();
+    CHECK(bar.countText() == "40 Fotos");
+    CHECK_FALSE(bar.showsSelectNone());
+}
+
+TEST_CASE("large counts are written without grouping")
+{
+    Desk desk;
+    Names names;
+    for (int i = 0; i < 1234; ++i)
+        names.push_back(std::to_string(i) + ".jpg");
+    desk.open("/b", names);
+    CHECK(StatusBar(desk.model()).countText() == "1234 Fotos");
+}
+
+TEST_CASE("marked photos count even if the filter hides them")
+{
+    Desk desk;
+    desk.open("/b", { "1.jpg", "2.jpg" });
+    desk.model().toggle(0);
+    desk.model().setSearchText("2");
+    CHECK(StatusBar(desk.model()).countText() == "1 Fotos · 1 ausgewählt");
+}
+
+TEST_CASE("activity shows while a scan is under way")
+{
+    Desk desk;
+    desk.folder("/b");
+    StatusBar const bar(desk.model());
+    CHECK_FALSE(bar.showsActivity());
+    desk.model().selectFolders({ FileUrl("/b") }, FocusGallery::no);
+    CHECK(bar.showsActivity());
+    desk.settle();
+    CHECK_FALSE(bar.showsActivity());
+}
+
+TEST_CASE("the message is the model's")
+{
+    Desk desk;
+    desk.model().showStatus("Fertig");
+    CHECK(StatusBar(desk.model()).message() == "Fertig");
+}

@@ -1,0 +1,182 @@
+#include "window/ThumbnailCellLoads.h"
+#include "support/FakeThumbnails.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+FileUrl const photo("/b/1.jpg");
+FileUrl const other("/b/2.jpg");
+
+// A cell of its own with what it says it was told. Requests: 0 is the photo's metadata, 1 its
+// thumbnail.
+struct Cell {
+    FakeThumbnails source;
+    int changes = 0;
+    ThumbnailCellLoads loads { source, [this] { ++changes; } };
+};
+
+} // namespace
+
+TEST_CASE("a new cell asks for thumbnail and metadata and shows them when they come")
+{
+    Cell cell;
+    cell.loads.show(photo, 256);
+    REQUIRE(cell.source.requests.size() == 2);
+    CHECK(cell.source.requests[1].maxPixel == 256);
+    CHECK_FALSE(cell.loads.image());
+    CHECK_FALSE(cell.loads.failed());
+    CHECK_FALSE(cell.loads.isSettled());
+    auto const image = pictureOf(256, 171);
+    cell.source.answer(1, image);
+    CHECK(cell.loads.image() == image);
+    CHECK(cell.loads.isSettled());
+    CHECK(cell.changes == 1);
+    cell.source.answerMeta(0, ImageMeta { PixelSize { 6000, 4000 }, false });
+    CHECK(cell.loads.meta()->size == PixelSize { 6000, 4000 });
+    CHECK(cell.changes == 2);
+}
+
+TEST_CASE("showing the same again asks for nothing")
+{
+    Cell cell;
+    cell.loads.show(photo, 256);
+    cell.loads.show(photo, 256);
+    CHECK(cell.source.requests.size() == 2);
+    CHECK(cell.source.wanted() == 2);
+}
+
+TEST_CASE("what is in memory is shown in the same frame and not asked for")
+{
+    Cell cell;
+    auto const image = pictureOf(256, 256);
+    cell.source.pictures[{ photo, 256 }] = image;
+    cell.source.metas[photo] = ImageMeta { PixelSize { 10, 10 }, true };
+    cell.loads.show(photo, 256);
+    CHECK(cell.loads.image() == image);
+    CHECK(cell.loads.meta()->isAnimated);
+    CHECK(cell.loads.isSettled());
+    CHECK(cell.source.requests.empty());
+    CHECK(cell.changes == 0);
+}
+
+TEST_CASE("another size keeps the picture until the better one comes")
+{
+    Cell cell;
+    auto const coarse = pictureOf(128, 128);
+    auto const fine = pictureOf(256, 256);
+    cell.loads.show(photo, 128);
+    cell.source.answer(1, coarse);
+    cell.loads.show(photo, 256);
+    CHECK(cell.loads.image() == coarse);
+    CHECK_FALSE(cell.loads.isSettled());
+    cell.source.answer(2, fine);
+    CHECK(cell.loads.image() == fine);
+}
+
+TEST_CASE("another size asks for no metadata again")
+{
+    Cell cell;
+    cell.loads.show(photo, 128);
+    cell.loads.show(photo, 256);
+    CHECK(cell.source.requests.size() == 3);
+    CHECK_FALSE(*cell.source.requests[0].dropped);
+    CHECK(*cell.source.requests[1].dropped);
+}
+
+TEST_CASE("a size that cannot be had keeps the picture of the other one")
+{
+    Cell cell;
+    auto const coarse = pictureOf(128, 128);
+    cell.loads.show(photo, 128);
+    cell.source.answer(1, coarse);
+    cell.loads.show(photo, 256);
+    cell.source.answer(2, nullptr);
+    CHECK(cell.loads.image() == coarse);
+    CHECK_FALSE(cell.loads.failed());
+    CHECK(cell.loads.isSettled());
+}
+
+TEST_CASE("a photo without a picture has failed until there is one")
+{
+    Cell cell;
+    cell.loads.show(photo, 128);
+    cell.source.answer(1, nullptr);
+    CHECK(cell.loads.failed());
+    CHECK(cell.loads.isSettled());
+    CHECK(cell.changes == 1);
+    cell.loads.show(photo, 256);
+    CHECK(cell.loads.failed());
+    cell.source.answer(2, pictureOf(256, 256));
+    CHECK_FALSE(cell.loads.failed());
+}
+
+TEST_CASE("a picture found in memory ends a failure")
+{
+    Cell cell;
+    cell.loads.show(photo, 128);
+    cell.source.answer(1, nullptr);
+    cell.source.pictures[{ photo, 256 }] = pictureOf(256, 256);
+    cell.loads.show(photo, 256);
+    CHECK_FALSE(cell.loads.failed());
+    CHECK(cell.loads.image());
+}
+
+TEST_CASE("a coarse picture that comes late does not replace the fine one from memory")
+{
+    Cell cell;
+    cell.loads.show(photo, 128);
+    auto const fine = pictureOf(256, 256);
+    cell.source.pictures[{ photo, 256 }] = fine;
+    cell.loads.show(photo, 256);
+    cell.source.answer(1, pictureOf(128, 128));
+    CHECK(cell.loads.image() == fine);
+}
+
+TEST_CASE("another photo starts afresh")
+{
+    Cell cell;
+    cell.loads.show(photo, 128);
+    cell.source.answer(1, pictureOf(128, 128));
+    cell.source.answerMeta(0, ImageMeta { PixelSize { 1, 1 }, true });
+    cell.loads.show(other, 128);
+    CHECK_FALSE(cell.loads.image());
+    CHECK_FALSE(cell.loads.meta().has_value());
+    CHECK(cell.source.requests.size() == 4);
+    cell.source.answer(3, nullptr);
+    CHECK(cell.loads.failed());
+    cell.loads.show(photo, 128);
+    CHECK_FALSE(cell.loads.failed());
+}
+
+TEST_CASE("late answers for another photo change nothing")
+{
+    Cell cell;
+    cell.loads.show(photo, 128);
+    cell.loads.show(other, 128);
+    cell.source.answer(1, pictureOf(128, 128));
+    cell.source.answerMeta(0, ImageMeta { PixelSize { 1, 1 }, true });
+    CHECK_FALSE(cell.loads.image());
+    CHECK_FALSE(cell.loads.meta().has_value());
+    CHECK(cell.changes == 0);
+}
+
+TEST_CASE("missing metadata leaves none")
+{
+    Cell cell;
+    cell.loads.show(photo, 128);
+    cell.source.answerMeta(0, std::nullopt);
+    CHECK_FALSE(cell.loads.meta().has_value());
+}
+
+TEST_CASE("a cell that goes cancels its loads")
+{
+    FakeThumbnails source;
+    {
+        ThumbnailCellLoads loads(source, [] {});
+        loads.show(photo, 128);
+        CHECK(source.wanted() == 2);
+    }
+    CHECK(source.wanted() == 0);
+}
