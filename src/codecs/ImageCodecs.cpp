@@ -1,7 +1,11 @@
 #include "codecs/ImageCodecs.h"
+#include "codecs/BmpSource.h"
 #include "codecs/ByteView.h"
+#include "codecs/GifSource.h"
 #include "codecs/JpegSource.h"
 #include "codecs/PngSource.h"
+#include "codecs/TiffSource.h"
+#include "codecs/WebpSource.h"
 #include <algorithm>
 #include <array>
 #include <new>
@@ -69,6 +73,15 @@ std::unique_ptr<ImageSource> openByFirstBytes(std::unique_ptr<ByteSource> bytes)
         return openJpeg(std::move(bytes));
     if (startsWith(known, "\x89PNG\r\n\x1A\n"))
         return openPng(std::move(bytes));
+    if (startsWith(known, "GIF8"))
+        return openGif(std::move(bytes));
+    if (startsWith(known, "RIFF") && known.size() >= 12 && startsWith(known.subspan(8), "WEBP"))
+        return openWebp(std::move(bytes));
+    if (startsWith(known, "II*\0") || startsWith(known, "MM\0*") || startsWith(known, "II+\0")
+        || startsWith(known, "MM\0+"))
+        return openTiff(std::move(bytes));
+    if (startsWith(known, "BM"))
+        return openBmp(std::move(bytes));
     return nullptr;
 }
 

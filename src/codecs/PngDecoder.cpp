@@ -1,4 +1,5 @@
 #include "codecs/PngDecoder.h"
+#include "codecs/ByteStream.h"
 #include "codecs/DecodeLimits.h"
 #include "codecs/PictureBuilder.h"
 #include <algorithm>
@@ -14,15 +15,12 @@ namespace pixelhain {
 
 namespace {
 
-constexpr std::size_t chunkBytes = std::size_t { 256 } << 10;
-
 /// One PNG reader with its error exits. The library leaves a call by longjmp, so every call
 /// goes through `guarded`, and nothing with a destructor lives between both ends.
 class Reader {
 public:
     explicit Reader(ByteSource const& bytes)
-        : bytes_(bytes)
-        , buffer_(static_cast<std::size_t>(std::clamp<std::uint64_t>(bytes.size(), 16, chunkBytes)))
+        : stream_(bytes)
     {
         png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, leave, ignore);
         info = png != nullptr ? png_create_info_struct(png) : nullptr;
@@ -62,34 +60,11 @@ private:
     static void ignore(png_structp, png_const_charp) { }
     static void feed(png_structp png, png_bytep into, std::size_t length)
     {
-        if (!static_cast<Reader*>(png_get_io_ptr(png))->read(into, length))
+        if (static_cast<Reader*>(png_get_io_ptr(png))->stream_.read(into, length) != length)
             png_error(png, "cut");
     }
 
-    bool read(std::uint8_t* into, std::size_t length)
-    {
-        while (length > 0) {
-            if (at_ == filled_) {
-                filled_ = bytes_.readAt(offset_, buffer_);
-                offset_ += filled_;
-                at_ = 0;
-                if (filled_ == 0)
-                    return false;
-            }
-            auto const count = std::min(length, filled_ - at_);
-            std::memcpy(into, buffer_.data() + at_, count);
-            at_ += count;
-            into += count;
-            length -= count;
-        }
-        return true;
-    }
-
-    ByteSource const& bytes_;
-    std::vector<std::uint8_t> buffer_;
-    std::size_t at_ = 0;
-    std::size_t filled_ = 0;
-    std::uint64_t offset_ = 0;
+    ByteStream stream_;
     std::jmp_buf jump_ {};
 };
 

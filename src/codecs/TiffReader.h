@@ -13,11 +13,13 @@ struct TiffField {
     std::uint16_t type = 0;
     std::uint32_t count = 0;
     std::uint32_t valueOffset = 0; ///< from the TIFF header; of the field itself if it holds them
+    bool operator==(TiffField const&) const = default;
 };
 
 struct TiffDirectory {
     std::vector<TiffField> fields;
     std::uint32_t next = 0; ///< offset of the next directory; 0: there is none
+    bool operator==(TiffDirectory const&) const = default;
 
     [[nodiscard]] TiffField const* find(std::uint16_t tag) const;
 };

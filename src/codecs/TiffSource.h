@@ -1,0 +1,11 @@
+#pragma once
+#include "ports/ByteSource.h"
+#include "ports/ImageSource.h"
+#include <memory>
+
+namespace pixelhain {
+
+/// A TIFF. Its first page is the picture. RAW files that are built like a TIFF are none.
+[[nodiscard]] std::unique_ptr<ImageSource> openTiff(std::unique_ptr<ByteSource> bytes);
+
+} // namespace pixelhain

@@ -1,0 +1,164 @@
+#include "codecs/PhotoCollection.h"
+#include "base/Orientation.h"
+#include "base/Resample.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+std::vector<std::string> const ours { "jpeg", "png", "gif", "webp", "tiff", "bmp" };
+
+bool isLoose(PhotoAnswers const& row)
+{
+    auto const& path = row.at("path");
+    return path.find("cmyk") != std::string::npos || path.find("ycck") != std::string::npos
+        || path.find("float") != std::string::npos;
+}
+
+// Root mean square difference in grey levels, both reduced to 64 pixels, on black.
+double difference(Bitmap const& a, Bitmap const& b)
+{
+    auto const size = fittedSize(a.size, 64);
+    auto const left = resampled(a, size);
+    auto const right = resampled(b, size);
+    double sum = 0;
+    for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+            for (int c = 0; c < 4; ++c) {
+                auto const d = pixelAt(left, x, y)[c] - pixelAt(right, x, y)[c];
+                sum += d * d;
+            }
+        }
+    }
+    return std::sqrt(sum / (4.0 * size.width * size.height));
+}
+
+// How alike the pictures are whatever their tones: the correlation of their brightness.
+double likeness(Bitmap const& a, Bitmap const& b)
+{
+    auto const size = fittedSize(a.size, 64);
+    auto const left = resampled(a, size);
+    auto const right = resampled(b, size);
+    double n = 0, sumL = 0, sumR = 0, sumLL = 0, sumRR = 0, sumLR = 0;
+    for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+            auto const l = double(pixelAt(left, x, y)[1]);
+            auto const r = double(pixelAt(right, x, y)[1]);
+            n += 1;
+            sumL += l;
+            sumR += r;
+            sumLL += l * l;
+            sumRR += r * r;
+            sumLR += l * r;
+        }
+    }
+    return (n * sumLR - sumL * sumR)
+        / std::sqrt((n * sumLL - sumL * sumL) * (n * sumRR - sumR * sumR));
+}
+
+void checkPicture(PhotoAnswers const& row, Bitmap const& bitmap)
+{
+    auto const reference = opened(
+        fileBytes(std::string(PIXELHAIN_PHOTOS) + "/reference/" + row.at("path") + ".png"));
+    REQUIRE(reference);
+    auto const wanted = reference->decode(256);
+    REQUIRE(wanted);
+    CHECK(bitmap.size == wanted->bitmap.size);
+    if (isLoose(row))
+        CHECK(likeness(bitmap, wanted->bitmap) > 0.9);
+    else
+        CHECK(difference(bitmap, wanted->bitmap) <= 3);
+}
+
+} // namespace
+
+TEST_CASE("every photo of the collection says what its table says")
+{
+    auto const rows = photoAnswers(ours);
+    if (rows.empty()) {
+        MESSAGE("skipped: no collection of photos beside the checkout");
+        return;
+    }
+    for (auto const& row : rows) {
+        if (row.at("kind") != "ok")
+            continue;
+        CAPTURE(row.at("path"));
+        auto const source = opened(photoBytes(row));
+        CHECK(source);
+        if (!source)
+            continue;
+        auto const stored = source->pixelSize();
+        REQUIRE(stored);
+        CHECK(sizeText(uprightSize(*stored, source->orientation()))
+            == row.at("width") + "x" + row.at("height"));
+        CHECK(std::to_string(source->frameCount()) == row.at("frames"));
+        auto const type = source->typeIdentifier();
+        auto const canMove = type == "com.compuserve.gif" || type == "public.png"
+            || type == "org.webmproject.webp";
+        CHECK((canMove && source->frameCount() > 1) == (row.at("animation") == "animated"));
+        auto const& orientation = row.at("orientation");
+        CHECK(std::to_string(source->orientation()) == (orientation == "-" ? "1" : orientation));
+    }
+}
+
+TEST_CASE("every photo of the collection looks like its reference")
+{
+    for (auto const& row : photoAnswers(ours)) {
+        if (row.at("kind") != "ok")
+            continue;
+        CAPTURE(row.at("path"));
+        auto const source = opened(photoBytes(row));
+        if (!source)
+            continue;
+        auto const image = source->decode(256);
+        CHECK(image);
+        if (image)
+            checkPicture(row, image->bitmap);
+    }
+}
+
+TEST_CASE("the previews of the collection's photos are found and look like their picture")
+{
+    for (auto const& row : photoAnswers(ours)) {
+        CAPTURE(row.at("path"));
+        if (row.at("kind") != "ok")
+            continue;
+        auto const source = opened(photoBytes(row));
+        if (!source)
+            continue;
+        auto const sizes = source->previews();
+        for (std::size_t i = 0; i < sizes.size(); ++i) {
+            CAPTURE(sizeText(sizes[i]));
+            auto const preview = source->decodePreview(i, 256);
+            CHECK(preview);
+            if (!preview)
+                continue;
+            CHECK(preview->bitmap.size == fittedSize(sizes[i], 256));
+            auto const image = source->decode(preview->bitmap.size.longestSide());
+            REQUIRE(image);
+            CHECK(likeness(resampled(preview->bitmap, image->bitmap.size), image->bitmap) > 0.85);
+        }
+    }
+}
+
+TEST_CASE("odd and broken files of the collection do no harm")
+{
+    for (auto const& row : photoAnswers({ "jpeg", "png", "gif", "webp", "tiff", "bmp", "broken",
+             "heif", "avif", "jxl", "raw" })) {
+        auto const& kind = row.at("kind");
+        CAPTURE(row.at("path"));
+        if (kind == "ok")
+            continue;
+        auto const source = opened(photoBytes(row));
+        auto const image = source ? source->decode(256) : std::nullopt;
+        if (kind == "broken")
+            CHECK_FALSE(image);
+        if (source) {
+            for (std::size_t i = 0; i < source->previews().size(); ++i)
+                (void)source->decodePreview(i, 256);
+            (void)source->frameCount();
+            (void)source->decodeWhole();
+        }
+    }
+}
