@@ -1,0 +1,201 @@
+#include "codecs/CodecSupport.h"
+#include "codecs/DecodeLimits.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+struct Sample {
+    std::string name;
+    FileBytes bytes;
+};
+
+FileBytes busyJpeg(JpegOptions options)
+{
+    ExifOptions exif;
+    exif.orientation = 6;
+    exif.thumbnail = writeJpeg(sampleColors({ 40, 30 }));
+    exif.dateTimeOriginal = "2026:11:21 10:00:00";
+    options.exif = exifBlock(exif);
+    options.preview = writeJpeg(sampleColors({ 60, 45 }));
+    options.profile = FileBytes(500, 0x42);
+    return writeJpeg(sampleColors({ 80, 60 }), options);
+}
+
+std::vector<Sample> samples()
+{
+    std::vector<Sample> all;
+    JpegOptions jpeg;
+    all.push_back({ "baseline JPEG", busyJpeg(jpeg) });
+    jpeg.isProgressive = true;
+    all.push_back({ "progressive JPEG", busyJpeg(jpeg) });
+    jpeg.isArithmetic = true;
+    all.push_back({ "arithmetic JPEG", busyJpeg(jpeg) });
+    jpeg = {};
+    jpeg.color = JpegOptions::Color::ycck;
+    all.push_back({ "YCCK JPEG", busyJpeg(jpeg) });
+    PngOptions png;
+    png.frames = { sampleWithAlpha({ 50, 40 }) };
+    png.exif = exifBlock({ 3, writeJpeg(sampleColors({ 16, 12 })), "", "", "", true });
+    all.push_back({ "animated PNG", writePng(sampleWithAlpha({ 50, 40 }), png) });
+    png = {};
+    png.kind = PngOptions::Kind::rgba16;
+    png.isInterlaced = true;
+    all.push_back({ "interlaced PNG", writePng(sampleWithAlpha({ 50, 40 }), png) });
+    png.kind = PngOptions::Kind::paletteAlpha;
+    all.push_back({ "palette PNG", writePng(sampleWithAlpha({ 50, 40 }), png) });
+    GifFrame frame;
+    frame.pixels = sampleWithAlpha({ 50, 40 });
+    frame.isInterlaced = true;
+    all.push_back({ "GIF", writeGif({ 60, 45 }, { frame, frame }) });
+    WebpOptions webp;
+    webp.exif = png.exif;
+    all.push_back({ "lossy WebP", writeWebp(sampleWithAlpha({ 50, 40 }), webp) });
+    webp.isLossless = true;
+    webp.frames = { sampleColors({ 50, 40 }) };
+    all.push_back({ "animated WebP", writeWebp(sampleWithAlpha({ 50, 40 }), webp) });
+    using TiffKind = TiffOptions::Kind;
+    for (auto const kind : { TiffKind::rgba8, TiffKind::rgb16, TiffKind::rgbFloat,
+             TiffKind::palette, TiffKind::cmyk8, TiffKind::ycbcrJpeg, TiffKind::bilevel }) {
+        for (auto const isTiled : { false, true }) {
+            TiffOptions tiff;
+            tiff.kind = kind;
+            tiff.isTiled = isTiled;
+            if (kind != TiffKind::ycbcrJpeg)
+                tiff.packing = isTiled ? TiffOptions::Packing::none : TiffOptions::Packing::lzw;
+            tiff.pages = { sampleColors({ 20, 20 }) };
+            all.push_back(
+                { "TIFF " + std::to_string(int(kind)), writeTiff(sampleColors({ 50, 40 }), tiff) });
+        }
+    }
+    using BmpKind = BmpOptions::Kind;
+    for (auto const kind : { BmpKind::mono, BmpKind::rle4, BmpKind::rle8, BmpKind::rgb565,
+             BmpKind::rgba32, BmpKind::os2palette8 })
+        all.push_back({ "BMP " + std::to_string(int(kind)),
+            writeBmp(sampleColors({ 50, 40 }), { kind, false }) });
+    return all;
+}
+
+// Whatever comes of it must be a picture within what was asked for.
+void useUp(FileBytes bytes)
+{
+    auto const source = opened(std::move(bytes));
+    if (!source)
+        return;
+    CHECK(source->frameCount() >= 1);
+    CHECK(source->orientation() >= 1);
+    CHECK(source->orientation() <= 8);
+    auto const sizes = source->previews();
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        auto const preview = source->decodePreview(i, 32);
+        CHECK((!preview || preview->bitmap.size.longestSide() <= 32));
+    }
+    auto const image = source->decode(24);
+    CHECK((!image || image->bitmap.size.longestSide() <= 24));
+    auto const size = source->pixelSize();
+    if (size && isWithinLimits(*size) && std::int64_t { size->width } * size->height < 1'000'000) {
+        auto const whole = source->decodeWhole();
+        CHECK((!whole || whole->bitmap.size == *size));
+    }
+}
+
+} // namespace
+
+TEST_CASE("files cut anywhere do no harm")
+{
+    for (auto const& [name, bytes] : samples()) {
+        CAPTURE(name);
+        REQUIRE(opened(bytes));
+        for (std::size_t part = 0; part <= 16; ++part) {
+            auto cut = bytes;
+            cut.resize(bytes.size() * part / 16);
+            useUp(std::move(cut));
+        }
+        for (std::size_t length = 0; length < std::min<std::size_t>(bytes.size(), 64); ++length) {
+            auto cut = bytes;
+            cut.resize(length);
+            useUp(std::move(cut));
+        }
+    }
+}
+
+TEST_CASE("files with bytes changed at random do no harm")
+{
+    std::uint32_t state = 20261121;
+    auto const random = [&state](std::size_t below) {
+        state = state * 1664525 + 1013904223;
+        return static_cast<std::size_t>(state >> 8) % below;
+    };
+    for (auto const& [name, bytes] : samples()) {
+        CAPTURE(name);
+        for (int round = 0; round < 60; ++round) {
+            CAPTURE(round);
+            auto changed = bytes;
+            auto const changes = 1 + random(6);
+            // Most damage is done in the header.
+            auto const reach
+                = round % 2 == 0 ? changed.size() : std::min<std::size_t>(600, changed.size());
+            for (std::size_t i = 0; i < changes; ++i)
+                changed[random(reach)] = static_cast<std::uint8_t>(random(256));
+            useUp(std::move(changed));
+        }
+    }
+}
+
+TEST_CASE("what is no image has no source")
+{
+    CHECK_FALSE(opened({}));
+    CHECK_FALSE(opened(FileBytes(1, 0xFF)));
+    CHECK_FALSE(opened(FileBytes(100'000, 0)));
+    std::string const text = "This is a letter, not a picture.";
+    CHECK_FALSE(opened(FileBytes(text.begin(), text.end())));
+    CHECK_FALSE(openImage(nullptr));
+}
+
+TEST_CASE("a small progressive JPEG that promises 65,500 pixels a side is refused at once")
+{
+    JpegOptions options;
+    options.isProgressive = true;
+    auto file = writeJpeg(sampleColors({ 16, 16 }), options);
+    for (std::size_t i = 0; i + 9 < file.size(); ++i) {
+        if (file[i] == 0xFF && file[i + 1] == 0xC2) {
+            for (std::size_t side : { i + 5, i + 7 }) {
+                file[side] = 65500 >> 8;
+                file[side + 1] = 65500 & 0xFF;
+            }
+        }
+    }
+    auto const source = opened(std::move(file));
+    REQUIRE(source);
+    CHECK(source->pixelSize() == PixelSize { 65500, 65500 });
+    CHECK_FALSE(source->decode(256));
+    CHECK_FALSE(source->decodeWhole());
+}
+
+TEST_CASE("a progressive JPEG of thousands of scans is given up after some")
+{
+    // One scan of a grey picture, repeated: each pass would go over all pixels again.
+    JpegOptions options;
+    options.isProgressive = true;
+    options.color = JpegOptions::Color::grey;
+    auto const file = writeJpeg(sampleColors({ 640, 640 }), options);
+    std::vector<std::size_t> scans;
+    for (std::size_t i = 0; i + 1 < file.size(); ++i) {
+        if (file[i] == 0xFF && file[i + 1] == 0xDA)
+            scans.push_back(i);
+    }
+    REQUIRE(scans.size() >= 3);
+    auto const at
+        = [&](std::size_t offset) { return file.begin() + static_cast<std::ptrdiff_t>(offset); };
+    FileBytes bomb(file.begin(), at(scans[1]));
+    FileBytes const scan(at(scans[0]), at(scans[1]));
+    for (int i = 0; i < 5000; ++i)
+        bomb.insert(bomb.end(), scan.begin(), scan.end());
+    MemoryBytes::Reads reads;
+    auto const length = bomb.size();
+    auto const source = opened(std::move(bomb), &reads);
+    REQUIRE(source);
+    (void)source->decode(640);
+    CHECK(reads.bytes < length / 2);
+}
