@@ -86,11 +86,12 @@ private:
         return *this;
     }
 
-    /// Replaces the value without comparing, for long lists that are known to differ.
-    void replace(T value)
+    /// Replaces the value without comparing, for long lists that are known to differ. Returns the
+    /// old one, which may take long to free.
+    T replace(T value)
     {
-        value_ = std::move(value);
         owner_.fieldChanged();
+        return std::exchange(value_, std::move(value));
     }
 
     Owner& owner_;

@@ -118,6 +118,7 @@ private:
     void restore(Restorable const& found);
     void accept(ScanAnswer answer);
     void showItems(std::vector<PhotoItem> visible);
+    void discard(std::vector<PhotoItem> photos);
     std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
 
     Ports ports_;

@@ -9,6 +9,8 @@
 #include "ports/Panels.h"
 #include "ports/TextOrder.h"
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace pixelhain {
 
@@ -156,7 +158,7 @@ void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGa
     pendingFileToShow_ = std::nullopt;
     folder = urls.front();
     folders = std::move(urls);
-    allItems_.clear();
+    discard(std::exchange(allItems_, {}));
     index_ = PhotoIndex();
     showItems({});
     selection = std::set<FileUrl>();
@@ -200,7 +202,7 @@ void BrowserModel::accept(ScanAnswer answer)
     if (answer.generation != scanGeneration_)
         return;
     isLoading = false;
-    allItems_ = std::move(answer.found.items);
+    discard(std::exchange(allItems_, std::move(answer.found.items)));
     index_ = std::move(answer.found.index);
     selection = *selection == answer.selected ? std::move(answer.stillSelected)
                                               : stillPresent(selection, allItems_);

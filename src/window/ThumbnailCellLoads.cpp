@@ -48,7 +48,14 @@ void ThumbnailCellLoads::thumbnailArrived(ImageRef image)
     } else if (!image_) {
         failed_ = true;
     }
-    changed_();
+    tellChanged();
+}
+
+// Whoever hears of it may drop this cell at once.
+void ThumbnailCellLoads::tellChanged() const
+{
+    auto const changed = changed_;
+    changed();
 }
 
 void ThumbnailCellLoads::loadMeta()
@@ -59,7 +66,7 @@ void ThumbnailCellLoads::loadMeta()
         return;
     metaTask_ = source_.loadMeta(url_, [this](std::optional<ImageMeta> meta) {
         meta_ = std::move(meta);
-        changed_();
+        tellChanged();
     });
 }
 

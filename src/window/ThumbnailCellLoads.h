@@ -31,6 +31,7 @@ private:
     void loadThumbnail();
     void thumbnailArrived(ImageRef image);
     void loadMeta();
+    void tellChanged() const;
 
     ThumbnailSource& source_;
     std::function<void()> changed_;

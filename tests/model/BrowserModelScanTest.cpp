@@ -271,3 +271,18 @@ TEST_CASE("observers hear of an operation once, when it is complete")
     desk.settle();
     CHECK(turns == 2);
 }
+
+TEST_CASE("a very long list is freed in the background")
+{
+    Desk desk;
+    Names names;
+    for (int i = 0; i <= 100'000; ++i)
+        names.push_back(std::to_string(i) + ".jpg");
+    desk.open("/b", names);
+    desk.model().selectFolders({ FileUrl("/c") }, FocusGallery::no);
+    CHECK(desk.model().items->empty());
+    CHECK(desk.model().allItems().empty());
+    CHECK(desk.background.pending() == 3); // both lists, and the scan of /c
+    desk.settle();
+    CHECK(desk.background.pending() == 0);
+}

@@ -180,3 +180,19 @@ TEST_CASE("a cell that goes cancels its loads")
     }
     CHECK(source.wanted() == 0);
 }
+
+TEST_CASE("a cell may be dropped by whoever hears of its picture")
+{
+    FakeThumbnails source;
+    std::optional<ThumbnailCellLoads> loads;
+    auto const witness = std::make_shared<int>(0);
+    loads.emplace(source, [&loads, witness] {
+        loads.reset();
+        ++*witness;
+    });
+    loads->show(photo, 128);
+    source.answer(1, pictureOf(128, 128));
+    CHECK_FALSE(loads.has_value());
+    CHECK(*witness == 1);
+    CHECK(source.wanted() == 0);
+}
