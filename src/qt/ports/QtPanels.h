@@ -1,0 +1,24 @@
+#pragma once
+#include "ports/Panels.h"
+#include <QPointer>
+#include <QWidget>
+
+class QFileDialog;
+
+namespace pixelhain {
+
+/// The desktop's own dialogs where it has some, as sheets of the main window. They never block.
+class QtPanels final : public Panels {
+public:
+    /// The window that later panels belong to.
+    void setParent(QWidget* parent) { parent_ = parent; }
+
+    void chooseFolder(
+        FolderPanelRequest const& request, std::function<void(FileUrl)> chosen) override;
+
+private:
+    QPointer<QWidget> parent_;
+    QPointer<QFileDialog> open_;
+};
+
+} // namespace pixelhain
