@@ -1,0 +1,78 @@
+#pragma once
+#include "base/FileUrl.h"
+#include "images/ImageLoader.h"
+#include "images/MemoryCache.h"
+#include <QImage>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+
+namespace pixelhain {
+
+class Background;
+class MainLoop;
+
+/// A line of text drawn once, and what it was drawn for.
+struct DrawnLine {
+    QString text;
+    QRgb color = 0;
+    QImage image;
+};
+
+/// What is ready to be painted for one cell.
+struct DrawnCell {
+    std::size_t index = 0;
+    ImageRef source; ///< what `picture` is, or is about to be, made of
+    int edge = 0; ///< of the square that it is made for
+    QImage picture; ///< may still be one of an earlier size
+    DrawnLine name;
+    DrawnLine resolution;
+    Task scaling;
+
+    bool isPending() const { return static_cast<bool>(scaling); }
+};
+
+/// The cells' pictures at the very size at which they are drawn, made off the main thread. Pictures
+/// that went out of view are kept within a fixed amount of memory, so that scrolling back shows
+/// them at once. Main thread only.
+class CellPictures {
+public:
+    static constexpr std::size_t keptBytes = 96 << 20;
+
+    /// `arrived` is called when a picture was made.
+    CellPictures(
+        Background& background, MainLoop& loop, std::function<void(DrawnCell const&)> arrived);
+
+    /// Drops all cells that are not shown again until `endUpdate`.
+    void beginUpdate();
+    DrawnCell& show(FileUrl const& url, std::size_t index, ImageRef const& image, int edge);
+    void endUpdate();
+
+    /// Null for a cell that is not shown.
+    DrawnCell* find(FileUrl const& url);
+    DrawnCell const* find(FileUrl const& url) const;
+
+    /// Makes every text be drawn again.
+    void forgetLines();
+
+private:
+    struct Kept {
+        std::weak_ptr<CGImageBox const> source;
+        int edge = 0;
+        QImage picture;
+    };
+    using Cells = std::unordered_map<FileUrl, std::unique_ptr<DrawnCell>>;
+
+    void bring(FileUrl const& url, DrawnCell& cell);
+    void make(DrawnCell& cell);
+    void keep(FileUrl const& url, DrawnCell const& cell);
+
+    Background& background_;
+    MainLoop& loop_;
+    std::function<void(DrawnCell const&)> arrived_;
+    Cells cells_;
+    Cells before_;
+    MemoryCache<FileUrl, Kept> kept_ { CacheLimits { keptBytes, std::nullopt } };
+};
+
+} // namespace pixelhain

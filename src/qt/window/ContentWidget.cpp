@@ -1,0 +1,142 @@
+#include "qt/window/ContentWidget.h"
+#include "model/BrowserModel.h"
+#include "qt/ports/FileUrlText.h"
+#include "qt/window/EmptyStateWidget.h"
+#include "qt/window/StatusBarWidget.h"
+#include "qt/window/Tones.h"
+#include <QDropEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace pixelhain {
+
+namespace {
+
+class DropHighlight final : public QWidget {
+public:
+    explicit DropHighlight(QWidget* parent)
+        : QWidget(parent)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        hide();
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        constexpr auto line = ContentView::dropLineWidth;
+        constexpr auto inset = ContentView::dropInset;
+        constexpr auto radius = ContentView::dropCornerRadius;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QPen pen(Tones(palette()).of(ColorRole::accent), line);
+        pen.setDashPattern({ 3, 2 }); // in line widths
+        pen.setCapStyle(Qt::FlatCap);
+        painter.setPen(pen);
+        painter.drawRoundedRect(
+            QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
+    }
+};
+
+std::vector<FileUrl> filesIn(QMimeData const& data)
+{
+    auto const list = data.data(QStringLiteral("text/uri-list"));
+    return fileUrlsFromUriList({ list.constData(), static_cast<std::size_t>(list.size()) });
+}
+
+} // namespace
+
+ContentWidget::ContentWidget(GridWidget::Services const& services, QWidget* parent)
+    : QWidget(parent)
+    , model_(services.model)
+    , view_(services.model, services.loop)
+    , columns_(new QSplitter(Qt::Horizontal, this))
+    , detail_(new QStackedWidget)
+    , empty_(new EmptyStateWidget([this] { model_.chooseFolder(); }))
+    , grid_(new GridWidget(services))
+    , statusBar_(new StatusBarWidget(services.model))
+    , dropHighlight_(new DropHighlight(this))
+{
+    setAcceptDrops(true);
+    detail_->addWidget(empty_);
+    detail_->addWidget(grid_);
+    auto* detailColumn = new QWidget;
+    auto* stack = new QVBoxLayout(detailColumn);
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->setSpacing(0);
+    stack->addWidget(detail_, 1);
+    stack->addWidget(statusBar_);
+    columns_->addWidget(detailColumn);
+    columns_->setCollapsible(0, false);
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(columns_);
+    modelChanged();
+}
+
+void ContentWidget::modelChanged()
+{
+    switch (view_.detail()) {
+    case ContentView::Detail::noFolder:
+        empty_->show(EmptyStateView::noFolder());
+        detail_->setCurrentWidget(empty_);
+        break;
+    case ContentView::Detail::noPhotos:
+        // While a folder is being read nobody knows yet that it holds no photos.
+        if (model_.isLoading)
+            detail_->setCurrentWidget(grid_);
+        else {
+            empty_->show(EmptyStateView::noPhotos(model_));
+            detail_->setCurrentWidget(empty_);
+        }
+        break;
+    case ContentView::Detail::gallery:
+        detail_->setCurrentWidget(grid_);
+        break;
+    }
+    grid_->modelChanged();
+    statusBar_->modelChanged();
+}
+
+void ContentWidget::setDropTargeted(bool targeted)
+{
+    view_.dropTargeted = targeted;
+    dropHighlight_->setVisible(targeted);
+    if (targeted)
+        dropHighlight_->raise();
+}
+
+void ContentWidget::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (filesIn(*event->mimeData()).empty())
+        return;
+    // Never a move: the sender would take the file away once it is accepted.
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    setDropTargeted(true);
+}
+
+void ContentWidget::dragLeaveEvent(QDragLeaveEvent*)
+{
+    setDropTargeted(false);
+}
+
+void ContentWidget::dropEvent(QDropEvent* event)
+{
+    auto const files = filesIn(*event->mimeData());
+    setDropTargeted(false);
+    if (!view_.drop(files))
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void ContentWidget::resizeEvent(QResizeEvent*)
+{
+    dropHighlight_->setGeometry(rect());
+}
+
+} // namespace pixelhain

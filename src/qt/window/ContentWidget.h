@@ -1,0 +1,47 @@
+#pragma once
+#include "qt/window/GridWidget.h"
+#include "window/ContentView.h"
+#include <QWidget>
+
+class QMimeData;
+class QSplitter;
+class QStackedWidget;
+
+namespace pixelhain {
+
+class EmptyStateWidget;
+class StatusBarWidget;
+
+/// The content of the main window: a column for the folders, which is not there yet, and beside it
+/// the gallery or an empty state above the status bar. Takes files that are dropped on it.
+class ContentWidget final : public QWidget {
+public:
+    explicit ContentWidget(GridWidget::Services const& services, QWidget* parent = nullptr);
+
+    ContentView& view() { return view_; }
+    GridWidget& grid() { return *grid_; }
+    GridWidget const& grid() const { return *grid_; }
+
+    /// To be called after every change of the model.
+    void modelChanged();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void setDropTargeted(bool targeted);
+
+    BrowserModel& model_;
+    ContentView view_;
+    QSplitter* columns_;
+    QStackedWidget* detail_;
+    EmptyStateWidget* empty_;
+    GridWidget* grid_;
+    StatusBarWidget* statusBar_;
+    QWidget* dropHighlight_;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,306 @@
+#include "qt/window/GridWidget.h"
+#include "model/BrowserModel.h"
+#include "qt/ports/FileUrlText.h"
+#include <QApplication>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QScrollBar>
+#include <QToolTip>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace pixelhain {
+
+namespace {
+
+constexpr double wheelNotch = 120; ///< what Qt reports for one notch
+constexpr double pointsPerLine = 40;
+constexpr double pageOverlap = 40; ///< stays in view when paging, so that the eye keeps its place
+
+} // namespace
+
+GridWidget::GridWidget(Services const& services, QWidget* parent)
+    : QAbstractScrollArea(parent)
+    , services_(services)
+    , view_(services.model, services.thumbnails, [this](FileUrl const& url) { cellChanged(url); })
+    , pictures_(services.background, services.loop,
+          [this](DrawnCell const& cell) { updateCell(cell.index); })
+    , motion_([this](double position) { moveTo(position); })
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    viewport()->setAttribute(Qt::WA_NoSystemBackground);
+    setAccessibleName(QStringLiteral("Galerie"));
+}
+
+void GridWidget::scrollTo(double top)
+{
+    motion_.stop();
+    moveTo(top);
+}
+
+void GridWidget::renewPainter()
+{
+    view_.displayScale = devicePixelRatioF();
+    painter_ = std::make_unique<CellPainter>(palette(), font(), view_.displayScale);
+    pictures_.forgetLines();
+}
+
+void GridWidget::modelChanged()
+{
+    if (shownFolders_.changed(*services_.model.folders)) {
+        motion_.stop();
+        first_.reset();
+        top_ = 0;
+    }
+    layOut();
+    if (auto const wish = view_.scrollWish(top_, viewportHeight())) {
+        motion_.stop();
+        moveTo(*wish);
+    }
+    viewport()->update();
+}
+
+// The photo at the top stays where it is, however the columns fall.
+void GridWidget::layOut()
+{
+    if (!painter_)
+        renewPainter();
+    view_.layOut(viewport()->width(), painter_->lineHeights());
+    if (first_ && top_ > 0)
+        top_ = topFor(*first_).value_or(top_);
+    top_ = view_.layout().clampedScroll(top_, viewportHeight());
+    updateScrollBar();
+    showCells();
+}
+
+void GridWidget::showCells()
+{
+    view_.showRows(top_, viewportHeight());
+    auto const ready = view_.layout().visible(top_, viewportHeight(), GridView::rowsAhead);
+    auto const inView = view_.inView();
+    pictures_.beginUpdate();
+    for (auto index = inView.first; index < inView.last; ++index)
+        showCell(index);
+    for (auto index = ready.first; index < ready.last; ++index)
+        if (!inView.contains(index))
+            showCell(index);
+    pictures_.endUpdate();
+    first_ = anchor();
+}
+
+void GridWidget::showCell(std::size_t index)
+{
+    auto const cell = view_.cell(index);
+    pictures_.show(cell.item.url, index, cell.image, painter_->pictureEdge(cell.size));
+}
+
+std::optional<GridWidget::Anchor> GridWidget::anchor() const
+{
+    auto const inView = view_.inView();
+    if (inView.empty())
+        return std::nullopt;
+    return Anchor { services_.model.items->at(inView.first).url, inView.first,
+        view_.layout().cell(inView.first).y - top_ };
+}
+
+std::optional<double> GridWidget::topFor(Anchor const& anchor) const
+{
+    auto const& items = *services_.model.items;
+    auto const matches
+        = [&](std::size_t index) { return index < items.size() && items[index].url == anchor.url; };
+    auto const farthest = std::max(items.size(), anchor.index + 1);
+    for (std::size_t away = 0; away < farthest; ++away) {
+        auto const before = anchor.index - std::min(away, anchor.index);
+        for (auto const index : { anchor.index + away, before })
+            if (matches(index))
+                return view_.layout().cell(index).y - anchor.offset;
+    }
+    return std::nullopt;
+}
+
+long long GridWidget::devicePixels(double points) const
+{
+    return std::llround(points * view_.displayScale);
+}
+
+// The bar counts device pixels, or a multiple of them where the content is too high to count.
+void GridWidget::updateScrollBar()
+{
+    constexpr double mostSteps = 1e9;
+    auto const scale = view_.displayScale;
+    auto const height = view_.layout().contentHeight() * scale;
+    auto const hidden = std::max(0.0, height - viewportHeight() * scale);
+    barUnit_ = std::max(1.0, height / mostSteps);
+    isSettingBar_ = true;
+    auto* bar = verticalScrollBar();
+    bar->setRange(0, static_cast<int>(std::ceil(hidden / barUnit_)));
+    bar->setPageStep(static_cast<int>(std::lround(viewportHeight() * scale / barUnit_)));
+    bar->setSingleStep(
+        std::max(1, static_cast<int>(std::lround(pointsPerLine * scale / barUnit_))));
+    bar->setValue(static_cast<int>(std::lround(top_ * scale / barUnit_)));
+    isSettingBar_ = false;
+}
+
+void GridWidget::scrollContentsBy(int, int)
+{
+    if (!isSettingBar_)
+        scrollTo(verticalScrollBar()->value() * barUnit_ / view_.displayScale);
+}
+
+void GridWidget::moveTo(double top)
+{
+    auto const height = viewportHeight();
+    auto const before = devicePixels(top_);
+    auto const after = devicePixels(view_.layout().clampedScroll(top, height));
+    if (before == after)
+        return;
+    top_ = static_cast<double>(after) / view_.displayScale;
+    showCells();
+    updateScrollBar();
+    scrollPixels(before, after);
+}
+
+// What stays in view is moved, not painted again, where the way is a whole number of points and
+// points are whole pixels; elsewhere the toolkit could not move it exactly.
+void GridWidget::scrollPixels(long long before, long long after)
+{
+    isComplete_ = false;
+    auto const scale = static_cast<long long>(view_.displayScale);
+    auto const way = before - after;
+    bool const isWhole = static_cast<double>(scale) == view_.displayScale && way % scale == 0;
+    if (isWhole && std::abs(way / scale) < viewport()->height())
+        viewport()->scroll(0, static_cast<int>(way / scale));
+    else
+        viewport()->update();
+}
+
+void GridWidget::wheelEvent(QWheelEvent* event)
+{
+    auto const now = motion_.isMoving() ? motion_.goal() : top_;
+    auto const limited
+        = [&](double goal) { return view_.layout().clampedScroll(goal, viewportHeight()); };
+    auto const turned = event->angleDelta().y();
+    event->accept();
+    if (!event->pixelDelta().isNull()) {
+        scrollTo(top_ - event->pixelDelta().y());
+        return;
+    }
+    auto const way = turned / wheelNotch * QApplication::wheelScrollLines() * pointsPerLine;
+    if (turned % static_cast<int>(wheelNotch) != 0)
+        scrollTo(top_ - way);
+    else if (turned != 0)
+        glideTo(limited(now - way));
+}
+
+void GridWidget::glideTo(double goal)
+{
+    auto const refresh = screen() ? screen()->refreshRate() : 60.0;
+    auto const frame = std::clamp(static_cast<int>(1000 / std::max(refresh, 1.0)), 4, 17);
+    motion_.start(top_, std::round(goal), frame);
+}
+
+void GridWidget::keyPressEvent(QKeyEvent* event)
+{
+    auto const height = viewportHeight();
+    auto const page = std::max(height - pageOverlap, height / 2);
+    auto const now = motion_.isMoving() ? motion_.goal() : top_;
+    double goal = 0;
+    switch (event->key()) {
+    case Qt::Key_PageUp:
+        goal = now - page;
+        break;
+    case Qt::Key_PageDown:
+        goal = now + page;
+        break;
+    case Qt::Key_Home:
+        break;
+    case Qt::Key_End:
+        goal = view_.layout().contentHeight();
+        break;
+    default:
+        event->ignore();
+        return;
+    }
+    // A long way is not worth watching, and every cell along it would be asked for.
+    constexpr double longWay = 3;
+    goal = view_.layout().clampedScroll(goal, height);
+    if (std::abs(goal - top_) > longWay * height)
+        scrollTo(goal);
+    else
+        glideTo(goal);
+}
+
+void GridWidget::resizeEvent(QResizeEvent*)
+{
+    layOut();
+    viewport()->update();
+}
+
+void GridWidget::changeEvent(QEvent* event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    auto const type = event->type();
+    if (type != QEvent::PaletteChange && type != QEvent::FontChange && type != QEvent::StyleChange)
+        return;
+    painter_.reset();
+    layOut();
+    viewport()->update();
+}
+
+bool GridWidget::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QAbstractScrollArea::viewportEvent(event);
+    auto const* help = static_cast<QHelpEvent*>(event);
+    if (!showBadgeTip(help->pos(), help->globalPos()))
+        QToolTip::hideText();
+    return true;
+}
+
+bool GridWidget::showBadgeTip(QPoint position, QPoint globalPosition)
+{
+    auto const& layout = view_.layout();
+    auto const point = Point { static_cast<double>(position.x()), position.y() + top_ };
+    auto const index = layout.indexAt(point);
+    if (!index || !view_.cell(*index).showsBadge())
+        return false;
+    // About the size of the badge, whatever its letters.
+    constexpr double width = 50;
+    constexpr double height = 28;
+    auto const area = layout.thumbnailArea(*index);
+    if (point.x < area.right() - width || point.y < area.bottom() - height
+        || point.y >= area.bottom())
+        return false;
+    QToolTip::showText(globalPosition, shownText(ThumbnailCell::badgeTip), viewport());
+    return true;
+}
+
+bool GridWidget::showsAllSizes() const
+{
+    auto const inView = view_.inView();
+    for (auto index = inView.first; index < inView.last; ++index)
+        if (auto const cell = view_.cell(index); cell.image && !cell.meta)
+            return false;
+    return isComplete_ || inView.empty();
+}
+
+bool GridWidget::isIdle() const
+{
+    auto const& layout = view_.layout();
+    auto const ready = layout.visible(top_, viewportHeight(), GridView::rowsAhead);
+    for (auto index = ready.first; index < ready.last; ++index) {
+        auto const cell = view_.cell(index);
+        auto const* drawn = pictures_.find(cell.item.url);
+        if ((!cell.image && !cell.failed) || !drawn || drawn->isPending())
+            return false;
+    }
+    return isComplete_ && !motion_.isMoving();
+}
+
+} // namespace pixelhain

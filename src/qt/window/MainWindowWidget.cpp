@@ -1,0 +1,116 @@
+#include "qt/window/MainWindowWidget.h"
+#include "model/BrowserModel.h"
+#include "ports/MainLoop.h"
+#include "qt/ports/FileUrlText.h"
+#include <QApplication>
+#include <QEvent>
+#include <QMenuBar>
+#include <QPointer>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+// A window title has one line and no second one below it, and the toolkit gives "[*]" a meaning.
+QString titleText(ContentView const& view)
+{
+    auto title = shownText(view.title());
+    if (auto const subtitle = view.subtitle(); !subtitle.empty())
+        title += QStringLiteral(" – ") + shownText(subtitle);
+    return title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+}
+
+} // namespace
+
+MainWindowWidget::MainWindowWidget(GridWidget::Services const& services)
+    : model_(services.model)
+    , loop_(services.loop)
+    , content_(new ContentWidget(services, this))
+    , observation_(services.model.observe([this] { modelChanged(); }))
+{
+    setMinimumSize(
+        static_cast<int>(ContentView::minimumWidth), static_cast<int>(ContentView::minimumHeight));
+    resize(
+        static_cast<int>(ContentView::defaultWidth), static_cast<int>(ContentView::defaultHeight));
+    setCentralWidget(content_);
+    addMenus();
+    modelChanged();
+}
+
+MainWindowWidget::~MainWindowWidget()
+{
+    if (model_.window() == this)
+        model_.setWindow(nullptr);
+}
+
+void MainWindowWidget::addMenus()
+{
+    auto* file = menuBar()->addMenu(QStringLiteral("&Datei"));
+    auto const add = [&](QString const& title, QList<QKeySequence> const& keys, auto operation) {
+        auto* action = file->addAction(title);
+        action->setShortcuts(keys);
+        connect(action, &QAction::triggered, this, operation);
+    };
+    add(QStringLiteral("&Ordner öffnen …"), { QKeySequence(Qt::CTRL | Qt::Key_O) },
+        [this] { model_.chooseFolder(); });
+    add(QStringLiteral("&Neu laden"),
+        { QKeySequence(Qt::CTRL | Qt::Key_R), QKeySequence(Qt::Key_F5) },
+        [this] { model_.reload(); });
+    file->addSeparator();
+    add(QStringLiteral("S&chließen"), { QKeySequence(Qt::CTRL | Qt::Key_W) }, [this] { close(); });
+    add(QStringLiteral("&Beenden"), { QKeySequence(Qt::CTRL | Qt::Key_Q) },
+        [] { QApplication::closeAllWindows(); });
+}
+
+void MainWindowWidget::modelChanged()
+{
+    setWindowTitle(titleText(content_->view()));
+    content_->modelChanged();
+}
+
+bool MainWindowWidget::isComplete() const
+{
+    if (model_.isLoading)
+        return false;
+    return model_.items->empty() || content_->grid().isComplete();
+}
+
+void MainWindowWidget::focusGallery()
+{
+    content_->grid().setFocus();
+}
+
+void MainWindowWidget::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (std::exchange(hasAppeared_, true))
+        return;
+    content_->view().hosted(this);
+    // After whatever was handed over at the start, so that this is opened instead.
+    loop_.post([alive = QPointer<MainWindowWidget>(this)] {
+        if (alive)
+            alive->content_->view().appeared();
+    });
+}
+
+// The frame that is painted now is on the screen when the loop comes round.
+void MainWindowWidget::paintEvent(QPaintEvent* event)
+{
+    QMainWindow::paintEvent(event);
+    if (std::exchange(hasPainted_, true))
+        return;
+    loop_.post([alive = QPointer<MainWindowWidget>(this)] {
+        if (alive && alive->shown)
+            alive->shown();
+    });
+}
+
+void MainWindowWidget::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && activated)
+        activated();
+}
+
+} // namespace pixelhain

@@ -1,0 +1,44 @@
+#pragma once
+#include "ports/MainWindow.h"
+#include "qt/window/ContentWidget.h"
+#include <QMainWindow>
+#include <functional>
+
+namespace pixelhain {
+
+/// The main window: content, title and menus.
+class MainWindowWidget final : public QMainWindow, public MainWindow {
+public:
+    explicit MainWindowWidget(GridWidget::Services const& services);
+    ~MainWindowWidget() override;
+
+    ContentWidget& content() { return *content_; }
+    ContentWidget const& content() const { return *content_; }
+
+    /// Whether what the window shows is all there is to show for now.
+    bool isComplete() const;
+
+    /// Called once, when the window stands on the screen with its first frame.
+    std::function<void()> shown;
+    std::function<void()> activated;
+
+    void focusGallery() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void addMenus();
+    void modelChanged();
+
+    BrowserModel& model_;
+    MainLoop& loop_;
+    ContentWidget* content_;
+    bool hasAppeared_ = false;
+    bool hasPainted_ = false;
+    Observation observation_;
+};
+
+} // namespace pixelhain

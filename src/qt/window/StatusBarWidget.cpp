@@ -1,0 +1,92 @@
+#include "qt/window/StatusBarWidget.h"
+#include "qt/ports/FileUrlText.h"
+#include "qt/window/ActivityIndicator.h"
+#include "qt/window/Tones.h"
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QToolButton>
+
+namespace pixelhain {
+
+namespace {
+
+void setRole(QWidget& widget, QPalette::ColorRole role, QColor const& color)
+{
+    auto palette = widget.palette();
+    palette.setColor(role, color);
+    widget.setPalette(palette);
+}
+
+} // namespace
+
+StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
+    : QWidget(parent)
+    , bar_(model)
+    , activity_(new ActivityIndicator(this))
+    , count_(new QLabel(this))
+    , dot_(new QLabel(shownText(StatusBar::messageDot), this))
+    , message_(new QLabel(this))
+    , selectNone_(new QToolButton(this))
+{
+    auto* row = new QHBoxLayout(this);
+    constexpr int x = static_cast<int>(StatusBar::paddingX);
+    constexpr int y = static_cast<int>(StatusBar::paddingY);
+    row->setContentsMargins(x, y, x, y);
+    row->setSpacing(static_cast<int>(StatusBar::itemSpacing));
+    for (auto* label : { count_, dot_, message_ })
+        label->setTextFormat(Qt::PlainText);
+    message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    selectNone_->setText(shownText(StatusBar::selectNoneTitle));
+    selectNone_->setAutoRaise(true);
+    selectNone_->setCursor(Qt::PointingHandCursor);
+    connect(selectNone_, &QToolButton::clicked, this, [this] { bar_.selectNone(); });
+    row->addWidget(activity_);
+    row->addWidget(count_);
+    row->addWidget(dot_);
+    row->addWidget(message_, 1);
+    row->addWidget(selectNone_);
+    useTones();
+    modelChanged();
+}
+
+void StatusBarWidget::modelChanged()
+{
+    auto const message = bar_.message();
+    activity_->setVisible(bar_.showsActivity());
+    count_->setText(shownText(bar_.countText()));
+    dot_->setVisible(message.has_value());
+    message_->setText(message ? shownText(*message) : QString());
+    selectNone_->setVisible(bar_.showsSelectNone());
+}
+
+void StatusBarWidget::useTones()
+{
+    Tones const tones(palette());
+    auto const font = scaledFont(this->font(), calloutScale);
+    for (auto* part : std::initializer_list<QWidget*> { count_, dot_, message_, selectNone_ })
+        part->setFont(font);
+    setRole(*count_, QPalette::WindowText, tones.of(ColorRole::secondary));
+    setRole(*dot_, QPalette::WindowText, tones.of(ColorRole::tertiary));
+    setRole(*selectNone_, QPalette::ButtonText, palette().color(QPalette::Link));
+    // The bar keeps its height when the link comes and goes.
+    auto const line = QFontMetrics(font).height();
+    selectNone_->setMaximumHeight(line + 4);
+    setFixedHeight(line + 4 + 2 * static_cast<int>(StatusBar::paddingY));
+}
+
+void StatusBarWidget::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        useTones();
+}
+
+void StatusBarWidget::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(0, 0, width(), 1, Tones(palette()).separator());
+}
+
+} // namespace pixelhain

@@ -1,0 +1,35 @@
+#pragma once
+#include "window/StatusBar.h"
+#include <QWidget>
+
+class QLabel;
+class QToolButton;
+
+namespace pixelhain {
+
+class ActivityIndicator;
+
+/// The bar below the gallery.
+class StatusBarWidget final : public QWidget {
+public:
+    explicit StatusBarWidget(BrowserModel& model, QWidget* parent = nullptr);
+
+    /// To be called after every change of the model.
+    void modelChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void useTones();
+
+    StatusBar bar_;
+    ActivityIndicator* activity_;
+    QLabel* count_;
+    QLabel* dot_;
+    QLabel* message_;
+    QToolButton* selectNone_;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,37 @@
+#pragma once
+#include "window/ThumbnailCell.h"
+#include <QColor>
+#include <QPalette>
+
+namespace pixelhain {
+
+/// The colours that roles stand for under one palette. Secondary and tertiary tones keep a contrast
+/// of at least 4.5 to 1 on the ground that they are mixed with.
+class Tones {
+public:
+    enum class Ground { gallery, window };
+
+    explicit Tones(QPalette const& palette, Ground ground = Ground::window);
+
+    QColor ground() const { return ground_; }
+    QColor separator() const;
+    QColor of(Tint const& tint) const;
+    QColor of(ColorRole role) const { return of(Tint { role }); }
+
+private:
+    QColor mixed(double share) const;
+
+    QColor ground_;
+    QColor primary_;
+    QColor accent_;
+};
+
+/// The desktop's font in a size relative to its own, never too small to read.
+[[nodiscard]] QFont scaledFont(QFont font, double factor);
+
+/// Relative sizes of the text styles that are smaller than the body text.
+inline constexpr double calloutScale = 0.95;
+inline constexpr double captionScale = 0.88;
+inline constexpr double smallCaptionScale = 0.82;
+
+} // namespace pixelhain
