@@ -1,0 +1,28 @@
+#pragma once
+#include "base/FileUrl.h"
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pixelhain {
+
+/// What the program was asked for when it was started.
+struct CommandLine {
+    /// Folders and images to open; only the first one is.
+    std::vector<FileUrl> files;
+    /// Where to save a picture of the window; the program ends then.
+    std::optional<std::string> screenshot;
+    bool wantsHelp = false;
+    bool wantsVersion = false;
+    /// Why the arguments make no sense.
+    std::optional<std::string> error;
+
+    /// `arguments` without the program's name, as bytes; the toolkit's own options taken out.
+    static CommandLine parse(std::span<char const* const> arguments, FileUrl const& currentFolder);
+
+    static std::string_view helpText();
+};
+
+} // namespace pixelhain

@@ -1,0 +1,32 @@
+#pragma once
+#include "base/Published.h"
+#include "qt/app/Trace.h"
+
+namespace pixelhain {
+
+class BrowserModel;
+class MainWindowWidget;
+
+/// Watches the window and reports to the trace when it stands, when a folder's photos are known,
+/// when the first picture shows, when all in view do, and when nothing is left to do.
+class Milestones {
+public:
+    Milestones(Trace const& trace, BrowserModel& model, MainWindowWidget& window);
+
+    /// To be called after each frame of the gallery.
+    void painted();
+
+private:
+    void modelChanged();
+
+    Trace const& trace_;
+    BrowserModel& model_;
+    MainWindowWidget& window_;
+    Observation observation_;
+    bool wasLoading_ = false;
+    bool sawPicture_ = false;
+    bool sawComplete_ = true;
+    bool sawIdle_ = true;
+};
+
+} // namespace pixelhain

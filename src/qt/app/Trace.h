@@ -1,0 +1,23 @@
+#pragma once
+#include <optional>
+#include <string_view>
+
+namespace pixelhain {
+
+/// Says on stderr when the steps of a start were reached, in milliseconds since the process began.
+/// Silent unless PIXELHAIN_TRACE is 1.
+class Trace {
+public:
+    Trace();
+
+    bool isOn() const { return isOn_; }
+    void milestone(std::string_view name, std::optional<std::size_t> count = std::nullopt) const;
+
+private:
+    bool isOn_;
+};
+
+/// Milliseconds since the kernel started this process, to about ten of them.
+[[nodiscard]] double millisecondsSinceProcessStart();
+
+} // namespace pixelhain

@@ -1,0 +1,134 @@
+#include "app/AppDelegate.h"
+#include "codecs/ImageCodecs.h"
+#include "decoder/InProcessDecoder.h"
+#include "icu/IcuTextOrder.h"
+#include "images/ImageLoader.h"
+#include "model/BrowserModel.h"
+#include "posix/PosixFileSystem.h"
+#include "posix/ThreadPool.h"
+#include "posix/ThreadQueue.h"
+#include "qt/app/CommandLine.h"
+#include "qt/app/Milestones.h"
+#include "qt/app/Screenshot.h"
+#include "qt/app/Trace.h"
+#include "qt/ports/QtMainLoop.h"
+#include "qt/ports/QtPanels.h"
+#include "qt/ports/QtPreferences.h"
+#include "qt/ports/QtScreens.h"
+#include "qt/window/MainWindowWidget.h"
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QTranslator>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+namespace {
+
+using namespace pixelhain;
+
+// Decoding takes what the window leaves over: a frame is never late because of it.
+constexpr int thumbNiceness = 5;
+constexpr int displayNiceness = 2;
+constexpr std::size_t displayWidth = 3;
+
+std::size_t thumbWidth()
+{
+    return std::max<std::size_t>(2, std::thread::hardware_concurrency());
+}
+
+FileUrl currentFolder()
+{
+    std::error_code error;
+    auto const path = std::filesystem::current_path(error).native();
+    return FileUrl(error ? "/" : path);
+}
+
+// What the whole program needs besides its window. Threads that decode are never waited for: they
+// only read, and end with the process.
+struct Services {
+    QtMainLoop loop;
+    InProcessDecoder decoder;
+    PosixFileSystem files;
+    IcuTextOrder textOrder { orderingLocale(::getenv) };
+    CodecImageTypes imageTypes;
+    QtPanels panels;
+    ThreadPool background;
+    ThreadQueue thumbQueue { thumbWidth(), thumbNiceness };
+    ThreadQueue displayQueue { displayWidth, displayNiceness };
+};
+
+void speakGerman(QApplication& application)
+{
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    auto* translator = new QTranslator(&application);
+    if (translator->load(
+            QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(translator);
+}
+
+int run(QApplication& application, CommandLine const& line, Services& services)
+{
+    Trace const trace;
+    QtPreferences preferences(QtPreferences::defaultFile());
+    ImageLoader loader({ services.loop, services.background, services.decoder, services.thumbQueue,
+        services.displayQueue });
+    BrowserModel model({ services.loop, services.background, services.files, preferences,
+        services.textOrder, services.imageTypes, services.panels });
+    LoaderThumbnails thumbnails(loader);
+    MainWindowWidget window({ model, thumbnails, services.background, services.loop });
+    services.panels.setParent(&window);
+
+    std::unique_ptr<AppDelegate> delegate;
+    QtScreens const screens([&] { delegate->applicationDidChangeScreenParameters(); });
+    delegate = std::make_unique<AppDelegate>(model, services.loop, screens,
+        [&](std::span<Screen const> all) { loader.updateDisplayPixelSize(all); });
+    window.activated = [&] { delegate->applicationDidBecomeActive(); };
+
+    Milestones milestones(trace, model, window);
+    window.shown = [&] { trace.milestone("window-shown"); };
+    window.content().grid().painted = [&] { milestones.painted(); };
+
+    delegate->openUrls(line.files);
+    window.show();
+    speakGerman(application);
+    delegate->applicationDidFinishLaunching();
+
+    std::unique_ptr<Screenshot> screenshot;
+    if (line.screenshot)
+        screenshot = std::make_unique<Screenshot>(
+            QFile::decodeName(line.screenshot->c_str()), model, window, !line.files.empty());
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication::setApplicationName(QStringLiteral("pixelhain"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PIXELHAIN_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("de.pixelhain.Pixelhain"));
+    auto const parsed = [&] {
+        return CommandLine::parse(
+            { argv + 1, static_cast<std::size_t>(argc - 1) }, currentFolder());
+    };
+    if (auto const line = parsed(); line.wantsHelp || line.wantsVersion) {
+        std::fputs(
+            line.wantsHelp ? CommandLine::helpText().data() : "pixelhain " PIXELHAIN_VERSION "\n",
+            stdout);
+        return 0;
+    }
+    QApplication application(argc, argv);
+    auto const line = parsed();
+    if (line.error) {
+        std::fprintf(stderr, "pixelhain: %s\n", line.error->c_str());
+        return 2;
+    }
+    auto* const services = new Services;
+    auto const code = run(application, line, *services);
+    std::fflush(nullptr);
+    std::_Exit(code);
+}

@@ -1,0 +1,41 @@
+#include "qt/app/CommandLine.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+CommandLine parsed(std::vector<char const*> const& arguments)
+{
+    return CommandLine::parse(arguments, FileUrl("/home/me"));
+}
+
+} // namespace
+
+TEST_CASE("files of the command line are opened from the current folder on")
+{
+    auto const line = parsed({ "Fotos", "/b.jpg", "file:///c" });
+    CHECK(
+        line.files == std::vector { FileUrl("/home/me/Fotos"), FileUrl("/b.jpg"), FileUrl("/c") });
+    CHECK_FALSE(line.error);
+}
+
+TEST_CASE("the screenshot option takes a file in either form")
+{
+    CHECK(parsed({ "--screenshot", "a.png", "x" }).screenshot == "a.png");
+    CHECK(parsed({ "--screenshot=a.png" }).screenshot == "a.png");
+    CHECK(parsed({ "--screenshot" }).error);
+}
+
+TEST_CASE("after two hyphens everything is a file")
+{
+    CHECK(parsed({ "--", "--help" }).files == std::vector { FileUrl("/home/me/--help") });
+    CHECK_FALSE(parsed({ "--", "--help" }).wantsHelp);
+}
+
+TEST_CASE("an unknown option is an error")
+{
+    CHECK(parsed({ "--foo" }).error == "Unbekannte Option: --foo");
+    CHECK(parsed({ "--help" }).wantsHelp);
+    CHECK(parsed({ "--version" }).wantsVersion);
+}
