@@ -286,3 +286,18 @@ TEST_CASE("a very long list is freed in the background")
     desk.settle();
     CHECK(desk.background.pending() == 0);
 }
+
+TEST_CASE("what is set to the value it has already is not derived anew")
+{
+    Desk desk;
+    desk.open("/b", { "1.jpg" });
+    desk.model().setSearchText("1");
+    desk.loop.settle();
+    int turns = 0;
+    auto const observation = desk.model().observe([&] { ++turns; });
+    desk.model().setSearchText("1");
+    desk.model().setSortKey(SortKey::name);
+    desk.model().setAscending(true);
+    desk.loop.settle();
+    CHECK(turns == 0);
+}

@@ -138,3 +138,12 @@ TEST_CASE("the model learns of its window after the current turn")
     desk.loop.settle();
     CHECK(desk.model().window() == &window);
 }
+
+TEST_CASE("content that has lost its window takes none from the model")
+{
+    Desk desk;
+    ContentView content(desk.model(), desk.loop);
+    content.hosted(nullptr);
+    desk.loop.settle();
+    CHECK(desk.model().window() == &desk.window);
+}
