@@ -12,15 +12,30 @@ constexpr double lobes = 3;
 constexpr int one = 1 << 14;
 constexpr int largestBox = 256; // sums of a box across stay within 16 bits
 
-double lanczos(double x)
+// Weights of the values from `first` to `end` for a result centred at `centre`; neighbours are
+// `step` apart on the filter's own scale. One turn by a fixed angle takes the place of two sines
+// for each weight, and sin(πx) follows from sin(πx / 3).
+void weigh(std::vector<double>& weights, int first, int end, double centre, double step)
 {
-    x = std::abs(x);
-    if (x < 1e-9)
-        return 1;
-    if (x >= lobes)
-        return 0;
-    auto const angle = std::numbers::pi * x;
-    return lobes * std::sin(angle) * std::sin(angle / lobes) / (angle * angle);
+    static_assert(lobes == 3);
+    auto const angleStep = std::numbers::pi * step / lobes;
+    auto angle = (first + 0.5 - centre) * angleStep;
+    auto sine = std::sin(angle);
+    auto cosine = std::cos(angle);
+    auto const turnSine = std::sin(angleStep);
+    auto const turnCosine = std::cos(angleStep);
+    weights.clear();
+    for (int k = first; k < end; ++k) {
+        auto const inside = std::abs(angle) < std::numbers::pi;
+        auto const triple = sine * (3 - 4 * sine * sine);
+        weights.push_back(std::abs(angle) < 1e-6 ? 1
+                : inside                         ? triple * sine / (3 * angle * angle)
+                                                 : 0);
+        auto const turned = sine * turnCosine + cosine * turnSine;
+        cosine = cosine * turnCosine - sine * turnSine;
+        sine = turned;
+        angle += angleStep;
+    }
 }
 
 int boxFor(int from, int to)
@@ -72,23 +87,24 @@ RowResampler::Filter RowResampler::makeFilter(int from, int box, int to)
     auto const scale = extent / to;
     auto const stretch = std::max(scale, 1.0);
     auto const support = lobes * stretch;
-
     Filter filter;
-    filter.stride = (static_cast<std::size_t>(std::ceil(support * 2)) + 2 + 3) & ~std::size_t { 3 };
-    filter.windows.resize(static_cast<std::size_t>(to));
-    filter.weights.resize(static_cast<std::size_t>(to) * filter.stride);
-    std::vector<double> exact;
     for (int i = 0; i < to; ++i) {
         auto const centre = (i + 0.5) * scale;
-        auto const first = std::max(0, static_cast<int>(std::floor(centre - support + 0.5)));
-        auto const end = std::min(count, static_cast<int>(std::ceil(centre + support - 0.5)));
-        exact.clear();
-        for (int k = first; k < std::max(end, first + 1); ++k)
-            exact.push_back(lanczos((k + 0.5 - centre) / stretch));
-        auto const index = static_cast<std::size_t>(i);
-        filter.windows[index] = { first, static_cast<int>(exact.size()) };
-        filter.maxTaps = std::max(filter.maxTaps, filter.windows[index].taps);
-        roundWeights(exact, filter.weights.data() + index * filter.stride);
+        auto const first
+            = std::clamp(static_cast<int>(std::floor(centre - support + 0.5)), 0, count - 1);
+        auto const end
+            = std::clamp(static_cast<int>(std::ceil(centre + support - 0.5)), first + 1, count);
+        filter.firsts.push_back(first);
+        filter.ends.push_back(end);
+        filter.longest = std::max(filter.longest, end - first);
+    }
+    filter.taps = (filter.longest + 3) & ~3;
+    filter.weights.resize(static_cast<std::size_t>(to) * static_cast<std::size_t>(filter.taps));
+    std::vector<double> exact;
+    auto* weights = filter.weights.data();
+    for (std::size_t i = 0; i < filter.firsts.size(); ++i, weights += filter.taps) {
+        weigh(exact, filter.firsts[i], filter.ends[i], (double(i) + 0.5) * scale, 1 / stretch);
+        roundWeights(exact, weights);
     }
     return filter;
 }
@@ -103,11 +119,11 @@ RowResampler::RowResampler(PixelSize from, Bitmap& target, ResampleKernels const
     , reducedHeight_(ceilDivided(from.height, boxY_))
     , across_(makeFilter(from.width, boxX_, target.size.width))
     , down_(makeFilter(from.height, boxY_, target.size.height))
-    , ringRows_(static_cast<std::size_t>(down_.maxTaps) + 1)
+    , ringRows_(static_cast<std::size_t>(down_.longest) + 1)
     , ringStride_((static_cast<std::size_t>(reducedWidth_) * 4 + 31) & ~std::size_t { 31 })
     , ring_(ringRows_ * ringStride_)
-    , between_(ringStride_ + across_.stride * 4)
-    , rows_(down_.stride)
+    , between_(ringStride_ + static_cast<std::size_t>(across_.taps) * 4)
+    , rows_(static_cast<std::size_t>(down_.taps))
 {
     if (boxX_ == 1 && boxY_ == 1)
         return;
@@ -150,34 +166,18 @@ void RowResampler::commitRow()
 
 void RowResampler::averageRow()
 {
-    auto const* in = wide_.data();
-    auto* sums = sums_.data();
-    for (int x = 0; x < reducedWidth_; ++x, sums += 4) {
-        auto const width = std::min(boxX_, from_.width - x * boxX_);
-        std::uint32_t b = 0;
-        std::uint32_t g = 0;
-        std::uint32_t r = 0;
-        std::uint32_t a = 0;
-        for (auto const* end = in + std::ptrdiff_t(width) * 4; in != end; in += 4) {
-            b += in[0];
-            g += in[1];
-            r += in[2];
-            a += in[3];
-        }
-        sums[0] += b;
-        sums[1] += g;
-        sums[2] += r;
-        sums[3] += a;
-    }
+    auto const lastWidth = from_.width - (reducedWidth_ - 1) * boxX_;
+    auto const last = static_cast<std::size_t>(reducedWidth_ - 1);
+    kernels_.gather(wide_.data(), boxX_, sums_.data(), reducedWidth_ - 1);
+    kernels_.gather(wide_.data() + last * static_cast<std::size_t>(boxX_) * 4, lastWidth,
+        sums_.data() + last * 4, 1);
 }
 
 void RowResampler::takeReducedRow()
 {
     ++reducedIn_;
-    while (rowsOut_ < target_.size.height) {
-        auto const& window = down_.windows[static_cast<std::size_t>(rowsOut_)];
-        if (window.first + window.taps > reducedIn_)
-            return;
+    while (rowsOut_ < target_.size.height
+        && down_.ends[static_cast<std::size_t>(rowsOut_)] <= reducedIn_) {
         writeRow();
         ++rowsOut_;
     }
@@ -186,26 +186,23 @@ void RowResampler::takeReducedRow()
 void RowResampler::writeRow()
 {
     auto const y = static_cast<std::size_t>(rowsOut_);
-    auto const& window = down_.windows[y];
-    auto const taps = (window.taps + 1) & ~1;
+    auto const first = down_.firsts[y];
+    auto const count = down_.ends[y] - first;
+    auto const taps = (count + 1) & ~1;
     for (int t = 0; t < taps; ++t) {
-        auto const row = static_cast<std::size_t>(window.first + std::min(t, window.taps - 1));
+        auto const row = static_cast<std::size_t>(first + std::min(t, count - 1));
         rows_[static_cast<std::size_t>(t)] = ring_.data() + row % ringRows_ * ringStride_;
     }
-    kernels_.down(
-        rows_.data(), down_.weights.data() + y * down_.stride, taps, between_.data(), ringStride_);
-
+    kernels_.down(rows_.data(), down_.weights.data() + y * static_cast<std::size_t>(down_.taps),
+        taps, between_.data(), ringStride_);
     auto* out = target_.row(rowsOut_);
-    auto const* weights = across_.weights.data();
-    for (auto const& column : across_.windows) {
-        kernels_.across(between_.data() + std::ptrdiff_t(column.first) * 4, weights,
-            (column.taps + 3) & ~3, out);
-        if (!target_.isOpaque) {
-            for (int c = 0; c < 3; ++c)
-                out[c] = std::min(out[c], out[3]);
-        }
-        weights += across_.stride;
-        out += 4;
+    kernels_.across(between_.data(), across_.firsts.data(), across_.weights.data(), across_.taps,
+        out, target_.size.width);
+    if (target_.isOpaque)
+        return;
+    for (auto* const end = out + std::ptrdiff_t(target_.size.width) * 4; out != end; out += 4) {
+        for (int c = 0; c < 3; ++c)
+            out[c] = std::min(out[c], out[3]);
     }
 }
 

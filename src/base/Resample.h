@@ -33,15 +33,14 @@ public:
     [[nodiscard]] int rowsWritten() const { return rowsOut_; }
 
 private:
-    struct Window {
-        int first = 0;
-        int taps = 0;
-    };
+    /// For each result the values it is made of: `taps` weights from `firsts` on, the last of them
+    /// zero where fewer count.
     struct Filter {
-        std::vector<Window> windows;
-        std::vector<std::int16_t> weights; ///< `stride` of them for each window
-        std::size_t stride = 0;
-        int maxTaps = 0;
+        std::vector<std::int32_t> firsts;
+        std::vector<std::int32_t> ends; ///< behind the last value that counts
+        std::vector<std::int16_t> weights;
+        int taps = 0; ///< a multiple of 4
+        int longest = 0; ///< the most that count
     };
 
     static Filter makeFilter(int from, int box, int to);
