@@ -15,16 +15,18 @@ constexpr std::uint16_t jpegLength = 0x0202;
 constexpr std::uint16_t exifDirectory = 0x8769;
 constexpr std::uint16_t makerNote = 0x927C;
 constexpr std::uint16_t nikonPreviewDirectory = 0x0011;
+constexpr std::uint16_t pentaxPreviewLength = 0x0003;
+constexpr std::uint16_t pentaxPreviewOffset = 0x0004;
 constexpr std::uint16_t multiPictureEntries = 0xB002;
 } // namespace tag
 
 constexpr std::uint32_t mostPictures = 64;
 
-std::optional<ByteRange> jpegRange(
-    TiffReader const& reader, TiffDirectory const& directory, std::uint64_t end)
+std::optional<ByteRange> rangeIn(TiffReader const& reader, TiffDirectory const& directory,
+    std::uint16_t offsetTag, std::uint16_t lengthTag, std::uint64_t end)
 {
-    auto const offset = reader.number(directory, tag::jpegOffset);
-    auto const length = reader.number(directory, tag::jpegLength);
+    auto const offset = reader.number(directory, offsetTag);
+    auto const length = reader.number(directory, lengthTag);
     if (!offset || !length || *length == 0)
         return {};
     ByteRange const range { reader.base() + *offset, *length };
@@ -33,21 +35,45 @@ std::optional<ByteRange> jpegRange(
     return range;
 }
 
-// Maker notes of this kind hold a TIFF structure of their own behind a header of ten bytes.
-std::optional<ByteRange> makerPreview(ByteSource const& bytes, TiffReader const& reader,
-    TiffDirectory const& first, std::uint64_t end)
+// This note holds a TIFF structure of its own behind a header of ten bytes.
+std::optional<ByteRange> nikonPreview(
+    ByteSource const& bytes, TiffReader const& reader, TiffField const& note, std::uint64_t end)
 {
     constexpr std::uint64_t noteHeader = 10;
-    auto const exif = reader.number(first, tag::exifDirectory);
-    auto const directory = exif ? reader.directory(*exif) : std::nullopt;
-    auto const* note = directory ? directory->find(tag::makerNote) : nullptr;
-    if (note == nullptr || !startsWith(reader.bytes(*note, 8), "Nikon\0\2"))
-        return {};
-    auto const inner = TiffReader::open(bytes, reader.base() + note->valueOffset + noteHeader);
+    auto const inner = TiffReader::open(bytes, reader.base() + note.valueOffset + noteHeader);
     auto const notes = inner ? inner->directory(inner->firstDirectory()) : std::nullopt;
     auto const at = notes ? inner->number(*notes, tag::nikonPreviewDirectory) : std::nullopt;
     auto const preview = at ? inner->directory(*at) : std::nullopt;
-    return preview ? jpegRange(*inner, *preview, end) : std::nullopt;
+    if (!preview)
+        return {};
+    return rangeIn(*inner, *preview, tag::jpegOffset, tag::jpegLength, end);
+}
+
+// This one is a plain directory behind a header of six bytes.
+std::optional<ByteRange> pentaxPreview(
+    TiffReader const& reader, TiffField const& note, std::uint64_t end)
+{
+    constexpr std::uint32_t noteHeader = 6;
+    auto const notes = reader.directory(note.valueOffset + noteHeader);
+    if (!notes)
+        return {};
+    return rangeIn(reader, *notes, tag::pentaxPreviewOffset, tag::pentaxPreviewLength, end);
+}
+
+std::optional<ByteRange> makerPreview(ByteSource const& bytes, TiffReader const& reader,
+    TiffDirectory const& first, std::uint64_t end)
+{
+    auto const exif = reader.number(first, tag::exifDirectory);
+    auto const directory = exif ? reader.directory(*exif) : std::nullopt;
+    auto const* note = directory ? directory->find(tag::makerNote) : nullptr;
+    if (note == nullptr)
+        return {};
+    auto const start = reader.bytes(*note, 8);
+    if (startsWith(start, "Nikon\0\2"))
+        return nikonPreview(bytes, reader, *note, end);
+    if (startsWith(start, "AOC\0"))
+        return pentaxPreview(reader, *note, end);
+    return {};
 }
 
 MultiPicture::Kind kindOf(std::uint32_t attribute)
@@ -83,7 +109,7 @@ ExifSummary readExif(ByteSource const& bytes, std::uint64_t base, std::uint64_t 
         return summary;
     constexpr std::uint32_t jpeg = 6;
     if (reader->number(*second, tag::compression).value_or(jpeg) == jpeg)
-        summary.thumbnail = jpegRange(*reader, *second, end);
+        summary.thumbnail = rangeIn(*reader, *second, tag::jpegOffset, tag::jpegLength, end);
     return summary;
 }
 

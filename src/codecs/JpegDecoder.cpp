@@ -175,6 +175,47 @@ OutputPlan planOutput(jpeg_decompress_struct& library, int maxPixel)
     return plan;
 }
 
+// Whether the scans so far hold every component's mean brightness in each block, exact to about a
+// grey level: all that 1/8 of the size shows of the luma. The rest refines what is not shown.
+bool hasMeans(jpeg_decompress_struct const& library)
+{
+    constexpr int tolerable = 12; // in eighths of a grey level
+    for (int i = 0; i < library.num_components; ++i) {
+        auto const missing = library.coef_bits[i][0];
+        auto const* table = library.comp_info[i].quant_table;
+        if (missing < 0 || table == nullptr)
+            return false;
+        if (((1 << missing) - 1) * table->quantval[0] > tolerable)
+            return false;
+    }
+    return true;
+}
+
+void readScansUntilMeans(jpeg_decompress_struct& library)
+{
+    for (;;) {
+        auto const state = jpeg_consume_input(&library);
+        if (state == JPEG_REACHED_EOI || state == JPEG_SUSPENDED)
+            break;
+        if (state == JPEG_SCAN_COMPLETED && hasMeans(library))
+            break;
+    }
+    jpeg_start_output(&library, library.input_scan_number);
+}
+
+bool startDecoding(Decompressor& decompressor, bool isEighth)
+{
+    auto& library = decompressor.library;
+    auto const isEarly = isEighth && library.progressive_mode;
+    library.buffered_image = isEarly ? TRUE : FALSE;
+    library.do_block_smoothing = isEarly ? FALSE : TRUE;
+    return decompressor.guarded([&] {
+        jpeg_start_decompress(&library);
+        if (isEarly)
+            readScansUntilMeans(library);
+    });
+}
+
 void readRows(Decompressor& decompressor, PictureBuilder& builder)
 {
     auto& library = decompressor.library;
@@ -208,7 +249,7 @@ std::optional<DecodedImage> decodeJpeg(ByteSource const& bytes, int maxPixel, By
         || !isWithinLimits(library.image_width, library.image_height))
         return {};
     auto const plan = planOutput(library, maxPixel);
-    if (!decompressor.guarded([&] { jpeg_start_decompress(&library); }))
+    if (!startDecoding(decompressor, library.scale_num == 1))
         return {};
     PixelSize const rows { static_cast<int>(library.output_width),
         static_cast<int>(library.output_height) };

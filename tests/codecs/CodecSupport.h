@@ -42,8 +42,7 @@ inline RgbaPixels sampleWithAlpha(PixelSize size)
     return pixels;
 }
 
-/// The largest mean difference of a channel over cells of a coarse grid, `wanted` taken at the same
-/// relative place, on a white ground.
+/// The mean difference of the channels, `wanted` taken at the same relative place, on white.
 inline double meanDifference(Bitmap const& bitmap, RgbaPixels const& wanted)
 {
     double sum = 0;
@@ -63,6 +62,17 @@ inline double meanDifference(Bitmap const& bitmap, RgbaPixels const& wanted)
         }
     }
     return sum / (3.0 * size.width * size.height);
+}
+
+/// The mean difference of the channels of two pictures of one size.
+inline double meanDifference(Bitmap const& a, Bitmap const& b)
+{
+    double sum = 0;
+    for (int y = 0; y < a.size.height; ++y) {
+        for (int x = 0; x < a.size.width * 4; ++x)
+            sum += std::abs(a.row(y)[x] - b.row(y)[x]);
+    }
+    return sum / (4.0 * a.size.width * a.size.height);
 }
 
 /// B, G, R, A of one pixel.

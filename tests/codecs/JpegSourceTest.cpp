@@ -287,3 +287,38 @@ TEST_CASE("a cut JPEG shows what is there")
         CHECK(pixelAt(image->bitmap, 5, 5)[0] > 150);
     }
 }
+
+TEST_CASE("a progressive JPEG at an eighth of its size is read only up to the blocks' means")
+{
+    auto pixels = sampleColors({ 1600, 1200 });
+    for (std::size_t i = 0; i < pixels.rgba.size(); ++i) {
+        if (i % 4 != 3)
+            pixels.rgba[i] = static_cast<std::uint8_t>(pixels.rgba[i] ^ (i * 40503 >> 8 & 63));
+    }
+    JpegOptions options;
+    auto const baseline = opened(writeJpeg(pixels, options))->decode(100);
+    options.isProgressive = true;
+    auto file = writeJpeg(pixels, options);
+    auto const length = file.size();
+    MemoryBytes::Reads reads;
+    auto const source = opened(std::move(file), &reads);
+    REQUIRE(source);
+    auto const image = source->decode(100);
+    REQUIRE(image);
+    REQUIRE(baseline);
+    CHECK(meanDifference(image->bitmap, baseline->bitmap) < 1);
+    CHECK(reads.bytes < length / 2);
+}
+
+TEST_CASE("a progressive JPEG of low quality is read until its means are exact")
+{
+    auto const pixels = sampleColors({ 1600, 1200 });
+    JpegOptions options;
+    options.quality = 20;
+    auto const plain = opened(writeJpeg(pixels, options))->decode(100);
+    options.isProgressive = true;
+    auto const progressive = opened(writeJpeg(pixels, options))->decode(100);
+    REQUIRE(plain);
+    REQUIRE(progressive);
+    CHECK(meanDifference(plain->bitmap, progressive->bitmap) < 0.5);
+}

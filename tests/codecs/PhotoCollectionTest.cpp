@@ -142,6 +142,22 @@ TEST_CASE("the previews of the collection's photos are found and look like their
     }
 }
 
+TEST_CASE("the larger previews of the collection's photos are found")
+{
+    // Whole previews of other kinds, or those that show something else, are left out.
+    for (auto const& row : photoAnswers({ "jpeg" })) {
+        auto const& previews = row.at("previews");
+        if (previews == "-" || row.at("path").find("kodak") != std::string::npos)
+            continue;
+        CAPTURE(row.at("path"));
+        auto const source = opened(photoBytes(row));
+        REQUIRE(source);
+        REQUIRE(source->previews().size() == 2);
+        auto const width = source->previews().back().width;
+        CHECK(std::to_string(width) == previews.substr(0, previews.find('x')));
+    }
+}
+
 TEST_CASE("odd and broken files of the collection do no harm")
 {
     for (auto const& row : photoAnswers({ "jpeg", "png", "gif", "webp", "tiff", "bmp", "broken",
