@@ -38,6 +38,7 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     for (auto* label : { count_, dot_, message_ })
         label->setTextFormat(Qt::PlainText);
     message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    selectNone_->setObjectName(QStringLiteral("selectNone"));
     selectNone_->setText(shownText(StatusBar::selectNoneTitle));
     selectNone_->setAutoRaise(true);
     selectNone_->setCursor(Qt::PointingHandCursor);

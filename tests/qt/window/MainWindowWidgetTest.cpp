@@ -1,0 +1,195 @@
+#include "qt/window/MainWindowWidget.h"
+#include "qt/window/Gallery.h"
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+struct WindowDesk {
+    Desk desk;
+    FakeThumbnails thumbnails;
+    MainWindowWidget window { { desk.model(), thumbnails, desk.background, desk.loop } };
+
+    WindowDesk()
+    {
+        window.show();
+        desk.settle();
+    }
+
+    QStringList shownTexts() const
+    {
+        QStringList texts;
+        for (auto const* label : window.findChildren<QLabel*>())
+            if (label->isVisible() && !label->text().isEmpty())
+                texts += label->text();
+        return texts;
+    }
+
+    QPushButton* openButton() const
+    {
+        return window.findChild<QPushButton*>(QString(), Qt::FindChildrenRecursively);
+    }
+
+    bool dragAndDrop(QByteArray const& uriList, Qt::DropActions offered = Qt::CopyAction)
+    {
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), uriList);
+        auto& content = window.content();
+        QDragEnterEvent enter(QPoint(9, 9), offered, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&content, &enter);
+        wasHighlighted = content.view().dropTargeted;
+        if (!enter.isAccepted())
+            return false;
+        QDropEvent drop(QPointF(9, 9), offered, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&content, &drop);
+        action = drop.dropAction();
+        desk.settle();
+        return drop.isAccepted();
+    }
+
+    bool wasHighlighted = false;
+    Qt::DropAction action = Qt::IgnoreAction;
+};
+
+} // namespace
+
+TEST_CASE("without a folder the window says how to open one, and Return does it")
+{
+    WindowDesk w;
+    CHECK(w.shownTexts()
+        == QStringList {
+            QStringLiteral("Ordner wählen oder hierher ziehen"), QStringLiteral("0 Fotos") });
+    REQUIRE(w.openButton());
+    CHECK(w.openButton()->isVisible());
+    CHECK(w.openButton()->text() == QStringLiteral("Ordner öffnen …"));
+    CHECK(w.openButton()->isDefault());
+    w.openButton()->click();
+    CHECK(w.desk.panels.requests.size() == 1);
+}
+
+TEST_CASE("a folder without photos says so and where subfolders are")
+{
+    WindowDesk w;
+    w.desk.open("/Leer", {});
+    CHECK(w.shownTexts()
+        == QStringList { QStringLiteral("Keine Fotos in diesem Ordner"),
+            QStringLiteral("Unterordner findest du links in der Seitenleiste."),
+            QStringLiteral("0 Fotos") });
+    CHECK_FALSE(w.openButton()->isVisible());
+    w.desk.model().setIncludeSubfolders(true);
+    w.desk.settle();
+    CHECK_FALSE(w.shownTexts().contains(
+        QStringLiteral("Unterordner findest du links in der Seitenleiste.")));
+}
+
+TEST_CASE("a search without hits says so")
+{
+    WindowDesk w;
+    w.desk.open("/Fotos", { "a.jpg" });
+    w.desk.model().setSearchText("zzz");
+    w.desk.settle();
+    CHECK(w.shownTexts()
+        == QStringList { QStringLiteral("Keine Treffer"), QStringLiteral("0 Fotos") });
+}
+
+TEST_CASE("the title names the folder and counts its photos")
+{
+    WindowDesk w;
+    CHECK(w.window.windowTitle() == QStringLiteral("Pixelhain"));
+    w.desk.open("/Urlaub", { "a.jpg" });
+    CHECK(w.window.windowTitle() == QStringLiteral("Urlaub – 1 Fotos"));
+    CHECK(w.shownTexts() == QStringList { QStringLiteral("1 Fotos") });
+}
+
+TEST_CASE("the status bar shows count, marks and message")
+{
+    WindowDesk w;
+    w.desk.open("/Fotos", Gallery::names(40));
+    auto& model = w.desk.model();
+    auto const* link = w.window.findChild<QToolButton*>(QStringLiteral("selectNone"));
+    REQUIRE(link);
+    CHECK_FALSE(link->isVisible());
+    for (std::size_t const index : { 1U, 5U, 7U })
+        model.toggle(index);
+    model.showStatus("Fertig");
+    w.desk.settle();
+    CHECK(w.shownTexts()
+        == QStringList { QStringLiteral("40 Fotos · 3 ausgewählt"), QStringLiteral("·"),
+            QStringLiteral("Fertig") });
+    CHECK(link->isVisible());
+    CHECK(link->text() == QStringLiteral("Auswahl aufheben"));
+    QTest::mouseClick(const_cast<QToolButton*>(link), Qt::LeftButton);
+    w.desk.settle();
+    CHECK(model.selection->empty());
+    CHECK_FALSE(link->isVisible());
+}
+
+TEST_CASE("a dropped folder is opened")
+{
+    WindowDesk w;
+    w.desk.folder("/Fotos", { "a.jpg", "b.jpg" });
+    CHECK(w.dragAndDrop("file:///Fotos\r\n"));
+    CHECK(w.wasHighlighted);
+    CHECK_FALSE(w.window.content().view().dropTargeted);
+    CHECK(*w.desk.model().folder == FileUrl("/Fotos"));
+    CHECK(w.desk.model().items->size() == 2);
+}
+
+TEST_CASE("a dropped image opens its folder and itself, further files are left alone")
+{
+    WindowDesk w;
+    w.desk.folder("/Fotos", { "a.jpg", "b.jpg" });
+    CHECK(w.dragAndDrop("file:///Fotos/b.jpg\r\nfile:///Fotos/a.jpg\r\n"));
+    CHECK(*w.desk.model().folder == FileUrl("/Fotos"));
+    CHECK(*w.desk.model().viewerIndex == 1U);
+}
+
+TEST_CASE("a drop is a copy even when the sender proposes to move")
+{
+    WindowDesk w;
+    w.desk.folder("/Fotos", { "a.jpg" });
+    CHECK(w.dragAndDrop("file:///Fotos", Qt::MoveAction | Qt::CopyAction));
+    CHECK(w.action == Qt::CopyAction);
+}
+
+TEST_CASE("a drag without files is refused")
+{
+    WindowDesk w;
+    CHECK_FALSE(w.dragAndDrop("https://example.org/a.jpg\r\n"));
+    CHECK_FALSE(w.wasHighlighted);
+}
+
+TEST_CASE("the window opens in its default size and knows its smallest one")
+{
+    WindowDesk w;
+    CHECK(w.window.size() == QSize(1200, 800));
+    CHECK(w.window.minimumSize() == QSize(640, 420));
+    CHECK(w.desk.model().window() == &w.window);
+}
+
+TEST_CASE("the file menu opens and reloads")
+{
+    WindowDesk w;
+    w.desk.open("/Fotos", { "a.jpg" });
+    auto const trigger = [&](QKeySequence const& key) {
+        for (auto* action : w.window.findChildren<QAction*>())
+            if (action->shortcuts().contains(key))
+                action->trigger();
+        w.desk.settle();
+    };
+    trigger(QKeySequence(Qt::CTRL | Qt::Key_O));
+    CHECK(w.desk.panels.requests.size() == 1);
+    auto const generation = w.desk.model().scanGeneration();
+    trigger(QKeySequence(Qt::CTRL | Qt::Key_R));
+    trigger(QKeySequence(Qt::Key_F5));
+    CHECK(w.desk.model().scanGeneration() == generation + 2);
+    trigger(QKeySequence(Qt::CTRL | Qt::Key_W));
+    CHECK_FALSE(w.window.isVisible());
+}
