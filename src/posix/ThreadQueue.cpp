@@ -22,6 +22,8 @@ ThreadQueue::~ThreadQueue()
         dropped.swap(items_);
     }
     wake_.notify_all();
+    // Whatever the dropped items hold may be what a running one waits for.
+    dropped.clear();
     for (auto& thread : threads_)
         thread.join();
 }
@@ -49,8 +51,10 @@ void ThreadQueue::work()
 {
     // On Linux this is the priority of the calling thread alone. It can only be lowered, which is
     // why every priority has threads of its own.
-    if (niceness_ != 0)
-        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), niceness_);
+    if (niceness_ != 0) {
+        int const own = ::getpriority(PRIO_PROCESS, 0);
+        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), own + niceness_);
+    }
     std::unique_lock guard(lock_);
     for (;;) {
         ++idle_;
