@@ -7,6 +7,7 @@
 #include "posix/FolderHandle.h"
 #include "posix/PosixFileSystem.h"
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -35,29 +36,45 @@ std::optional<Failure> check(Arguments const& arguments)
     return std::nullopt;
 }
 
-// Why a folder cannot be listed, in the system's words; nothing if it can.
-std::optional<std::string> whyUnreadable(FileUrl const& folder)
-{
-    if (openFolder(folder.path(), O_RDONLY))
-        return std::nullopt;
-    return std::generic_category().message(errno);
-}
+// Names every folder that cannot be listed, subfolders too; a scan passes over them in silence.
+class NamingFailures final : public FileSystem {
+public:
+    explicit NamingFailures(CommandContext const& context)
+        : context_(context)
+    {
+    }
+
+    bool list(FileUrl const& folder, EntryVisitor const& visit) const override
+    {
+        if (files_.list(folder, visit))
+            return true;
+        // The folder may have become readable in the meantime, but it was not listed.
+        auto const handle = openFolder(folder.path(), O_RDONLY);
+        context_.complain(folder.path(), std::generic_category().message(handle ? EAGAIN : errno));
+        hasFailed_ = true;
+        return false;
+    }
+    std::vector<std::optional<FileDetails>> details(std::span<FileUrl const> files) const override
+    {
+        return files_.details(files);
+    }
+    bool isFolder(FileUrl const& url) const override { return files_.isFolder(url); }
+    bool exists(FileUrl const& url) const override { return files_.exists(url); }
+
+    bool hasFailed() const { return hasFailed_; }
+
+private:
+    PosixFileSystem files_;
+    CommandContext const& context_;
+    mutable std::atomic<bool> hasFailed_ = false;
+};
 
 ExitCode run(Arguments const& arguments, CommandContext const& context)
 {
-    auto code = ExitCode::success;
     std::vector<FileUrl> folders;
-    for (auto const operand : arguments.operands()) {
-        auto const folder = context.place(operand);
-        if (auto const reason = whyUnreadable(folder)) {
-            context.complain(operand, *reason);
-            code = ExitCode::failure;
-        } else {
-            folders.push_back(folder);
-        }
-    }
-
-    PosixFileSystem const files;
+    for (auto const operand : arguments.operands())
+        folders.push_back(context.place(operand));
+    NamingFailures const files(context);
     CodecImageTypes types;
     PhotoTest photoTest(types);
     IcuTextOrder const order(orderingLocale(::getenv));
@@ -73,7 +90,7 @@ ExitCode run(Arguments const& arguments, CommandContext const& context)
         if (context.out.hasFailed())
             break;
     }
-    return code;
+    return files.hasFailed() ? ExitCode::failure : ExitCode::success;
 }
 
 } // namespace

@@ -129,23 +129,33 @@ TEST_CASE("a folder that is missing is named and the others are still listed")
     CHECK(result.err.find(file + ": ") != std::string::npos);
 }
 
-TEST_CASE("a folder that may not be read is named")
+TEST_CASE("a folder that may not be read is named, also as a subfolder")
 {
     Photos const photos;
     auto const sub = photos.top + "/sub";
     ::chmod(photos.top.c_str(), 0755);
     ::chmod(sub.c_str(), 0000);
-    Run result;
-    withoutRights([&] {
-        Output out(STDOUT_FILENO);
-        int const errTo = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-        Output err(errTo);
-        std::vector<std::string_view> const words { "list", sub };
-        result.code = runCommandLine(words, { out, err, "/" });
-        ::close(errTo);
-    });
+    // Opened before the rights go, as the shell does.
+    TemporaryFolder const folder;
+    auto const errFile = folder.file("err");
+    int const nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    int const errTo = ::open(errFile.cString(), O_WRONLY | O_CLOEXEC);
+    for (std::vector<std::string_view> const& words : std::vector<std::vector<std::string_view>> {
+             { "list", sub }, { "list", "--recursive", photos.top } }) {
+        REQUIRE(::ftruncate(errTo, 0) == 0);
+        REQUIRE(::lseek(errTo, 0, SEEK_SET) == 0);
+        auto code = ExitCode::success;
+        withoutRights([&] {
+            Output out(nowhere);
+            Output err(errTo);
+            code = runCommandLine(words, { out, err, "/" });
+        });
+        CHECK(code == ExitCode::failure);
+        CHECK(contentOf(errFile).find(sub + ": ") != std::string::npos);
+    }
+    ::close(nowhere);
+    ::close(errTo);
     ::chmod(sub.c_str(), 0700);
-    CHECK(result.code == ExitCode::failure);
 }
 
 TEST_CASE("an empty folder is no failure")
