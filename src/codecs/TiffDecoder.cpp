@@ -56,9 +56,8 @@ Page pageOf(TiffFile const& file, PixelSize size)
     return page;
 }
 
-// ---- whole bands of interleaved samples, for what the library does not convert itself
-
-/// Reads the rows from a block's top to its bottom over the whole width.
+/// Interleaved samples as they are stored, in bands as high as a strip or tile: for what the
+/// library does not convert itself.
 class Bands {
 public:
     explicit Bands(Page const& page)
@@ -184,8 +183,7 @@ template <typename Put> bool readBands(Page const& page, PictureBuilder& builder
     return true;
 }
 
-// ---- everything else: the library's own conversion to RGBA, band by band
-
+/// The library's own conversion to RGBA, band by band.
 class RgbaBands {
 public:
     explicit RgbaBands(TIFF* tiff)
@@ -294,48 +292,71 @@ std::optional<DecodedImage> decodeRgba(Page const& page, PixelSize target, ByteS
         page.photometric == PHOTOMETRIC_PALETTE);
 }
 
+bool isInk(Page const& page)
+{
+    return page.format == SAMPLEFORMAT_UINT && page.isInterleaved
+        && page.photometric == PHOTOMETRIC_SEPARATED && page.samples >= 4
+        && (page.bits == 8 || page.bits == 16);
+}
+
+bool isDeepColor(Page const& page, ByteSpan profile)
+{
+    return page.format == SAMPLEFORMAT_UINT && page.isInterleaved
+        && page.photometric == PHOTOMETRIC_RGB && page.bits == 16
+        && page.samples >= (page.hasAlpha ? 4 : 3) && !page.isPremultiplied
+        && changesColors(profile);
+}
+
+std::optional<DecodedImage> decodeFloats(Page const& page, PixelSize target)
+{
+    PictureBuilder builder;
+    auto const put = [&](std::uint8_t const* in, std::uint8_t* out) { putFloats(page, in, out); };
+    if (page.bits != 32 || !page.isInterleaved
+        || !builder.begin(page.size, target, PixelFormat::opaque) || !readBands(page, builder, put))
+        return {};
+    return finished(builder, {}, Channels::color, false);
+}
+
+std::optional<DecodedImage> decodeInk(Page const& page, PixelSize target, ByteSpan profile)
+{
+    PictureBuilder builder;
+    auto const put = [&](std::uint8_t const* in, std::uint8_t* out) { putInk(page, in, out); };
+    if (!builder.begin(page.size, target, PixelFormat::cmyk) || !readBands(page, builder, put))
+        return {};
+    return finished(builder, profile, Channels::color, false);
+}
+
+std::optional<DecodedImage> decodeDeep(Page const& page, PixelSize target, ByteSpan profile)
+{
+    DeepRowConverter const converter(profile);
+    std::vector<std::uint16_t> wide(static_cast<std::size_t>(page.size.width) * 4);
+    PictureBuilder builder;
+    auto const put = [&](std::uint8_t const* in, std::uint8_t* out) {
+        putDeep(page, converter, wide, in, out);
+    };
+    auto const format = page.hasAlpha ? PixelFormat::straight : PixelFormat::opaque;
+    if (!converter.isUsable() || !builder.begin(page.size, target, format)
+        || !readBands(page, builder, put))
+        return {};
+    return finished(builder, {}, Channels::color, false);
+}
+
 } // namespace
 
 std::optional<DecodedImage> decodeTiff(
     TiffFile const& file, PixelSize size, int maxPixel, ByteSpan profile)
 {
+    constexpr tmsize_t readable = 1024;
     auto const page = pageOf(file, size);
     auto const target = fittedSize(size, maxPixel);
     if (page.block.width <= 0 || page.block.height <= 0)
         return {};
-    auto const isPlain = page.format == SAMPLEFORMAT_UINT && page.isInterleaved;
-    PictureBuilder builder;
-    if (page.format == SAMPLEFORMAT_IEEEFP) {
-        if (page.bits != 32 || !page.isInterleaved
-            || !builder.begin(size, target, PixelFormat::opaque)
-            || !readBands(page, builder,
-                [&](std::uint8_t const* in, std::uint8_t* out) { putFloats(page, in, out); }))
-            return {};
-        return finished(builder, {}, Channels::color, false);
-    }
-    if (isPlain && page.photometric == PHOTOMETRIC_SEPARATED && page.samples >= 4
-        && (page.bits == 8 || page.bits == 16)) {
-        if (!builder.begin(size, target, PixelFormat::cmyk)
-            || !readBands(page, builder,
-                [&](std::uint8_t const* in, std::uint8_t* out) { putInk(page, in, out); }))
-            return {};
-        return finished(builder, profile, Channels::color, false);
-    }
-    if (isPlain && page.photometric == PHOTOMETRIC_RGB && page.bits == 16 && page.samples >= 3
-        && page.samples >= (page.hasAlpha ? 4 : 3) && !page.isPremultiplied
-        && changesColors(profile)) {
-        DeepRowConverter const converter(profile);
-        std::vector<std::uint16_t> wide(static_cast<std::size_t>(size.width) * 4);
-        if (!converter.isUsable()
-            || !builder.begin(
-                size, target, page.hasAlpha ? PixelFormat::straight : PixelFormat::opaque)
-            || !readBands(page, builder, [&](std::uint8_t const* in, std::uint8_t* out) {
-                   putDeep(page, converter, wide, in, out);
-               }))
-            return {};
-        return finished(builder, {}, Channels::color, false);
-    }
-    constexpr tmsize_t readable = 1024;
+    if (page.format == SAMPLEFORMAT_IEEEFP)
+        return decodeFloats(page, target);
+    if (isInk(page))
+        return decodeInk(page, target, profile);
+    if (isDeepColor(page, profile))
+        return decodeDeep(page, target, profile);
     if (page.isTiled && TIFFTileSize(page.tiff) % readable != 0
         && file.number<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE) == COMPRESSION_NONE) {
         TiffFile const whole(file.bytes(), TiffFile::Access::whole);

@@ -173,29 +173,25 @@ TEST_CASE("a small progressive JPEG that promises 65,500 pixels a side is refuse
     CHECK_FALSE(source->decodeWhole());
 }
 
-TEST_CASE("a progressive JPEG of thousands of scans is given up after some")
+TEST_CASE("a JPEG of thousands of scans is given up after some")
 {
-    // One scan of a grey picture, repeated: each pass would go over all pixels again.
+    // The last scan again and again: each pass goes over all pixels of its component.
     JpegOptions options;
-    options.isProgressive = true;
-    options.color = JpegOptions::Color::grey;
-    auto const file = writeJpeg(sampleColors({ 640, 640 }), options);
-    std::vector<std::size_t> scans;
-    for (std::size_t i = 0; i + 1 < file.size(); ++i) {
-        if (file[i] == 0xFF && file[i + 1] == 0xDA)
-            scans.push_back(i);
-    }
-    REQUIRE(scans.size() >= 3);
-    auto const at
-        = [&](std::size_t offset) { return file.begin() + static_cast<std::ptrdiff_t>(offset); };
-    FileBytes bomb(file.begin(), at(scans[1]));
-    FileBytes const scan(at(scans[0]), at(scans[1]));
+    options.isInterleaved = false;
+    auto bomb = writeJpeg(sampleColors({ 320, 320 }), options);
+    auto const isScan = [&](std::size_t i) { return bomb[i] == 0xFF && bomb[i + 1] == 0xDA; };
+    auto last = bomb.size() - 2;
+    while (last > 0 && !isScan(last))
+        --last;
+    REQUIRE(last > 0);
+    FileBytes const scan(bomb.begin() + static_cast<std::ptrdiff_t>(last), bomb.end() - 2);
+    bomb.resize(bomb.size() - 2);
     for (int i = 0; i < 5000; ++i)
         bomb.insert(bomb.end(), scan.begin(), scan.end());
     MemoryBytes::Reads reads;
     auto const length = bomb.size();
     auto const source = opened(std::move(bomb), &reads);
     REQUIRE(source);
-    (void)source->decode(640);
-    CHECK(reads.bytes < length / 2);
+    CHECK(source->decode(320));
+    CHECK(reads.bytes < length / 4);
 }

@@ -247,6 +247,30 @@ void setScans(
     library.num_scans = static_cast<int>(scans.size());
 }
 
+void writeExif(jpeg_compress_struct& library, FileBytes const& block)
+{
+    if (block.empty())
+        return;
+    ByteWriter exif;
+    exif.text(std::string_view("Exif\0\0", 6));
+    exif.raw(block);
+    jpeg_write_marker(
+        &library, JPEG_APP0 + 1, exif.bytes.data(), static_cast<unsigned>(exif.size()));
+}
+
+void writeRows(jpeg_compress_struct& library, RgbaPixels const& pixels)
+{
+    FileBytes row;
+    for (int y = 0; y < pixels.size.height; ++y) {
+        if (library.input_components == 4)
+            inkRow(pixels, y, row);
+        else
+            rgbRow(pixels, y, row);
+        JSAMPROW rows[] { row.data() };
+        jpeg_write_scanlines(&library, rows, 1);
+    }
+}
+
 } // namespace
 
 FileBytes writeJpeg(RgbaPixels const& pixels, JpegOptions const& options)
@@ -267,13 +291,7 @@ FileBytes writeJpeg(RgbaPixels const& pixels, JpegOptions const& options)
     library.arith_code = options.isArithmetic ? TRUE : FALSE;
     library.restart_in_rows = options.restartRows;
     jpeg_start_compress(&library, TRUE);
-    if (!options.exif.empty()) {
-        ByteWriter exif;
-        exif.text(std::string_view("Exif\0\0", 6));
-        exif.raw(options.exif);
-        jpeg_write_marker(
-            &library, JPEG_APP0 + 1, exif.bytes.data(), static_cast<unsigned>(exif.size()));
-    }
+    writeExif(library, options.exif);
     auto const parts = extraPictures(options);
     if (!parts.empty()) {
         auto const index = multiPictureIndex(parts.size() + 1);
@@ -281,15 +299,7 @@ FileBytes writeJpeg(RgbaPixels const& pixels, JpegOptions const& options)
             &library, JPEG_APP0 + 2, index.data(), static_cast<unsigned>(index.size()));
     }
     writeProfile(library, options.profile);
-    FileBytes row;
-    for (int y = 0; y < pixels.size.height; ++y) {
-        if (library.input_components == 4)
-            inkRow(pixels, y, row);
-        else
-            rgbRow(pixels, y, row);
-        JSAMPROW rows[] { row.data() };
-        jpeg_write_scanlines(&library, rows, 1);
-    }
+    writeRows(library, pixels);
     jpeg_finish_compress(&library);
     FileBytes file(memory, memory + length);
     jpeg_destroy_compress(&library);

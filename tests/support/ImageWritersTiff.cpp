@@ -158,36 +158,38 @@ Layout layoutOf(Kind kind)
     return {};
 }
 
-void setFields(TIFF* tiff, PixelSize size, TiffOptions const& options)
+int compressionOf(TiffOptions const& options)
+{
+    using Packing = TiffOptions::Packing;
+    if (options.kind == Kind::ycbcrJpeg)
+        return COMPRESSION_JPEG;
+    switch (options.packing) {
+    case Packing::lzw:
+        return COMPRESSION_LZW;
+    case Packing::deflate:
+        return COMPRESSION_ADOBE_DEFLATE;
+    case Packing::packBits:
+        return COMPRESSION_PACKBITS;
+    case Packing::fax4:
+        return COMPRESSION_CCITTFAX4;
+    default:
+        return COMPRESSION_NONE;
+    }
+}
+
+void setColorMap(TIFF* tiff)
+{
+    std::array<std::array<std::uint16_t, 256>, 3> map {};
+    for (unsigned i = 0; i < 256; ++i) {
+        for (std::size_t c = 0; c < 3; ++c)
+            map[c][i] = static_cast<std::uint16_t>(paletteColor(i, int(c)) * 257);
+    }
+    TIFFSetField(tiff, TIFFTAG_COLORMAP, map[0].data(), map[1].data(), map[2].data());
+}
+
+void setColorFields(TIFF* tiff, TiffOptions const& options)
 {
     auto const layout = layoutOf(options.kind);
-    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, size.width);
-    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, size.height);
-    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, layout.samples);
-    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, layout.bits);
-    TIFFSetField(
-        tiff, TIFFTAG_PLANARCONFIG, options.isPlanar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
-    using Packing = TiffOptions::Packing;
-    auto compression = COMPRESSION_NONE;
-    switch (options.packing) {
-    case Packing::none:
-        break;
-    case Packing::lzw:
-        compression = COMPRESSION_LZW;
-        break;
-    case Packing::deflate:
-        compression = COMPRESSION_ADOBE_DEFLATE;
-        break;
-    case Packing::packBits:
-        compression = COMPRESSION_PACKBITS;
-        break;
-    case Packing::fax4:
-        compression = COMPRESSION_CCITTFAX4;
-        break;
-    }
-    if (options.kind == Kind::ycbcrJpeg)
-        compression = COMPRESSION_JPEG;
-    TIFFSetField(tiff, TIFFTAG_COMPRESSION, compression);
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, layout.photometric);
     if (options.kind == Kind::ycbcrJpeg)
         TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
@@ -198,19 +200,26 @@ void setFields(TIFF* tiff, PixelSize size, TiffOptions const& options)
             = options.kind == Kind::rgba8 ? EXTRASAMPLE_UNASSALPHA : EXTRASAMPLE_ASSOCALPHA;
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &extra);
     }
-    if (options.orientation != 0)
-        TIFFSetField(tiff, TIFFTAG_ORIENTATION, options.orientation);
     if (!options.profile.empty())
         TIFFSetField(tiff, TIFFTAG_ICCPROFILE, static_cast<std::uint32_t>(options.profile.size()),
             options.profile.data());
-    if (options.kind == Kind::palette) {
-        std::array<std::array<std::uint16_t, 256>, 3> map {};
-        for (unsigned i = 0; i < 256; ++i) {
-            for (std::size_t c = 0; c < 3; ++c)
-                map[c][i] = static_cast<std::uint16_t>(paletteColor(i, int(c)) * 257);
-        }
-        TIFFSetField(tiff, TIFFTAG_COLORMAP, map[0].data(), map[1].data(), map[2].data());
-    }
+    if (options.kind == Kind::palette)
+        setColorMap(tiff);
+}
+
+void setFields(TIFF* tiff, PixelSize size, TiffOptions const& options)
+{
+    auto const layout = layoutOf(options.kind);
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, size.width);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, size.height);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, layout.samples);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, layout.bits);
+    TIFFSetField(
+        tiff, TIFFTAG_PLANARCONFIG, options.isPlanar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, compressionOf(options));
+    setColorFields(tiff, options);
+    if (options.orientation != 0)
+        TIFFSetField(tiff, TIFFTAG_ORIENTATION, options.orientation);
     if (options.isTiled) {
         TIFFSetField(tiff, TIFFTAG_TILEWIDTH, 32);
         TIFFSetField(tiff, TIFFTAG_TILELENGTH, 16);
