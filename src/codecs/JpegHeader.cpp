@@ -64,7 +64,7 @@ void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHe
         std::span(start).first(
             static_cast<std::size_t>(std::min<std::uint64_t>(segment.length, start.size()))));
     auto const known = ByteSpan(start).first(got);
-    if (segment.marker == 0xE1 && startsWith(known, "Exif\0")) {
+    if (segment.marker == 0xE1 && startsWith(known, "Exif\0") && known.size() > 6) {
         constexpr std::uint64_t skip = 6;
         if (header.traits.exif == ExifSummary {})
             header.traits.exif = readExif(bytes, segment.offset + skip, segment.length - skip);

@@ -21,6 +21,8 @@ class Reader {
 public:
     explicit Reader(ByteSource const& bytes)
         : stream_(bytes)
+        , pieceBytes_(
+              static_cast<std::size_t>(std::clamp<std::uint64_t>(bytes.size() / 256, 64, 8192)))
     {
         png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, leave, ignore);
         info = png != nullptr ? png_create_info_struct(png) : nullptr;
@@ -41,6 +43,7 @@ public:
     {
         return info != nullptr && guarded([this] {
             png_set_read_fn(png, this, feed);
+            png_set_compression_buffer_size(png, pieceBytes_);
             png_set_user_limits(png, DecodeLimits::side, DecodeLimits::side);
             png_set_chunk_malloc_max(png, DecodeLimits::colorProfile * 2);
             png_set_crc_action(png, PNG_CRC_WARN_USE, PNG_CRC_WARN_DISCARD);
@@ -65,6 +68,7 @@ private:
     }
 
     ByteStream stream_;
+    std::size_t pieceBytes_; ///< read at once; of a cut file up to as many are lost
     std::jmp_buf jump_ {};
 };
 

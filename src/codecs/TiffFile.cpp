@@ -2,6 +2,7 @@
 #include "codecs/DecodeLimits.h"
 #include <cstdio>
 #include <memory>
+#include <new>
 
 namespace pixelhain {
 
@@ -31,7 +32,11 @@ int TiffFile::map(thandle_t handle, void** base, toff_t* size)
     auto& place = *static_cast<Place*>(handle);
     if (place.bytes->size() > DecodeLimits::wholeFile)
         return 0;
-    place.whole = bytesAt(*place.bytes, 0, static_cast<std::size_t>(place.bytes->size()));
+    try {
+        place.whole = bytesAt(*place.bytes, 0, static_cast<std::size_t>(place.bytes->size()));
+    } catch (std::bad_alloc const&) {
+        return 0; // nothing may be thrown through the library
+    }
     *base = place.whole.data();
     *size = place.whole.size();
     return 1;
