@@ -44,13 +44,16 @@ void GridWidget::cellChanged(FileUrl const& url)
 
 void GridWidget::updateCell(std::size_t index)
 {
+    if (!view_.inView().contains(index)) {
+        // There is no frame for it, but it may be the last one that was waited for.
+        if (painted)
+            painted();
+        return;
+    }
     isComplete_ = false;
     auto const cell = view_.layout().cell(index);
     auto const area = QRectF(cell.x, cell.y - top_, cell.width, cell.height);
     viewport()->update(area.toAlignedRect().adjusted(-1, -1, 1, 1));
-    // A cell that is out of view gets no frame, but may be the last one that was waited for.
-    if (painted && !view_.inView().contains(index))
-        painted();
 }
 
 CellPainter::Place GridWidget::placeOf(std::size_t index) const

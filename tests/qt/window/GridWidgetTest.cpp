@@ -284,3 +284,29 @@ TEST_CASE("the captions of a whole new page are there after a few frames")
         return gallery.grid.isComplete();
     }));
 }
+
+TEST_CASE("a picture for the row ahead leaves what is in view complete")
+{
+    Gallery gallery(1000);
+    auto const& requests = gallery.thumbnails.requests;
+    auto const picture = plainPicture(64, 64, Qt::blue);
+    auto const inView = gallery.grid.view().inView().last;
+    auto const asked = requests.size();
+    std::vector<std::size_t> ahead;
+    for (std::size_t i = 0, index = 0; i < asked; ++i)
+        if (requests[i].maxPixel > 0) {
+            if (index++ < inView)
+                gallery.thumbnails.answer(i, picture);
+            else
+                ahead.push_back(i);
+        }
+    REQUIRE_FALSE(ahead.empty());
+    REQUIRE(eventually([&] {
+        gallery.frame();
+        return gallery.grid.isComplete();
+    }));
+    for (auto const request : ahead)
+        gallery.thumbnails.answer(request, picture);
+    gallery.desk.settle();
+    CHECK(gallery.grid.isComplete());
+}
