@@ -1,0 +1,54 @@
+"""The window over the sample pictures, in a virtual X server."""
+import os
+import re
+import unittest
+
+from Programs import GALLERY, Picture, Programs
+
+
+@unittest.skipUnless(os.environ.get("DISPLAY"), "needs an X server: xvfb-run -a ctest …")
+class WindowTest(Programs):
+    def show(self, name, *arguments, home="config"):
+        """Runs the program until it has saved its window; gives its result and the picture's file."""
+        file = self.place / f"{name}.png"
+        result = self.run_program(
+            "pixelhain", "--screenshot", file, *arguments,
+            XDG_CONFIG_HOME=str(self.place / home), PIXELHAIN_TRACE="1", WAYLAND_DISPLAY="",
+            QT_QPA_PLATFORM="xcb")
+        return result, file
+
+    def milestones(self, result):
+        return re.findall(r"(window-shown|scan-accepted|first-thumbnail|visible-complete)(?: (\d+))?", result.stderr)
+
+    def test_the_gallery_shows_the_pictures_of_a_folder(self):
+        result, file = self.show("gallery", self.samples, home="gallery")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        picture = Picture(file)
+        self.assertGreater(picture.width, 600)
+        self.assertGreater(picture.colorful_share(), 0.1)
+        shown = dict(self.milestones(result))
+        self.assertEqual(shown["scan-accepted"], str(len(GALLERY)))
+        self.assertGreater(int(shown["visible-complete"]), 3)
+        self.assertLessEqual({"window-shown", "first-thumbnail"}, shown.keys())
+
+    def test_the_folder_shown_last_is_shown_again(self):
+        self.show("first", self.samples, home="again")
+        result, _ = self.show("second", home="again")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(dict(self.milestones(result))["scan-accepted"], str(len(GALLERY)))
+
+    def test_an_empty_folder_shows_no_pictures(self):
+        empty = self.place / "leer"
+        empty.mkdir()
+        result, file = self.show("empty", empty, home="empty")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertLess(Picture(file).colorful_share(), 0.1)
+
+    def test_a_picture_of_the_window_that_cannot_be_saved_is_a_failure(self):
+        result, _ = self.show("no such folder/window", self.samples, home="unsaved")
+        self.assertNotEqual(result.returncode, 0)
+        self.assertNotEqual(result.stderr, "")
+
+
+if __name__ == "__main__":
+    unittest.main()
