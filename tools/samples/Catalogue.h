@@ -35,8 +35,8 @@ struct Sample {
     std::string taken; ///< "2026:07:14 20:41:07"; empty: not stored
 };
 
-/// All samples, in the order in which they are drawn. Most lie in the sample folder itself: a gallery
-/// shows no subfolders unless it is asked to.
+/// All samples, in the order in which they are drawn. Most lie in the sample folder itself: a
+/// gallery shows no subfolders unless it is asked to.
 std::vector<Sample> const& sampleCatalogue();
 
 } // namespace pixelhain
