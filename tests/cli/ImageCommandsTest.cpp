@@ -151,6 +151,13 @@ TEST_CASE("what lies in the output folder already is not replaced")
     CHECK(std::filesystem::file_size(there.path()) == 7);
 }
 
+#ifdef __SANITIZE_ADDRESS__
+// The address sanitizer keeps this much of freed memory out of use, to find late accesses.
+constexpr auto keptByAllocator = 256;
+#else
+constexpr auto keptByAllocator = 0;
+#endif
+
 TEST_CASE("many pictures need no more memory than few")
 {
     Desk desk;
@@ -162,8 +169,8 @@ TEST_CASE("many pictures need no more memory than few")
     }
     auto const before = peakMegabytes();
     CHECK(desk.run({ "thumbnail", "--size=1000", "--display" }) == 0);
-    // 201 pictures of 4 MB each; the cache holds eight.
-    CHECK(peakMegabytes() - before < 250);
+    // 201 pictures of 4 MB each would be 804; the cache holds eight.
+    CHECK(peakMegabytes() - before < 250 + keptByAllocator);
 }
 
 TEST_CASE("metadata is reported without decoding")
