@@ -144,17 +144,6 @@ void unpremultiply(std::uint8_t* row, int width)
     }
 }
 
-void premultiply(std::uint8_t* row, int width)
-{
-    for (auto* const end = row + std::ptrdiff_t(width) * 4; row != end; row += 4) {
-        auto const alpha = row[3];
-        if (alpha == 255)
-            continue;
-        for (int c = 0; c < 3; ++c)
-            row[c] = static_cast<std::uint8_t>((row[c] * alpha + 127) / 255);
-    }
-}
-
 void multiplyInk(std::uint8_t* row, int width, bool isInverted)
 {
     auto const flip = static_cast<std::uint8_t>(isInverted ? 0 : 255);
@@ -180,6 +169,18 @@ void setOpaque(std::uint8_t* row, int width)
 }
 
 } // namespace
+
+void premultiply(std::uint8_t* row, int width)
+{
+    for (auto* const end = row + std::ptrdiff_t(width) * 4; row != end; row += 4) {
+        unsigned const alpha = row[3];
+        for (int c = 0; c < 3; ++c) {
+            // The same as dividing by 255 and rounding, without a division.
+            auto const product = row[c] * alpha + 128;
+            row[c] = static_cast<std::uint8_t>((product + (product >> 8)) >> 8);
+        }
+    }
+}
 
 void convertToSrgb(Bitmap& bitmap, PixelFormat format, Channels channels, ByteSpan profile)
 {

@@ -24,6 +24,9 @@ enum class Channels : std::uint8_t { color, grey };
 /// without a profile is converted by multiplication. `channels` says that B, G and R are equal.
 void convertToSrgb(Bitmap& bitmap, PixelFormat format, Channels channels, ByteSpan profile);
 
+/// Multiplies the colours of a row of straight pixels by their alpha, rounded.
+void premultiply(std::uint8_t* row, int width);
+
 /// Whether `profile` describes colours other than sRGB, as far as RGB pixels go.
 [[nodiscard]] bool changesColors(ByteSpan profile);
 

@@ -60,13 +60,13 @@ void PictureBuilder::premultiplyRow(std::uint8_t* row)
     if (all == 255)
         return;
     sawAlpha_ = true;
+    if (format_ == PixelFormat::straight) {
+        premultiply(row, rows_.width);
+        return;
+    }
     for (auto* at = row; at != end; at += 4) {
-        unsigned const alpha = at[3];
-        for (int c = 0; c < 3; ++c) {
-            at[c] = format_ == PixelFormat::straight
-                ? static_cast<std::uint8_t>((at[c] * alpha + 127) / 255)
-                : static_cast<std::uint8_t>(std::min<unsigned>(at[c], alpha));
-        }
+        for (int c = 0; c < 3; ++c)
+            at[c] = std::min(at[c], at[3]);
     }
 }
 

@@ -49,6 +49,20 @@ TEST_CASE("premultiplied colours are converted as if they were not")
     CHECK(half.row(0)[3] == 128);
 }
 
+TEST_CASE("premultiplying rounds to the nearest level for every colour and alpha")
+{
+    int wrong = 0;
+    for (int alpha = 0; alpha < 256; ++alpha) {
+        for (int color = 0; color < 256; ++color) {
+            auto const level = static_cast<std::uint8_t>(color);
+            std::uint8_t row[] { level, level, level, static_cast<std::uint8_t>(alpha) };
+            premultiply(row, 1);
+            wrong += row[0] != (color * alpha + 127) / 255 || row[3] != alpha;
+        }
+    }
+    CHECK(wrong == 0);
+}
+
 TEST_CASE("a broken profile, or one about other colours, is ignored")
 {
     FileBytes const junk(3000, 0x42);
