@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <span>
 #include <string>
 
 namespace pixelhain {
 
 namespace {
+
+using PathAt = std::function<std::string_view(std::size_t)>;
 
 std::string_view nameOf(std::string_view path)
 {
@@ -25,14 +28,12 @@ std::size_t commonLength(std::string_view a, std::string_view b)
 // The sort keys of all names, one after the other.
 class Keys {
 public:
-    Keys(std::size_t count, std::function<std::string_view(std::size_t)> const& pathAt,
-        TextOrder const& order)
+    Keys(std::size_t count, PathAt const& pathAt, TextOrder const& order)
     {
         ends_.reserve(count);
         for (std::size_t i = 0; i < count; ++i) {
             order.appendSortKey(nameOf(pathAt(i)), bytes_);
             ends_.push_back(bytes_.size());
-            shared_ = i == 0 ? bytes_.size() : commonLength(of(0).substr(0, shared_), of(i));
         }
     }
 
@@ -42,53 +43,101 @@ public:
         return { bytes_.data() + begin, ends_[i] - begin };
     }
 
-    // The eight bytes that follow what all keys begin with, as a number of the same order; a key
-    // that ends sooner is filled with zeros.
-    std::uint64_t prefix(std::size_t i) const
+    std::string_view from(std::size_t i, std::size_t depth) const
     {
-        auto const rest = of(i).substr(shared_);
-        std::uint64_t bytes = 0;
-        if (!rest.empty())
-            std::memcpy(&bytes, rest.data(), std::min(rest.size(), sizeof bytes));
-        if constexpr (std::endian::native == std::endian::little)
-            bytes = __builtin_bswap64(bytes);
-        return bytes;
-    }
-
-    // Compares what `prefix` has not compared; the prefixes are equal.
-    int compareRest(std::size_t a, std::size_t b) const
-    {
-        return of(a).substr(shared_).compare(of(b).substr(shared_));
+        auto const key = of(i);
+        return key.substr(std::min(depth, key.size()));
     }
 
 private:
     std::string bytes_;
     std::vector<std::size_t> ends_;
-    std::size_t shared_ = 0;
 };
 
 struct Entry {
-    std::uint64_t prefix;
+    std::uint64_t digits;
     std::uint32_t index;
+};
+
+// The first eight bytes as a number of the same order; a shorter key is filled with zeros.
+std::uint64_t leadingDigits(std::string_view key)
+{
+    std::uint64_t bytes = 0;
+    if (!key.empty())
+        std::memcpy(&bytes, key.data(), std::min(key.size(), sizeof bytes));
+    if constexpr (std::endian::native == std::endian::little)
+        bytes = __builtin_bswap64(bytes);
+    return bytes;
+}
+
+// Sorts by eight bytes of the keys at a time, which lie in the entries themselves. The keys are
+// looked up only once per entry and step, not in every comparison.
+class Sorter {
+public:
+    Sorter(Keys const& keys, PathAt const& pathAt)
+        : keys_(keys)
+        , pathAt_(pathAt)
+    {
+    }
+
+    // All keys of `run` agree in their first `depth` bytes.
+    void sort(std::span<Entry> run, std::size_t depth) const
+    {
+        constexpr std::size_t fewEntries = 12;
+        auto const shared = depth + commonBeginning(run, depth);
+        if (run.size() <= fewEntries || isOver(run, shared))
+            return sortWhole(run, shared);
+        for (auto& entry : run)
+            entry.digits = leadingDigits(keys_.from(entry.index, shared));
+        std::ranges::sort(run, {}, &Entry::digits);
+        for (auto begin = run.begin(); begin != run.end();) {
+            auto const end = std::find_if(begin, run.end(),
+                [&](Entry const& entry) { return entry.digits != begin->digits; });
+            if (end - begin > 1)
+                sort({ begin, end }, shared + sizeof(Entry::digits));
+            begin = end;
+        }
+    }
+
+private:
+    std::size_t commonBeginning(std::span<Entry const> run, std::size_t depth) const
+    {
+        if (run.empty())
+            return 0;
+        auto common = keys_.from(run.front().index, depth);
+        for (auto const& entry : run)
+            common = common.substr(0, commonLength(common, keys_.from(entry.index, depth)));
+        return common.size();
+    }
+
+    bool isOver(std::span<Entry const> run, std::size_t depth) const
+    {
+        return std::ranges::all_of(
+            run, [&](Entry const& entry) { return keys_.of(entry.index).size() <= depth; });
+    }
+
+    void sortWhole(std::span<Entry> run, std::size_t depth) const
+    {
+        std::ranges::sort(run, [&](Entry const& a, Entry const& b) {
+            auto const byKey = keys_.from(a.index, depth).compare(keys_.from(b.index, depth));
+            return byKey != 0 ? byKey < 0 : pathAt_(a.index) < pathAt_(b.index);
+        });
+    }
+
+    Keys const& keys_;
+    PathAt const& pathAt_;
 };
 
 } // namespace
 
-std::vector<std::uint32_t> rankNames(std::size_t count,
-    std::function<std::string_view(std::size_t)> const& pathAt, TextOrder const& order)
+std::vector<std::uint32_t> rankNames(
+    std::size_t count, PathAt const& pathAt, TextOrder const& order)
 {
     Keys const keys(count, pathAt, order);
     std::vector<Entry> entries(count);
     for (std::size_t i = 0; i < count; ++i)
-        entries[i] = { keys.prefix(i), static_cast<std::uint32_t>(i) };
-    // Most comparisons are decided by two numbers, without a look at the keys.
-    std::ranges::sort(entries, [&](Entry const& a, Entry const& b) {
-        if (a.prefix != b.prefix)
-            return a.prefix < b.prefix;
-        if (auto const byKey = keys.compareRest(a.index, b.index); byKey != 0)
-            return byKey < 0;
-        return pathAt(a.index) < pathAt(b.index);
-    });
+        entries[i].index = static_cast<std::uint32_t>(i);
+    Sorter(keys, pathAt).sort(entries, 0);
     std::vector<std::uint32_t> ranks(count);
     for (std::size_t i = 0; i < count; ++i)
         ranks[entries[i].index] = static_cast<std::uint32_t>(i);

@@ -28,6 +28,9 @@ public:
     std::vector<PhotoItem> visible(std::span<PhotoItem const> items, TextOrder const& order,
         std::string_view searchText, SortKey sortKey, bool ascending);
 
+    /// Folds the names for searching, unless that is done. The first search does it otherwise.
+    void foldNames(std::span<PhotoItem const> items, TextOrder const& order);
+
     /// Forgets the photos for which `isGone` says yes; it is asked once for each position. The
     /// caller takes the same ones out of the list, whose others keep their order.
     void removeIf(std::function<bool(std::size_t)> const& isGone);
@@ -35,7 +38,6 @@ public:
 private:
     using Positions = std::vector<std::uint32_t>;
 
-    void foldNames(std::span<PhotoItem const> items, TextOrder const& order);
     std::string_view foldedName(std::size_t position) const;
     Positions matching(std::string_view foldedText) const;
 

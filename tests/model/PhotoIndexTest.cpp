@@ -93,6 +93,34 @@ TEST_CASE("names that agree in more bytes than a number holds are still told apa
         == expected(items, "", SortKey::name, true));
 }
 
+TEST_CASE("one name in many folders is ordered by the paths")
+{
+    Items items;
+    for (int i = 0; i < 100; ++i)
+        items.push_back({ FileUrl("/f" + std::to_string(i * 37 % 100) + "/IMG_0001.jpg") });
+    items.push_back({ FileUrl("/a/IMG_0001.jpg2.jpg") });
+    PhotoIndex index(items, german);
+    CHECK(index.visible(items, german, "", SortKey::name, true)
+        == expected(items, "", SortKey::name, true));
+}
+
+TEST_CASE("names folded before the first search are found like others")
+{
+    auto const items = makeItems(3, 60);
+    PhotoIndex index(items, german);
+    index.foldNames(items, german);
+    index.foldNames(items, german);
+    checkAgainstComparator(index, items);
+}
+
+TEST_CASE("a long list is ordered as the comparator does")
+{
+    auto const items = makeItems(99, 4000);
+    PhotoIndex index(items, german);
+    CHECK(index.visible(items, german, "", SortKey::name, true)
+        == expected(items, "", SortKey::name, true));
+}
+
 TEST_CASE("photos that are taken out leave the order of the others alone")
 {
     for (bool const searchedBefore : { false, true }) {
