@@ -9,35 +9,12 @@
 
 namespace pixelhain {
 
-namespace {
-
-QFont enlarged(QFont font, double scale)
-{
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * scale);
-    else
-        font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * scale)));
-    return font;
-}
-
-double lineHeight(QFont const& font)
-{
-    return std::ceil(QFontMetricsF(font).height());
-}
-
-} // namespace
-
 CellPainter::CellPainter(QPalette const& palette, QFont const& font, double scale)
     : tones_(palette, Tones::Ground::gallery)
     , scale_(scale)
-    , nameFont_(scaledFont(font, captionScale))
-    , resolutionFont_(scaledFont(font, smallCaptionScale))
+    , captions_(tones_, font, scale)
+    , font_(font)
 {
-}
-
-GridView::LineHeights CellPainter::lineHeights() const
-{
-    return { lineHeight(nameFont_), lineHeight(resolutionFont_) };
 }
 
 int CellPainter::pixels(double points) const
@@ -48,88 +25,6 @@ int CellPainter::pixels(double points) const
 int CellPainter::pictureEdge(double thumbSize) const
 {
     return std::max(0, pixels(thumbSize) - 2 * pixels(ThumbnailCell::imageInset));
-}
-
-CellPainter::LineStyle CellPainter::nameStyle(ThumbnailCell const& cell) const
-{
-    return { nameFont_, shownText(cell.nameText()), tones_.of(cell.nameTint()) };
-}
-
-CellPainter::LineStyle CellPainter::resolutionStyle(ThumbnailCell const& cell) const
-{
-    return { resolutionFont_, shownText(cell.resolutionText()),
-        tones_.of(ThumbnailCell::resolutionTint) };
-}
-
-void CellPainter::drawLines(ThumbnailCell const& cell, DrawnCell& drawn) const
-{
-    if (auto const style = nameStyle(cell); cell.showName && !isLine(drawn.name, style))
-        drawn.name = drawnLine(style, cell.size);
-    if (auto const style = resolutionStyle(cell);
-        cell.showResolution && !isLine(drawn.resolution, style))
-        drawn.resolution = drawnLine(style, cell.size);
-}
-
-bool CellPainter::hasLines(ThumbnailCell const& cell, DrawnCell const& drawn) const
-{
-    return (!cell.showName || isLine(drawn.name, nameStyle(cell)))
-        && (!cell.showResolution || isLine(drawn.resolution, resolutionStyle(cell)));
-}
-
-bool CellPainter::isLine(DrawnLine const& line, LineStyle const& style)
-{
-    return !line.image.isNull() && line.color == style.color.rgba() && line.text == style.text;
-}
-
-// The picture of the line is opaque, so that painting it is copying it.
-DrawnLine CellPainter::drawnLine(LineStyle const& style, double width) const
-{
-    auto const& [font, text, color] = style;
-    auto const size = QSize(pixels(width), pixels(lineHeight(font)));
-    DrawnLine line { text, color.rgba(), QImage(size, QImage::Format_RGB32) };
-    line.image.fill(tones_.ground());
-    if (text == QLatin1StringView(" "))
-        return line;
-    QPainter painter(&line.image);
-    painter.setFont(enlarged(font, scale_));
-    painter.setPen(color);
-    auto const metrics = QFontMetricsF(painter.font());
-    auto const spare = (size.height() - metrics.height()) / 2;
-    auto const baseline = static_cast<int>(std::lround(spare + metrics.ascent()));
-    if (&font == &resolutionFont_) {
-        drawDigitsEvenly(painter, text, size.width(), baseline);
-        return line;
-    }
-    auto flat = text;
-    std::replace_if(
-        flat.begin(), flat.end(), [](QChar letter) { return letter < u' '; }, QChar(u' '));
-    auto const shown = metrics.elidedText(flat, Qt::ElideMiddle, size.width());
-    auto const left = std::lround((size.width() - metrics.horizontalAdvance(shown)) / 2);
-    painter.drawText(QPointF(static_cast<double>(left), baseline), shown);
-    return line;
-}
-
-// Every digit takes the room of the widest one, whatever the font does by itself.
-void CellPainter::drawDigitsEvenly(
-    QPainter& painter, QString const& text, int width, int baseline) const
-{
-    auto const metrics = QFontMetricsF(painter.font());
-    double digit = 0;
-    for (char16_t one = u'0'; one <= u'9'; ++one)
-        digit = std::max(digit, metrics.horizontalAdvance(QChar(one)));
-    auto const advance = [&](QChar letter) {
-        return letter.isDigit() ? digit : metrics.horizontalAdvance(letter);
-    };
-    double total = 0;
-    for (auto const letter : text)
-        total += advance(letter);
-    auto x = std::round((width - total) / 2);
-    for (auto const letter : text) {
-        auto const room = advance(letter);
-        painter.drawText(
-            QPointF(x + (room - metrics.horizontalAdvance(letter)) / 2, baseline), letter);
-        x += room;
-    }
 }
 
 void CellPainter::paint(
@@ -214,7 +109,7 @@ void CellPainter::paintBadge(QPainter& painter, QPoint area, ThumbnailCell const
 
 QImage CellPainter::drawnBadge(QString const& label) const
 {
-    auto font = nameFont_;
+    auto font = font_;
     font.setPixelSize(std::max(1, pixels(ThumbnailCell::badgeFontSize)));
     font.setBold(true);
     auto const metrics = QFontMetricsF(font);

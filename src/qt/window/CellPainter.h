@@ -1,7 +1,7 @@
 #pragma once
+#include "qt/window/CaptionPainter.h"
 #include "qt/window/CellPictures.h"
 #include "qt/window/Tones.h"
-#include "window/GridView.h"
 #include "window/ThumbnailCell.h"
 #include <QFont>
 #include <QImage>
@@ -17,8 +17,8 @@ class CellPainter {
 public:
     CellPainter(QPalette const& palette, QFont const& font, double scale);
 
-    /// Heights of the caption lines in points.
-    GridView::LineHeights lineHeights() const;
+    CaptionPainter& captions() { return captions_; }
+    CaptionPainter const& captions() const { return captions_; }
     QColor ground() const { return tones_.ground(); }
 
     /// `points` in whole device pixels.
@@ -26,10 +26,6 @@ public:
 
     /// The square that a picture is drawn into, in device pixels.
     int pictureEdge(double thumbSize) const;
-
-    /// Draws the caption lines that are missing or out of date.
-    void drawLines(ThumbnailCell const& cell, DrawnCell& drawn) const;
-    bool hasLines(ThumbnailCell const& cell, DrawnCell const& drawn) const;
 
     /// Where the parts of a cell lie, in device pixels of the painter's own system.
     struct Place {
@@ -48,22 +44,11 @@ private:
     void paintBadge(QPainter& painter, QPoint area, ThumbnailCell const& cell);
     void paintCircle(QPainter& painter, QPoint area, ThumbnailCell const& cell);
     QImage drawnBadge(QString const& label) const;
-    struct LineStyle {
-        QFont const& font;
-        QString text;
-        QColor color;
-    };
-
-    static bool isLine(DrawnLine const& line, LineStyle const& style);
-    LineStyle nameStyle(ThumbnailCell const& cell) const;
-    LineStyle resolutionStyle(ThumbnailCell const& cell) const;
-    DrawnLine drawnLine(LineStyle const& style, double width) const;
-    void drawDigitsEvenly(QPainter& painter, QString const& text, int width, int baseline) const;
 
     Tones tones_;
     double scale_;
-    QFont nameFont_; ///< points
-    QFont resolutionFont_;
+    CaptionPainter captions_;
+    QFont font_;
     std::map<std::tuple<int, QRgb, QRgb, int>, QImage> backs_;
     std::map<QString, QImage> badges_;
 };

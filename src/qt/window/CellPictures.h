@@ -5,6 +5,7 @@
 #include <QImage>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 namespace pixelhain {
@@ -12,11 +13,11 @@ namespace pixelhain {
 class Background;
 class MainLoop;
 
-/// A line of text drawn once, and what it was drawn for.
+/// A caption line drawn once, and what else than the photo it was drawn for.
 struct DrawnLine {
-    QString text;
-    QRgb color = 0;
     QImage image;
+    QRgb color = 0;
+    std::optional<PixelSize> size;
 };
 
 /// What is ready to be painted for one cell.

@@ -71,7 +71,7 @@ void GridWidget::layOut()
 {
     if (!painter_)
         renewPainter();
-    view_.layOut(viewport()->width(), painter_->lineHeights());
+    view_.layOut(viewport()->width(), painter_->captions().lineHeights());
     if (first_ && top_ > 0)
         top_ = topFor(*first_).value_or(top_);
     top_ = view_.layout().clampedScroll(top_, viewportHeight());

@@ -10,7 +10,7 @@ namespace {
 
 // Captions are laid out once per cell. When a whole page of new cells comes into view at once, what
 // takes longer than this waits for the next frame, so that no frame is late.
-constexpr qint64 captionNanoseconds = 2'500'000;
+constexpr qint64 captionNanoseconds = 1'500'000;
 
 // Brings `painter` to whole device pixels that count from the widget's own corner: images are then
 // copied, whatever the scale. The corner itself may lie between two pixels on fractional scales.
@@ -102,8 +102,8 @@ void GridWidget::paintCells(QPainter& painter, QRegion const& dirty)
         auto const cell = view_.cell(index);
         auto* drawn = pictures_.find(cell.item.url);
         if (drawn && clock.nsecsElapsed() < captionNanoseconds)
-            painter_->drawLines(cell, *drawn);
-        else if (drawn && !painter_->hasLines(cell, *drawn))
+            painter_->captions().draw(cell, *drawn);
+        else if (drawn && !painter_->captions().isDrawn(cell, *drawn))
             updateCell(index);
         painter_->paint(painter, placeOf(index), cell, drawn);
         hasShownPicture_ = hasShownPicture_ || (drawn && !drawn->picture.isNull());
@@ -117,7 +117,7 @@ bool GridWidget::isEachInFinalState() const
         auto const cell = view_.cell(index);
         auto const* drawn = pictures_.find(cell.item.url);
         if (!drawn || drawn->isPending() || drawn->source != cell.image
-            || !painter_->hasLines(cell, *drawn))
+            || !painter_->captions().isDrawn(cell, *drawn))
             return false;
     }
     return !inView.empty();

@@ -309,4 +309,5 @@ TEST_CASE("a picture for the row ahead leaves what is in view complete")
         gallery.thumbnails.answer(request, picture);
     gallery.desk.settle();
     CHECK(gallery.grid.isComplete());
+    CHECK(gallery.grid.isIdle());
 }
