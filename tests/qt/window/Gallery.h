@@ -1,4 +1,5 @@
 #pragma once
+#include "qt/Wait.h"
 #include "qt/window/GridWidget.h"
 #include "support/Desk.h"
 #include "support/FakeThumbnails.h"
@@ -41,6 +42,15 @@ struct Gallery {
     {
         desk.settle();
         return grid.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    }
+
+    /// Whether everything in view is there after a few frames: captions take turns.
+    bool completes()
+    {
+        return eventually([this] {
+            frame();
+            return grid.isComplete();
+        });
     }
 
     /// Answers every request for a thumbnail that is still wanted.

@@ -1,5 +1,4 @@
 #include "qt/window/GridWidget.h"
-#include "qt/Wait.h"
 #include "qt/window/DrawnPicture.h"
 #include "qt/window/Gallery.h"
 #include <QScrollBar>
@@ -122,7 +121,7 @@ TEST_CASE("a picture of another size is made anew off the main thread and fills 
     CHECK(gallery.desk.background.pending() == 3);
     CHECK_FALSE(gallery.grid.isComplete());
     auto const frame = gallery.frame();
-    CHECK(gallery.grid.isComplete());
+    CHECK(gallery.completes());
     auto const edge = pictureEdge(gallery, 170);
     auto const area = gallery.area(1);
     auto const half = drawnSize({ 256, 128 }, edge).height / 2;
@@ -144,7 +143,7 @@ TEST_CASE("a photo without a picture shows its placeholder and the others go on"
             gallery.thumbnails.answer(i,
                 requests[i].url.name() == "IMG_1.jpg" ? nullptr : plainPicture(64, 64, Qt::green));
     auto const after = gallery.frame();
-    CHECK(gallery.grid.isComplete());
+    CHECK(gallery.completes());
     CHECK(after.copy(gallery.area(0)) != before.copy(gallery.area(0)));
     CHECK(after.pixel(gallery.area(1).center()) == QColor(Qt::green).rgb());
     // The placeholder is a symbol in the middle, not a picture that fills the square.
@@ -178,7 +177,7 @@ TEST_CASE("another thumbnail size keeps the old picture until the better one is 
     CHECK_FALSE(gallery.grid.isComplete());
     gallery.answerAll(plainPicture(512, 512, Qt::green));
     CHECK(gallery.frame().pixel(gallery.area(0).center()) == QColor(Qt::green).rgb());
-    CHECK(gallery.grid.isComplete());
+    CHECK(gallery.completes());
 }
 
 TEST_CASE("scrolling back shows a picture that memory still has in the first frame")
@@ -279,10 +278,7 @@ TEST_CASE("the captions of a whole new page are there after a few frames")
 {
     Gallery gallery(1000);
     gallery.answerAll(plainPicture(64, 64, Qt::blue));
-    CHECK(eventually([&] {
-        gallery.frame();
-        return gallery.grid.isComplete();
-    }));
+    CHECK(gallery.completes());
 }
 
 TEST_CASE("a picture for the row ahead leaves what is in view complete")
@@ -301,10 +297,7 @@ TEST_CASE("a picture for the row ahead leaves what is in view complete")
                 ahead.push_back(i);
         }
     REQUIRE_FALSE(ahead.empty());
-    REQUIRE(eventually([&] {
-        gallery.frame();
-        return gallery.grid.isComplete();
-    }));
+    REQUIRE(gallery.completes());
     for (auto const request : ahead)
         gallery.thumbnails.answer(request, picture);
     gallery.desk.settle();
