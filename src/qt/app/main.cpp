@@ -8,6 +8,7 @@
 #include "posix/ThreadPool.h"
 #include "posix/ThreadQueue.h"
 #include "qt/app/CommandLine.h"
+#include "qt/app/DesktopColors.h"
 #include "qt/app/Milestones.h"
 #include "qt/app/Screenshot.h"
 #include "qt/app/Trace.h"
@@ -122,6 +123,7 @@ int main(int argc, char** argv)
         return 0;
     }
     QApplication application(argc, argv);
+    DesktopColors const colors;
     auto const line = parsed();
     if (line.error) {
         std::fprintf(stderr, "pixelhain: %s\n", line.error->c_str());

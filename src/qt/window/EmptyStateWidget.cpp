@@ -75,6 +75,12 @@ void EmptyStateWidget::useTones()
     color(*text_, view_.isTextSecondary ? ColorRole::secondary : ColorRole::primary);
     color(*hint_, ColorRole::tertiary);
     hint_->setFont(scaledFont(font(), calloutScale));
+    // The one thing to do here: larger than a button among others.
+    constexpr int paddingX = 20;
+    constexpr int paddingY = 8;
+    auto const metrics = button_->fontMetrics();
+    button_->setMinimumSize(
+        metrics.horizontalAdvance(button_->text()) + 2 * paddingX, metrics.height() + 2 * paddingY);
 }
 
 void EmptyStateWidget::changeEvent(QEvent* event)

@@ -1,0 +1,99 @@
+#include "qt/app/DesktopColors.h"
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QFile>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+QString const service = QStringLiteral("org.freedesktop.portal.Desktop");
+QString const path = QStringLiteral("/org/freedesktop/portal/desktop");
+QString const interface = QStringLiteral("org.freedesktop.portal.Settings");
+QString const appearance = QStringLiteral("org.freedesktop.appearance");
+QString const colorScheme = QStringLiteral("color-scheme");
+constexpr uint prefersDark = 1;
+
+// Without an address libdbus would start a bus of its own, which takes long and helps nobody.
+bool hasSessionBus()
+{
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")
+        || QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+}
+
+// The portal wraps the value once or twice, depending on its version.
+uint unwrapped(QVariant value)
+{
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value.toUInt();
+}
+
+} // namespace
+
+QPalette darkPalette()
+{
+    QColor const window(0x2b, 0x2b, 0x2e);
+    QColor const base(0x1e, 0x1e, 0x20);
+    QColor const text(0xec, 0xec, 0xee);
+    QColor const faint(0x8a, 0x8a, 0x90);
+    QColor const accent(0x3d, 0x8b, 0xe8);
+    QPalette palette(text, QColor(0x3a, 0x3a, 0x3e), QColor(0x5a, 0x5a, 0x60),
+        QColor(0x18, 0x18, 0x1a), QColor(0x30, 0x30, 0x34), text, Qt::white, base, window);
+    palette.setColor(QPalette::AlternateBase, QColor(0x25, 0x25, 0x28));
+    palette.setColor(QPalette::ToolTipBase, QColor(0x3a, 0x3a, 0x3e));
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, faint);
+    palette.setColor(QPalette::Highlight, accent);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0x6c, 0xae, 0xf5));
+    palette.setColor(QPalette::LinkVisited, QColor(0xb4, 0x9a, 0xe8));
+    for (auto const role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        palette.setColor(QPalette::Disabled, role, faint);
+    return palette;
+}
+
+DesktopColors::DesktopColors()
+    : light_(QApplication::palette())
+{
+    auto const ground = light_.color(QPalette::Window).lightness();
+    bool const followsByItself
+        = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0) || ground < 128 || !hasSessionBus();
+    if (followsByItself)
+        return;
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return;
+    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+        SLOT(settingChanged(QDBusMessage)));
+    auto ask = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
+    ask << appearance << colorScheme;
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(ask), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        QDBusPendingReply<QDBusVariant> const reply = *watcher;
+        if (reply.isValid())
+            use(unwrapped(reply.value().variant()));
+        watcher->deleteLater();
+    });
+}
+
+void DesktopColors::settingChanged(QDBusMessage const& message)
+{
+    auto const arguments = message.arguments();
+    if (arguments.size() == 3 && arguments[0] == appearance && arguments[1] == colorScheme)
+        use(unwrapped(arguments[2]));
+}
+
+void DesktopColors::use(uint scheme)
+{
+    bool const dark = scheme == prefersDark;
+    if (std::exchange(isDark_, dark) != dark)
+        QApplication::setPalette(dark ? darkPalette() : light_);
+}
+
+} // namespace pixelhain

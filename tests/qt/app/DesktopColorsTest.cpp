@@ -1,0 +1,104 @@
+#include "qt/app/DesktopColors.h"
+#include "qt/Wait.h"
+#include "qt/window/Tones.h"
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <algorithm>
+#include <cmath>
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+// A settings portal on the test's own bus.
+class FakePortal final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    bool start()
+    {
+        auto bus = QDBusConnection::connectToBus(
+            QDBusConnection::SessionBus, QStringLiteral("portal of the test"));
+        return bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
+                   QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals)
+            && bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    }
+
+    uint scheme = 0;
+
+public slots:
+    QDBusVariant Read(QString const& group, QString const& key)
+    {
+        bool const known = group == QStringLiteral("org.freedesktop.appearance")
+            && key == QStringLiteral("color-scheme");
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(known ? scheme : 99U)));
+    }
+
+signals:
+    void SettingChanged(QString const& group, QString const& key, QDBusVariant const& value);
+};
+
+double luminance(QColor const& color)
+{
+    auto const linear = [](double level) {
+        return level <= 0.03928 ? level / 12.92 : std::pow((level + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
+        + 0.0722 * linear(color.blueF());
+}
+
+double contrast(QColor const& a, QColor const& b)
+{
+    auto const ratio = (luminance(a) + 0.05) / (luminance(b) + 0.05);
+    return std::max(ratio, 1 / ratio);
+}
+
+} // namespace
+
+TEST_CASE("every text tone can be read on its ground, in light and dark colours")
+{
+    for (auto const& palette : { QApplication::palette(), darkPalette() })
+        for (auto const ground : { Tones::Ground::gallery, Tones::Ground::window }) {
+            Tones const tones(palette, ground);
+            CHECK(contrast(tones.of(ColorRole::primary), tones.ground()) >= 7);
+            CHECK(contrast(tones.of(ColorRole::secondary), tones.ground()) >= 4.5);
+            CHECK(contrast(tones.of(ColorRole::tertiary), tones.ground()) >= 4);
+        }
+}
+
+TEST_CASE("the accent stands out from the ground of both palettes")
+{
+    for (auto const& palette : { QApplication::palette(), darkPalette() }) {
+        Tones const tones(palette, Tones::Ground::gallery);
+        CHECK(contrast(tones.of(ColorRole::accent), tones.ground()) >= 3);
+    }
+}
+
+TEST_CASE("the dark palette is dark")
+{
+    CHECK(darkPalette().color(QPalette::Base).lightness() < 64);
+    CHECK(darkPalette().color(QPalette::Text).lightness() > 192);
+}
+
+TEST_CASE("the window follows the desktop between light and dark")
+{
+    // Only where the tests have a bus of their own: the desktop's is not to be taken over.
+    if (qEnvironmentVariableIsEmpty("PIXELHAIN_TEST_BUS"))
+        return;
+    auto const light = QApplication::palette();
+    FakePortal portal;
+    REQUIRE(portal.start());
+    portal.scheme = 1;
+    DesktopColors const colors;
+    auto const ground = [] { return QApplication::palette().color(QPalette::Base); };
+    CHECK(eventually([&] { return ground() == darkPalette().color(QPalette::Base); }));
+    emit portal.SettingChanged(QStringLiteral("org.freedesktop.appearance"),
+        QStringLiteral("color-scheme"), QDBusVariant(2U));
+    CHECK(eventually([&] { return ground() == light.color(QPalette::Base); }));
+}
+
+#include "DesktopColorsTest.moc"
