@@ -189,8 +189,10 @@ std::vector<std::optional<FileDetails>> PosixFileSystem::details(
             for (auto i = from; i < std::min(from + filesPerBlock, files.size()); ++i)
                 answers[i] = reader.read(files[i]);
     };
-    auto const helpers = startThreads(threadsFor(files.size()) - 1, work);
-    work();
+    {
+        auto const others = startThreads(threadsFor(files.size()) - 1, work);
+        work();
+    } // the others have written their answers
     return answers;
 }
 
