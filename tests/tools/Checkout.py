@@ -57,6 +57,7 @@ class Checkout:
             "LC_ALL": "C.UTF-8",
         }
         base.update(environment)
+        base = {name: value for name, value in base.items() if value is not None}
         return subprocess.run(
             [str(self.root / "tools" / tool), *arguments],
             env=base, cwd="/", user=user, text=True,

@@ -53,6 +53,11 @@ class RunTest(unittest.TestCase):
         self.checkout.run("run", DISPLAY=":7", XDG_CONFIG_HOME=str(self.checkout.place / "elsewhere"))
         self.assertEqual(self.program_arguments(), [f"[{self.samples}]"])
 
+    def test_without_a_home_folder_it_is_a_first_start(self):
+        result = self.checkout.run("run", DISPLAY=":7", HOME=None)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(self.program_arguments(), [f"[{self.samples}]"])
+
     def test_without_a_display_a_picture_of_the_window_is_left(self):
         self.draws_window()
         result = self.checkout.run("run", "/a folder")
