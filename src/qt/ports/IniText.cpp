@@ -119,6 +119,9 @@ std::optional<std::vector<std::string>> parsedTexts(std::string_view value)
 
 IniText::IniText(std::string_view text)
 {
+    // Some editors begin a file with this mark, which would hide the first key.
+    if (constexpr std::string_view mark = "\xEF\xBB\xBF"; text.starts_with(mark))
+        text.remove_prefix(mark.size());
     while (!text.empty()) {
         auto const end = std::min(text.find('\n'), text.size());
         auto line = text.substr(0, end);

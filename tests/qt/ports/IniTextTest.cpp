@@ -76,6 +76,19 @@ TEST_CASE("texts written by hand need no quotation marks")
     CHECK(ini.texts("lastRoot") == Texts { "/a" });
 }
 
+TEST_CASE("an editor's mark at the beginning hides no key")
+{
+    IniText const ini("\xEF\xBB\xBFsortKey=date\n");
+    CHECK(ini.text("sortKey") == "date");
+}
+
+TEST_CASE("numbers are read the same in every language, and a decimal comma is no number")
+{
+    IniText const ini("thumbSize=200.5\ninterval=2,5\n");
+    CHECK(ini.number("thumbSize") == 200.5);
+    CHECK_FALSE(ini.number("interval"));
+}
+
 TEST_CASE("the empty list is a list")
 {
     IniText ini;
