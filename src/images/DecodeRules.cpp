@@ -1,4 +1,5 @@
 #include "images/DecodeRules.h"
+#include "base/Orientation.h"
 #include "base/Resample.h"
 #include <algorithm>
 #include <array>
@@ -82,11 +83,10 @@ std::optional<DecodedPicture> decodeFullImage(ImageSource& source)
 
 ImageMeta readMeta(ImageSource& source)
 {
-    constexpr int firstQuarterTurn = 5; // orientations 5 to 8 turn the picture by a quarter
     ImageMeta meta;
     meta.size = source.pixelSize();
-    if (meta.size && source.orientation() >= firstQuarterTurn)
-        meta.size = meta.size->turned();
+    if (meta.size)
+        meta.size = uprightSize(*meta.size, source.orientation());
     meta.isAnimated = isAnimatedType(source.typeIdentifier()) && source.frameCount() > 1;
     return meta;
 }
