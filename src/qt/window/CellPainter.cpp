@@ -50,6 +50,10 @@ QImage const& CellPainter::back(ThumbnailCell const& cell)
     auto const line = tones_.of(frame.tint);
     auto const edge = pixels(cell.size);
     auto const lineWidth = std::max(1, pixels(frame.width));
+    // While the size of the cells changes, each size is needed for a moment only.
+    constexpr std::size_t mostKept = 16;
+    if (backs_.size() >= mostKept)
+        backs_.clear();
     auto& image = backs_[{ edge, fill.rgba(), line.rgba(), lineWidth }];
     if (!image.isNull())
         return image;
