@@ -71,6 +71,8 @@ public:
     // Folders. What has to look at a disk first answers later; the newest request wins.
     /// Shows the folders of the last run again, unless a folder is open by then.
     void restoreLastFolders();
+    /// Whether a place is still being looked at, which may be shown then.
+    bool isLookingForFolders() const { return isOpening_ || isRestoring_; }
     void chooseFolder();
     /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.
     void open(FileUrl const& url);
@@ -133,6 +135,7 @@ private:
     std::optional<FileUrl> pendingFileToShow_;
     std::shared_ptr<Restorable> heldRestore_; ///< found while an open request still looked
     bool isOpening_ = false;
+    bool isRestoring_ = false;
     Task openTask_;
     Task restoreTask_;
     Task statusTask_;

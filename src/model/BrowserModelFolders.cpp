@@ -103,8 +103,10 @@ void BrowserModel::restoreLastFolders()
             found.root = last.root;
         return found;
     };
+    isRestoring_ = true;
     restoreTask_ = runThen(
         ports_.background, ports_.loop, Priority::userInitiated, look, [this](Restorable found) {
+            isRestoring_ = false;
             if (isOpening_)
                 heldRestore_ = std::make_shared<Restorable>(std::move(found));
             else

@@ -197,6 +197,22 @@ TEST_CASE("a place handed over at the start that does not exist leaves the last 
     CHECK(*desk.model().folder == FileUrl("/alt"));
 }
 
+TEST_CASE("the model says while it looks for the folders to restore or to open")
+{
+    Desk desk;
+    desk.folder("/b");
+    remember(desk, { "/b" });
+    CHECK_FALSE(desk.model().isLookingForFolders());
+    desk.model().restoreLastFolders();
+    CHECK(desk.model().isLookingForFolders());
+    desk.finish(0);
+    CHECK_FALSE(desk.model().isLookingForFolders());
+    desk.model().open(FileUrl("/weg"));
+    CHECK(desk.model().isLookingForFolders());
+    desk.settle();
+    CHECK_FALSE(desk.model().isLookingForFolders());
+}
+
 TEST_CASE("the main thread looks at no disk to restore")
 {
     Desk desk;

@@ -71,7 +71,7 @@ void MainWindowWidget::modelChanged()
 
 bool MainWindowWidget::isComplete() const
 {
-    if (model_.isLoading)
+    if (model_.isLoading || model_.isLookingForFolders())
         return false;
     return model_.items->empty() || content_->grid().isComplete();
 }

@@ -74,6 +74,16 @@ TEST_CASE("without a folder the window says how to open one, and Return does it"
     CHECK(w.desk.panels.requests.size() == 1);
 }
 
+TEST_CASE("the window is not complete while a folder is being looked for")
+{
+    WindowDesk w;
+    CHECK(w.window.isComplete());
+    w.desk.model().open(w.desk.folder("/Leer"));
+    CHECK_FALSE(w.window.isComplete());
+    w.desk.settle();
+    CHECK(w.window.isComplete());
+}
+
 TEST_CASE("a folder without photos says so and where subfolders are")
 {
     WindowDesk w;
