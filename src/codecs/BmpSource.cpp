@@ -1,6 +1,5 @@
 #include "codecs/BmpSource.h"
 #include "codecs/BmpDecoder.h"
-#include "codecs/DecodeLimits.h"
 #include "codecs/PhotoSource.h"
 
 namespace pixelhain {
@@ -33,10 +32,7 @@ private:
 
     [[nodiscard]] std::vector<std::uint8_t> readProfile() override
     {
-        auto const& range = header_->profile;
-        if (range.length > DecodeLimits::colorProfile)
-            return {};
-        return bytesAt(bytes(), range.offset, static_cast<std::size_t>(range.length));
+        return profileAt(header_->profile);
     }
 
     std::optional<BmpHeader> header_;
@@ -46,10 +42,7 @@ private:
 
 std::unique_ptr<ImageSource> openBmp(std::unique_ptr<ByteSource> bytes)
 {
-    auto source = std::make_unique<BmpSource>(std::move(bytes));
-    if (!source->isReadable())
-        return nullptr;
-    return source;
+    return openPhoto<BmpSource>(std::move(bytes));
 }
 
 } // namespace pixelhain

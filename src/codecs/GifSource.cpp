@@ -247,10 +247,7 @@ private:
 
 std::unique_ptr<ImageSource> openGif(std::unique_ptr<ByteSource> bytes)
 {
-    auto source = std::make_unique<GifSource>(std::move(bytes));
-    if (!source->isReadable())
-        return nullptr;
-    return source;
+    return openPhoto<GifSource>(std::move(bytes));
 }
 
 } // namespace pixelhain

@@ -53,10 +53,7 @@ private:
 
 std::unique_ptr<ImageSource> openJpeg(std::unique_ptr<ByteSource> bytes)
 {
-    auto source = std::make_unique<JpegSource>(std::move(bytes));
-    if (!source->isReadable())
-        return nullptr;
-    return source;
+    return openPhoto<JpegSource>(std::move(bytes));
 }
 
 } // namespace pixelhain

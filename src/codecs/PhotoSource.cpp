@@ -41,6 +41,13 @@ std::optional<DecodedImage> PhotoSource::decodeWhole()
     return decodeStored(0);
 }
 
+std::vector<std::uint8_t> PhotoSource::profileAt(ByteRange range) const
+{
+    if (range.length > DecodeLimits::colorProfile)
+        return {};
+    return bytesAt(head_, range.offset, static_cast<std::size_t>(range.length));
+}
+
 std::vector<std::uint8_t> const& PhotoSource::profile()
 {
     if (!profile_)

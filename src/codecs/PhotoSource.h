@@ -31,6 +31,9 @@ protected:
     /// The embedded colour profile; empty if there is none. Called at most once.
     [[nodiscard]] virtual std::vector<std::uint8_t> readProfile() { return {}; }
 
+    /// The profile that lies at `range`; empty if it is too large to be one.
+    [[nodiscard]] std::vector<std::uint8_t> profileAt(ByteRange range) const;
+
     [[nodiscard]] HeadBytes const& bytes() const { return head_; }
     [[nodiscard]] std::vector<std::uint8_t> const& profile();
     [[nodiscard]] PhotoTraits const& traits() const { return traits_; }
@@ -45,5 +48,15 @@ private:
     std::optional<std::vector<JpegPreview>> previews_;
     std::optional<std::vector<std::uint8_t>> profile_;
 };
+
+/// A source of one format over `bytes`; null if its header cannot be read.
+template <typename Source>
+[[nodiscard]] std::unique_ptr<ImageSource> openPhoto(std::unique_ptr<ByteSource> bytes)
+{
+    auto source = std::make_unique<Source>(std::move(bytes));
+    if (!source->isReadable())
+        return nullptr;
+    return source;
+}
 
 } // namespace pixelhain

@@ -89,10 +89,7 @@ private:
 
 std::unique_ptr<ImageSource> openPng(std::unique_ptr<ByteSource> bytes)
 {
-    auto source = std::make_unique<PngSource>(std::move(bytes));
-    if (!source->isReadable())
-        return nullptr;
-    return source;
+    return openPhoto<PngSource>(std::move(bytes));
 }
 
 } // namespace pixelhain

@@ -90,10 +90,7 @@ private:
 
 std::unique_ptr<ImageSource> openTiff(std::unique_ptr<ByteSource> bytes)
 {
-    auto source = std::make_unique<TiffSource>(std::move(bytes));
-    if (!source->isReadable())
-        return nullptr;
-    return source;
+    return openPhoto<TiffSource>(std::move(bytes));
 }
 
 } // namespace pixelhain

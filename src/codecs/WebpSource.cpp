@@ -219,10 +219,7 @@ private:
 
     [[nodiscard]] std::vector<std::uint8_t> readProfile() override
     {
-        auto const& range = header_->profile;
-        if (range.length > DecodeLimits::colorProfile)
-            return {};
-        return bytesAt(bytes(), range.offset, static_cast<std::size_t>(range.length));
+        return profileAt(header_->profile);
     }
 
     std::optional<WebpHeader> header_;
@@ -232,10 +229,7 @@ private:
 
 std::unique_ptr<ImageSource> openWebp(std::unique_ptr<ByteSource> bytes)
 {
-    auto source = std::make_unique<WebpSource>(std::move(bytes));
-    if (!source->isReadable())
-        return nullptr;
-    return source;
+    return openPhoto<WebpSource>(std::move(bytes));
 }
 
 } // namespace pixelhain
