@@ -1,6 +1,5 @@
 #include "codecs/PhotoCollection.h"
 #include "base/Orientation.h"
-#include "base/Resample.h"
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -8,54 +7,6 @@ using namespace pixelhain;
 namespace {
 
 std::vector<std::string> const ours { "jpeg", "png", "gif", "webp", "tiff", "bmp" };
-
-bool isLoose(PhotoAnswers const& row)
-{
-    auto const& path = row.at("path");
-    return path.find("cmyk") != std::string::npos || path.find("ycck") != std::string::npos
-        || path.find("float") != std::string::npos;
-}
-
-// Root mean square difference in grey levels, both reduced to 64 pixels, on black.
-double difference(Bitmap const& a, Bitmap const& b)
-{
-    auto const size = fittedSize(a.size, 64);
-    auto const left = resampled(a, size);
-    auto const right = resampled(b, size);
-    double sum = 0;
-    for (int y = 0; y < size.height; ++y) {
-        for (int x = 0; x < size.width; ++x) {
-            for (int c = 0; c < 4; ++c) {
-                auto const d = pixelAt(left, x, y)[c] - pixelAt(right, x, y)[c];
-                sum += d * d;
-            }
-        }
-    }
-    return std::sqrt(sum / (4.0 * size.width * size.height));
-}
-
-// How alike the pictures are whatever their tones: the correlation of their brightness.
-double likeness(Bitmap const& a, Bitmap const& b)
-{
-    auto const size = fittedSize(a.size, 64);
-    auto const left = resampled(a, size);
-    auto const right = resampled(b, size);
-    double n = 0, sumL = 0, sumR = 0, sumLL = 0, sumRR = 0, sumLR = 0;
-    for (int y = 0; y < size.height; ++y) {
-        for (int x = 0; x < size.width; ++x) {
-            auto const l = double(pixelAt(left, x, y)[1]);
-            auto const r = double(pixelAt(right, x, y)[1]);
-            n += 1;
-            sumL += l;
-            sumR += r;
-            sumLL += l * l;
-            sumRR += r * r;
-            sumLR += l * r;
-        }
-    }
-    return (n * sumLR - sumL * sumR)
-        / std::sqrt((n * sumLL - sumL * sumL) * (n * sumRR - sumR * sumR));
-}
 
 void checkPicture(PhotoAnswers const& row, Bitmap const& bitmap)
 {
