@@ -75,9 +75,13 @@ TEST_CASE("an observer may drop another one while it is told")
 TEST_CASE("a change told after its owner is gone does no harm")
 {
     FakeLoop loop;
+    int heard = 0;
+    Observation observation;
     {
         Counter counter(loop);
+        observation = counter.observe([&] { ++heard; });
         counter.add();
     }
     loop.settle();
+    CHECK(heard == 0);
 }
