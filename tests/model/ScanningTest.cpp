@@ -41,6 +41,28 @@ struct Drive {
     }
 };
 
+// A folder that yields its many photos in no order at all.
+class HugeFolder final : public FileSystem {
+public:
+    static constexpr std::size_t photos = 1'000'000;
+
+    static std::string name(std::size_t number) { return "IMG_" + std::to_string(number) + ".jpg"; }
+
+    bool list(FileUrl const&, EntryVisitor const& visit) const override
+    {
+        constexpr std::size_t step = 7919; // has no divisor in common with the number of photos
+        for (std::size_t i = 0; i < photos; ++i)
+            visit(name(i * step % photos), EntryKind::file);
+        return true;
+    }
+    std::vector<std::optional<FileDetails>> details(std::span<FileUrl const> files) const override
+    {
+        return std::vector(files.size(), std::optional(FileDetails { EntryKind::file, {}, 1 }));
+    }
+    bool isFolder(FileUrl const&) const override { return true; }
+    bool exists(FileUrl const&) const override { return true; }
+};
+
 } // namespace
 
 TEST_CASE("a folder's photos are listed unsorted, with date and size")
@@ -185,4 +207,25 @@ TEST_CASE("paths of any length fit into the shared storage and end in a NUL byte
     REQUIRE(items.size() == 300);
     for (std::size_t i = 0; i < items.size(); ++i)
         CHECK(items[i].url.cString() == folder + "/" + std::to_string(i) + ".jpg");
+}
+
+TEST_CASE("a folder of a million photos comes back whole and in natural order")
+{
+    HugeFolder const files;
+    FakeImageTypes types;
+    PhotoTest photoTest(types);
+    FakeTextOrder const order;
+    std::vector const folders { FileUrl("/viele") };
+    auto result = scanFolders({ files, photoTest, order }, folders, true);
+    REQUIRE(result.items.size() == HugeFolder::photos);
+    auto const visible = result.index.visible(result.items, order, "", SortKey::name, true);
+    REQUIRE(visible.size() == HugeFolder::photos);
+    std::size_t wrong = 0;
+    for (std::size_t i = 0; i < visible.size(); ++i)
+        wrong += visible[i].name() != HugeFolder::name(i);
+    CHECK(wrong == 0);
+    auto const found = result.index.visible(result.items, order, "G_99999", SortKey::name, false);
+    REQUIRE(found.size() == 11);
+    CHECK(found.front().name() == "IMG_999999.jpg");
+    CHECK(found.back().name() == "IMG_99999.jpg");
 }
