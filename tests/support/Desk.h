@@ -1,7 +1,7 @@
 #pragma once
 #include "model/BrowserModel.h"
 #include "support/FakeBackground.h"
-#include "support/FakeDrive.h"
+#include "support/FakeFileSystem.h"
 #include "support/FakeFolderEvents.h"
 #include "support/FakeImageTypes.h"
 #include "support/FakeLoop.h"
@@ -20,7 +20,7 @@ namespace pixelhain {
 struct Desk {
     FakeLoop loop;
     FakeBackground background;
-    FakeDrive files;
+    FakeFileSystem files;
     FakePreferences preferences;
     FakeTextOrder textOrder;
     FakeImageTypes imageTypes;

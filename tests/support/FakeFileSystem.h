@@ -1,9 +1,10 @@
 #pragma once
 #include "ports/FileSystem.h"
 #include <algorithm>
+#include <map>
 #include <mutex>
 #include <set>
-#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -17,23 +18,21 @@ public:
     std::set<FileUrl> unreadable; ///< folders that cannot be opened
     std::set<FileUrl> vanishing; ///< listed, but gone when they are looked at
 
-    void addFolder(std::string_view path) { addFolder(FileUrl(path)); }
-    void addFolder(FileUrl const& url) { put(url.standardized(), { EntryKind::folder, {}, 0 }); }
-
-    /// Also makes the folders above it.
-    void addFile(FileUrl const& url, std::int64_t size = 0, Timestamp modified = Timestamp())
+    /// Each also makes the folders above it.
+    void addFolder(std::string_view path) { put(FileUrl(path), { EntryKind::folder, {}, 0 }); }
+    void addFile(FileUrl const& url, std::int64_t size = 0, Timestamp modified = distantPast)
     {
-        put(url.standardized(), { EntryKind::file, modified, size });
+        put(url, { EntryKind::file, modified, size });
     }
 
     /// A link, a pipe, a device: whatever is neither file nor folder.
-    void addOther(FileUrl const& url, EntryKind kind) { put(url.standardized(), { kind, {}, 0 }); }
+    void addOther(FileUrl const& url, EntryKind kind) { put(url, { kind, {}, 0 }); }
 
     /// Takes away what lies there, and what lies in it.
     void remove(FileUrl const& url)
     {
         std::scoped_lock const guard(lock_);
-        std::erase_if(entries_, [&](Entry const& entry) { return entry.first.isWithin(url); });
+        std::erase_if(entries_, [&](auto const& entry) { return entry.first.isWithin(url); });
     }
 
     bool list(FileUrl const& folder, EntryVisitor const& visit) const override
@@ -41,69 +40,70 @@ public:
         auto const place = folder.standardized();
         if (!isFolder(place) || unreadable.contains(place))
             return false;
-        for (auto const& [url, details] : everything(listings_, folder))
-            if (url != place && url.parent() == place)
-                visit(url.name(), tellsKinds ? details.kind : EntryKind::unknown);
+        for (auto const& [number, child] : childrenOf(folder))
+            visit(child.first.name(), tellsKinds ? child.second : EntryKind::unknown);
         return true;
     }
 
     std::vector<std::optional<FileDetails>> details(std::span<FileUrl const> files) const override
     {
         std::vector<std::optional<FileDetails>> answers;
+        std::scoped_lock const guard(lock_);
         for (auto const& file : files) {
-            auto const entries = everything(questions_, file);
-            auto const found = std::ranges::find(entries, file.standardized(), &Entry::first);
-            if (found == entries.end() || vanishing.contains(file))
-                answers.emplace_back();
-            else
-                answers.emplace_back(found->second);
+            questions_.push_back(file);
+            auto const found = entries_.find(file.standardized());
+            answers.push_back(found == entries_.end() || vanishing.contains(file)
+                    ? std::nullopt
+                    : std::optional(found->second.details));
         }
         return answers;
     }
 
     bool isFolder(FileUrl const& url) const override
     {
-        auto const entries = everything();
-        auto const found = std::ranges::find(entries, url.standardized(), &Entry::first);
+        std::scoped_lock const guard(lock_);
+        auto const found = entries_.find(url.standardized());
         return url == FileUrl("/")
-            || (found != entries.end() && found->second.kind == EntryKind::folder);
+            || (found != entries_.end() && found->second.details.kind == EntryKind::folder);
     }
 
     bool exists(FileUrl const& url) const override
     {
-        auto const entries = everything();
-        return url == FileUrl("/")
-            || std::ranges::find(entries, url.standardized(), &Entry::first) != entries.end();
+        std::scoped_lock const guard(lock_);
+        return url == FileUrl("/") || entries_.contains(url.standardized());
     }
 
     std::vector<FileUrl> listings() const { return copyOf(listings_); } ///< folders, in order
     std::vector<FileUrl> questions() const { return copyOf(questions_); } ///< files, in order
 
 private:
-    using Entry = std::pair<FileUrl, FileDetails>;
+    struct Entry {
+        FileDetails details;
+        std::size_t number = 0; ///< entries are counted as they are put there
+    };
+    using Children = std::map<std::size_t, std::pair<FileUrl, EntryKind>>;
 
     void put(FileUrl const& url, FileDetails const& details)
     {
-        if (url == FileUrl("/") || (details.kind == EntryKind::folder && isFolder(url)))
+        auto const place = url.standardized();
+        if (place == FileUrl("/") || (details.kind == EntryKind::folder && isFolder(place)))
             return;
-        if (!exists(url.parent()))
-            addFolder(url.parent());
+        put(place.parent(), { EntryKind::folder, {}, 0 });
         std::scoped_lock const guard(lock_);
-        std::erase_if(entries_, [&](Entry const& entry) { return entry.first == url; });
-        entries_.emplace_back(url, details);
+        entries_[place] = { details, ++count_ };
     }
 
-    std::vector<Entry> everything() const
+    Children childrenOf(FileUrl const& folder) const
     {
         std::scoped_lock const guard(lock_);
-        return entries_;
+        listings_.push_back(folder);
+        Children children;
+        for (auto const& [url, entry] : entries_)
+            if (url.parent() == folder.standardized())
+                children.try_emplace(entry.number, url, entry.details.kind);
+        return children;
     }
-    std::vector<Entry> everything(std::vector<FileUrl>& record, FileUrl const& asked) const
-    {
-        std::scoped_lock const guard(lock_);
-        record.push_back(asked);
-        return entries_;
-    }
+
     std::vector<FileUrl> copyOf(std::vector<FileUrl> const& record) const
     {
         std::scoped_lock const guard(lock_);
@@ -111,7 +111,8 @@ private:
     }
 
     mutable std::mutex lock_;
-    std::vector<Entry> entries_;
+    std::map<FileUrl, Entry> entries_;
+    std::size_t count_ = 0;
     mutable std::vector<FileUrl> listings_;
     mutable std::vector<FileUrl> questions_;
 };
