@@ -35,8 +35,9 @@ struct ImageMetaBox {
 /// one stays in the cache.
 class ImageLoader {
 public:
-    /// The loop and the decoder must outlive the threads of the other three. The loader itself may
-    /// go before or after them: work under way then ends without it.
+    /// The loop and the decoder must outlive the threads of the other three. The queues may go once
+    /// either the loader or the background's threads are gone; whatever is under way then ends
+    /// without touching them.
     struct Services {
         MainLoop& loop;
         Background& background;
