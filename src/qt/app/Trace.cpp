@@ -1,4 +1,7 @@
 #include "qt/app/Trace.h"
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -41,6 +44,21 @@ double millisecondsSinceProcessStart()
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6 - start;
 }
 
+// The decimal point stays a point in every language: programs read these lines.
+std::string milestoneLine(
+    double milliseconds, std::string_view name, std::optional<std::size_t> count)
+{
+    constexpr std::size_t width = 8;
+    std::array<char, 32> digits {};
+    auto const end = std::to_chars(
+        digits.data(), digits.data() + digits.size(), milliseconds, std::chars_format::fixed, 1)
+                         .ptr;
+    std::string line(digits.data(), end);
+    line.insert(0, width - std::min(width, line.size()), ' ');
+    line.append(" ms  ").append(name);
+    return count ? line + ' ' + std::to_string(*count) : line;
+}
+
 Trace::Trace()
 {
     auto const* const value = std::getenv("PIXELHAIN_TRACE");
@@ -51,8 +69,8 @@ void Trace::milestone(std::string_view name, std::optional<std::size_t> count) c
 {
     if (!isOn_)
         return;
-    auto const line = std::string(name) + (count ? ' ' + std::to_string(*count) : std::string());
-    std::fprintf(stderr, "%8.1f ms  %s\n", millisecondsSinceProcessStart(), line.c_str());
+    auto const line = milestoneLine(millisecondsSinceProcessStart(), name, count);
+    std::fprintf(stderr, "%s\n", line.c_str());
 }
 
 } // namespace pixelhain

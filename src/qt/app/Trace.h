@@ -1,5 +1,6 @@
 #pragma once
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace pixelhain {
@@ -16,6 +17,10 @@ public:
 private:
     bool isOn_;
 };
+
+/// "   412.5 ms  visible-complete 66", the same whatever the language.
+[[nodiscard]] std::string milestoneLine(
+    double milliseconds, std::string_view name, std::optional<std::size_t> count);
 
 /// Milliseconds since the kernel started this process, to about ten of them.
 [[nodiscard]] double millisecondsSinceProcessStart();
