@@ -4,7 +4,9 @@
 #include "model/PhotoIndex.h"
 #include "model/PhotoItem.h"
 #include "model/PhotoTest.h"
+#include "model/Slideshow.h"
 #include "model/SortKey.h"
+#include "model/TrashedPhoto.h"
 #include "ports/Ports.h"
 #include "sidebar/FolderWatcher.h"
 #include <memory>
@@ -133,6 +135,8 @@ private:
     std::optional<std::size_t> anchor_;
     int scanGeneration_ = 0;
     std::optional<FileUrl> pendingFileToShow_;
+    Slideshow slideshow_;
+    std::vector<TrashedPhoto> lastTrashed_; ///< what `canUndoTrash` can bring back
     std::shared_ptr<Restorable> heldRestore_; ///< found while an open request still looked
     bool isOpening_ = false;
     bool isRestoring_ = false;

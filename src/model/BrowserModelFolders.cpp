@@ -165,6 +165,7 @@ void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGa
     showItems({});
     selection = std::set<FileUrl>();
     searchText = std::string();
+    lastTrashed_.clear();
     canUndoTrash = false;
     LastFolders::write(ports_.preferences, folders);
     if (focusGallery == FocusGallery::yes && window_)

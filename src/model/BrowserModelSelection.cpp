@@ -36,6 +36,7 @@ void BrowserModel::closeViewer()
 
 void BrowserModel::stopSlideshow()
 {
+    slideshow_ = {};
     isSlideshow = false;
     isSlideshowPaused = false;
 }

@@ -23,6 +23,7 @@ inline constexpr std::string_view shuffleKey = "shuffle";
 inline constexpr std::string_view lastFolderKey = "lastFolder";
 inline constexpr std::string_view lastFoldersKey = "lastFolders";
 inline constexpr std::string_view lastRootKey = "lastRoot";
+inline constexpr std::string_view lastTargetKey = "lastTarget"; ///< of moving and copying
 
 /// Points: the range of the toolbar's slider.
 inline constexpr double minThumbSize = 80;
