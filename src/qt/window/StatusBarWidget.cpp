@@ -70,7 +70,7 @@ void StatusBarWidget::useTones()
         part->setFont(font);
     setRole(*count_, QPalette::WindowText, tones.of(ColorRole::secondary));
     setRole(*dot_, QPalette::WindowText, tones.of(ColorRole::tertiary));
-    setRole(*selectNone_, QPalette::ButtonText, palette().color(QPalette::Link));
+    setRole(*selectNone_, QPalette::ButtonText, tones.link());
     // The bar keeps its height when the link comes and goes.
     auto const line = QFontMetrics(font).height();
     selectNone_->setMaximumHeight(line + 4);

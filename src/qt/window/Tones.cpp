@@ -26,6 +26,11 @@ QColor Tones::separator() const
     return mixed(0.16);
 }
 
+QColor Tones::link() const
+{
+    return ground_.lightness() > 127 ? accent_.darker(140) : accent_.lighter(125);
+}
+
 QColor Tones::of(Tint const& tint) const
 {
     auto color = [&]() -> QColor {

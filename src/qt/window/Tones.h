@@ -15,6 +15,8 @@ public:
 
     QColor ground() const { return ground_; }
     QColor separator() const;
+    /// The accent, strong enough for letters.
+    QColor link() const;
     QColor of(Tint const& tint) const;
     QColor of(ColorRole role) const { return of(Tint { role }); }
 

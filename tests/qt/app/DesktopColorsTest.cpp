@@ -66,6 +66,7 @@ TEST_CASE("every text tone can be read on its ground, in light and dark colours"
             Tones const tones(palette, ground);
             CHECK(contrast(tones.of(ColorRole::primary), tones.ground()) >= 7);
             CHECK(contrast(tones.of(ColorRole::secondary), tones.ground()) >= 4.5);
+            CHECK(contrast(tones.link(), tones.ground()) >= 4);
             CHECK(contrast(tones.of(ColorRole::tertiary), tones.ground()) >= 4);
         }
 }
