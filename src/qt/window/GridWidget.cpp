@@ -66,17 +66,23 @@ void GridWidget::modelChanged()
     viewport()->update();
 }
 
-// The photo at the top stays where it is, however the columns fall.
+// The photo at the top stays where it is, however the columns fall. It is the same one until the
+// next scroll: taking another after each change would move the page with every resize.
 void GridWidget::layOut()
 {
     if (!painter_)
         renewPainter();
     view_.layOut(viewport()->width(), painter_->captions().lineHeights());
-    if (first_ && top_ > 0)
-        top_ = topFor(*first_).value_or(top_);
+    auto const held = first_ && top_ > 0 ? indexOf(*first_) : std::nullopt;
+    if (held) {
+        first_->index = *held;
+        top_ = view_.layout().cell(*held).y - first_->offset;
+    }
     top_ = view_.layout().clampedScroll(top_, viewportHeight());
     updateScrollBar();
     showCells();
+    if (!held)
+        first_ = anchor();
 }
 
 void GridWidget::showCells()
@@ -91,7 +97,6 @@ void GridWidget::showCells()
         if (!inView.contains(index))
             showCell(index);
     pictures_.endUpdate();
-    first_ = anchor();
 }
 
 void GridWidget::showCell(std::size_t index)
@@ -109,7 +114,7 @@ std::optional<GridWidget::Anchor> GridWidget::anchor() const
         view_.layout().cell(inView.first).y - top_ };
 }
 
-std::optional<double> GridWidget::topFor(Anchor const& anchor) const
+std::optional<std::size_t> GridWidget::indexOf(Anchor const& anchor) const
 {
     auto const& items = *services_.model.items;
     auto const matches
@@ -119,7 +124,7 @@ std::optional<double> GridWidget::topFor(Anchor const& anchor) const
         auto const before = anchor.index - std::min(away, anchor.index);
         for (auto const index : { anchor.index + away, before })
             if (matches(index))
-                return view_.layout().cell(index).y - anchor.offset;
+                return index;
     }
     return std::nullopt;
 }
@@ -162,6 +167,7 @@ void GridWidget::moveTo(double top)
         return;
     top_ = static_cast<double>(after) / view_.displayScale;
     showCells();
+    first_ = anchor();
     updateScrollBar();
     scrollPixels(before, after);
 }

@@ -70,7 +70,7 @@ private:
     void showCells();
     void showCell(std::size_t index);
     std::optional<Anchor> anchor() const;
-    std::optional<double> topFor(Anchor const& anchor) const;
+    std::optional<std::size_t> indexOf(Anchor const& anchor) const;
     void updateScrollBar();
     void moveTo(double top);
     void scrollPixels(long long before, long long after);
@@ -93,7 +93,7 @@ private:
     bool isSettingBar_ = false;
     bool isComplete_ = false;
     bool hasShownPicture_ = false;
-    std::optional<Anchor> first_; ///< the cell at the top
+    std::optional<Anchor> first_; ///< the cell at the top after the last scroll
     LastSeen<std::vector<FileUrl>> shownFolders_;
 };
 

@@ -220,6 +220,36 @@ TEST_CASE("the photo at the top stays there when the columns change")
     CHECK(first - inView.first < static_cast<std::size_t>(gallery.desk.model().columns()));
 }
 
+TEST_CASE("a window made narrow step by step and wide again shows what it showed")
+{
+    Gallery gallery(1000);
+    REQUIRE(gallery.desk.model().columns() == 5);
+    gallery.grid.scrollTo(gallery.grid.view().layout().cell(187).y + 20);
+    auto const before = gallery.grid.top();
+    auto const first = gallery.grid.view().inView().first;
+    REQUIRE(first == 185);
+    for (auto const width : { 900, 750, 600, 420, 300, 420, 600, 750, 900 }) {
+        gallery.grid.resize(width, 600);
+        gallery.frame();
+        CHECK(gallery.grid.view().inView().contains(first));
+    }
+    gallery.grid.resize(Gallery::width, 600);
+    gallery.frame();
+    CHECK(gallery.grid.top() == doctest::Approx(before));
+}
+
+TEST_CASE("the photo at the top is another one after each scroll")
+{
+    Gallery gallery(1000);
+    gallery.grid.scrollTo(8000);
+    gallery.frame();
+    gallery.grid.scrollTo(15000);
+    auto const first = gallery.grid.view().inView().first;
+    gallery.grid.resize(600, 600);
+    gallery.frame();
+    CHECK(gallery.grid.view().inView().contains(first));
+}
+
 TEST_CASE("the last of very many photos can be reached with the scroll bar")
 {
     Gallery gallery(100'000);
