@@ -31,6 +31,13 @@ class WindowTest(Programs):
         self.assertGreater(int(shown["visible-complete"]), 3)
         self.assertLessEqual({"window-shown", "first-thumbnail"}, shown.keys())
 
+    def test_nothing_is_seen_before_the_window_is(self):
+        result, _ = self.show("order", self.samples, home="order")
+        names = [name for name, _ in self.milestones(result)]
+        self.assertEqual(len(names), len(set(names)), result.stderr)
+        self.assertLess(names.index("window-shown"), names.index("first-thumbnail"), result.stderr)
+        self.assertLessEqual(names.index("first-thumbnail"), names.index("visible-complete"))
+
     def test_the_folder_shown_last_is_shown_again(self):
         self.show("first", self.samples, home="again")
         result, _ = self.show("second", home="again")
@@ -43,6 +50,9 @@ class WindowTest(Programs):
         result, file = self.show("empty", empty, home="empty")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertLess(Picture(file).colorful_share(), 0.1)
+        shown = dict(self.milestones(result))
+        self.assertEqual(shown["scan-accepted"], "0")
+        self.assertEqual(shown["visible-complete"], "0")
 
     def test_a_picture_of_the_window_that_cannot_be_saved_is_a_failure(self):
         result, _ = self.show("no such folder/window", self.samples, home="unsaved")

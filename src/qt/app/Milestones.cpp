@@ -12,19 +12,33 @@ Milestones::Milestones(Trace const& trace, BrowserModel& model, MainWindowWidget
 {
 }
 
+void Milestones::windowShown()
+{
+    trace_.milestone("window-shown");
+    isShown_ = true;
+    look();
+}
+
 void Milestones::modelChanged()
 {
     if (wasLoading_ && !model_.isLoading) {
         trace_.milestone("scan-accepted", model_.allItems().size());
         sawComplete_ = false;
         sawIdle_ = false;
+        // Without photos the gallery paints no frame that would tell.
+        if (model_.items->empty())
+            look();
     }
     wasLoading_ = model_.isLoading;
 }
 
-void Milestones::painted()
+// Pictures may be painted within the window's very first frame, which nobody sees before it is on
+// the screen.
+void Milestones::look()
 {
     auto const& grid = window_.content().grid();
+    if (!isShown_)
+        return;
     if (!sawPicture_ && grid.hasShownPicture()) {
         sawPicture_ = true;
         trace_.milestone("first-thumbnail");
@@ -33,10 +47,15 @@ void Milestones::painted()
         sawComplete_ = true;
         trace_.milestone("visible-complete", grid.view().inView().count());
     }
-    if (sawComplete_ && !sawIdle_ && window_.isComplete() && grid.isIdle()) {
+    if (sawComplete_ && !sawIdle_ && isIdle()) {
         sawIdle_ = true;
         trace_.milestone("idle");
     }
+}
+
+bool Milestones::isIdle() const
+{
+    return window_.isComplete() && (model_.items->empty() || window_.content().grid().isIdle());
 }
 
 } // namespace pixelhain

@@ -13,16 +13,21 @@ class Milestones {
 public:
     Milestones(Trace const& trace, BrowserModel& model, MainWindowWidget& window);
 
+    /// To be called once, when the window's first frame is on the screen.
+    void windowShown();
     /// To be called after each frame of the gallery.
-    void painted();
+    void painted() { look(); }
 
 private:
     void modelChanged();
+    void look();
+    bool isIdle() const;
 
     Trace const& trace_;
     BrowserModel& model_;
     MainWindowWidget& window_;
     Observation observation_;
+    bool isShown_ = false;
     bool wasLoading_ = false;
     bool sawPicture_ = false;
     bool sawComplete_ = true;

@@ -31,6 +31,8 @@ std::optional<QString> Screenshot::obstacle() const
 {
     if (mustOpen_ && !*model_.folder)
         return QStringLiteral("der Ordner wurde nicht geöffnet");
+    if (!window_.isOnScreen())
+        return QStringLiteral("das Fenster steht nicht auf dem Bildschirm");
     if (!window_.isComplete())
         return QStringLiteral("es haben nicht alle sichtbaren Zellen ein Bild");
     return std::nullopt;

@@ -90,7 +90,7 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     window.activated = [&] { delegate->applicationDidBecomeActive(); };
 
     Milestones milestones(trace, model, window);
-    window.shown = [&] { trace.milestone("window-shown"); };
+    window.shown = [&] { milestones.windowShown(); };
     window.content().grid().painted = [&] { milestones.painted(); };
 
     delegate->openUrls(line.files);

@@ -101,7 +101,10 @@ void MainWindowWidget::paintEvent(QPaintEvent* event)
     if (std::exchange(hasPainted_, true))
         return;
     loop_.post([alive = QPointer<MainWindowWidget>(this)] {
-        if (alive && alive->shown)
+        if (!alive)
+            return;
+        alive->isOnScreen_ = true;
+        if (alive->shown)
             alive->shown();
     });
 }

@@ -18,6 +18,9 @@ public:
     /// Whether what the window shows is all there is to show for now.
     bool isComplete() const;
 
+    /// Whether the first frame has come to the screen.
+    bool isOnScreen() const { return isOnScreen_; }
+
     /// Called once, when the window stands on the screen with its first frame.
     std::function<void()> shown;
     std::function<void()> activated;
@@ -38,6 +41,7 @@ private:
     ContentWidget* content_;
     bool hasAppeared_ = false;
     bool hasPainted_ = false;
+    bool isOnScreen_ = false;
     Observation observation_;
 };
 
