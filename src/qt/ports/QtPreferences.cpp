@@ -25,8 +25,12 @@ IniText readFile(QString const& path)
     return IniText({ bytes.constData(), static_cast<std::size_t>(bytes.size()) });
 }
 
+// Only a file is written anew: where a link leads to a device, replacing that would take the device
+// from everyone else.
 void writeFile(QString const& path, std::string const& text)
 {
+    if (QFileInfo const there(path); there.exists() && !there.isFile())
+        return;
     QDir().mkpath(QFileInfo(path).absolutePath());
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))

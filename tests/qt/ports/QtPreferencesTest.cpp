@@ -4,6 +4,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <doctest/doctest.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace pixelhain;
 
@@ -66,6 +69,36 @@ TEST_CASE("a preference file that is a folder, or too large, counts as empty")
     CHECK_FALSE(QtPreferences(path(folder.url())).text("sortKey"));
     auto const url = folder.file("pixelhain.ini", std::string(3 << 20, '\n') + "sortKey=date");
     CHECK_FALSE(QtPreferences(path(url)).text("sortKey"));
+}
+
+TEST_CASE("what is no file is never replaced, not even behind a link")
+{
+    TemporaryFolder folder;
+    auto const pipe = folder.url().child("pipe");
+    REQUIRE(::mkfifo(pipe.cString(), 0600) == 0);
+    auto const link = folder.url().child("pixelhain.ini");
+    REQUIRE(::symlink(pipe.cString(), link.cString()) == 0);
+    {
+        QtPreferences preferences(path(link));
+        preferences.setNumber("thumbSize", 90);
+    }
+    CHECK(std::filesystem::is_symlink(link.path()));
+    CHECK(std::filesystem::is_fifo(pipe.path()));
+}
+
+TEST_CASE("a link to a settings file stays a link")
+{
+    TemporaryFolder folder;
+    auto const file = folder.file("kept.ini", "thumbSize=100\n");
+    auto const link = folder.url().child("pixelhain.ini");
+    REQUIRE(::symlink(file.cString(), link.cString()) == 0);
+    {
+        QtPreferences preferences(path(link));
+        CHECK(preferences.number("thumbSize") == 100);
+        preferences.setNumber("thumbSize", 90);
+    }
+    CHECK(std::filesystem::is_symlink(link.path()));
+    CHECK(QtPreferences(path(file)).number("thumbSize") == 90);
 }
 
 TEST_CASE("writing leaves no other file behind")
