@@ -3,7 +3,9 @@
 #include "cli/InOrder.h"
 #include "cli/PngFile.h"
 #include <array>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <unordered_set>
 #include <utility>
 
@@ -129,6 +131,14 @@ private:
 
 ExitCode run(Arguments const& arguments, CommandContext const& context)
 {
+    if (auto const output = arguments.value("--output")) {
+        std::error_code error;
+        std::filesystem::create_directories(context.place(*output).path(), error);
+        if (error) {
+            context.complain(*output, error.message());
+            return ExitCode::failure;
+        }
+    }
     Thumbnails thumbnails(arguments, context);
     auto const start = [&](std::size_t file, InOrder::Done done) {
         return thumbnails.start(file, std::move(done));
@@ -144,14 +154,16 @@ Command const& thumbnailCommand()
         .name = "thumbnail",
         .usage = "--size N [--display] [--jobs N] [--output DIR] FILE…",
         .summary = "Decode pictures as the gallery does.",
-        .details = "Prints path, width, height and where the pixels came from, separated by tabs:\n"
-                   "embedded (a preview in the file), scaled (the picture, read at a reduced\n"
-                   "scale) or full.\n"
-                   "  --size N        longest side at most, in pixels\n"
-                   "  --display       as the viewer does: without the previews in the files\n"
-                   "  --jobs N        pictures decoded side by side; usually the processors\n"
-                   "  --output DIR    write DIR/NAME.png, NAME with its ending; never over a file\n"
-                   "                  that is there: of two files of one name the second fails\n",
+        .details
+        = "Prints path, width, height and where the pixels came from, separated by tabs:\n"
+          "embedded (a preview in the file), scaled (the picture, read at a reduced\n"
+          "scale) or full.\n"
+          "  --size N        longest side at most, in pixels\n"
+          "  --display       as the viewer does: without the previews in the files\n"
+          "  --jobs N        pictures decoded side by side; usually the processors\n"
+          "  --output DIR    write DIR/NAME.png, NAME with its ending, in a folder that is made\n"
+          "                  if it is not there; never over a file: of two files of one\n"
+          "                  name the second fails\n",
         .options = options,
         .check = check,
         .run = run,

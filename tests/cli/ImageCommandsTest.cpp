@@ -127,6 +127,27 @@ TEST_CASE("thumbnails are written under the names of their files")
     CHECK(std::filesystem::exists(output.url().child("a\xFF.jpg.png").path()));
 }
 
+TEST_CASE("the output folder is made where there is none")
+{
+    Desk desk;
+    desk.add("a.jpg", picture({ 40, 30 }));
+    TemporaryFolder const place;
+    auto const output = place.url().child("new").child("thumbs");
+    CHECK(desk.run({ "thumbnail", "--size", "20", "--output", output.path() }) == 0);
+    CHECK(std::filesystem::exists(output.child("a.jpg.png").path()));
+}
+
+TEST_CASE("where the output folder cannot be made nothing is decoded")
+{
+    Desk desk;
+    desk.add("a.jpg", picture({ 40, 30 }));
+    TemporaryFolder const place;
+    auto const output = place.file("there", "a photo").child("thumbs");
+    CHECK(desk.run({ "thumbnail", "--size", "20", "--output", output.path() }) == 1);
+    CHECK(desk.out.text().empty());
+    CHECK(desk.errors.text().starts_with("pixelhain-cli: "));
+}
+
 TEST_CASE("a later file of the same name neither replaces the earlier one nor passes for done")
 {
     Desk desk;
