@@ -9,6 +9,10 @@ namespace pixelhain {
 namespace {
 
 constexpr int mostSegments = 4096;
+// Bytes between segments that are skipped in all, each at the price of a read.
+constexpr int mostStray = 4096;
+// Blocks of metadata that are looked into; cameras write one of each kind.
+constexpr int mostBlocks = 16;
 
 struct Segment {
     std::uint8_t marker = 0;
@@ -33,11 +37,10 @@ bool standsAlone(std::uint8_t marker)
 }
 
 // The segment whose marker is the first at or after `offset`; bytes between segments are
-// skipped as decoders do.
-std::optional<Segment> nextSegment(ByteSource const& bytes, std::uint64_t offset)
+// skipped as decoders do, and added to `stray`.
+std::optional<Segment> nextSegment(ByteSource const& bytes, std::uint64_t offset, int& stray)
 {
-    constexpr int mostStray = 4096;
-    for (int stray = 0; stray < mostStray; ++stray, ++offset) {
+    for (; stray < mostStray; ++stray, ++offset) {
         std::array<std::uint8_t, 4> head {};
         auto const got = bytes.readAt(offset, head);
         if (got < 2)
@@ -57,7 +60,7 @@ std::optional<Segment> nextSegment(ByteSource const& bytes, std::uint64_t offset
 }
 
 void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHeader& header,
-    std::vector<ProfilePart>& parts)
+    std::vector<ProfilePart>& parts, int& blocks)
 {
     std::array<std::uint8_t, 14> start {};
     auto const got = bytes.readAt(segment.offset,
@@ -66,10 +69,11 @@ void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHe
     auto const known = ByteSpan(start).first(got);
     if (segment.marker == 0xE1 && startsWith(known, "Exif\0") && known.size() > 6) {
         constexpr std::uint64_t skip = 6;
-        if (header.traits.exif == ExifSummary {})
+        if (header.traits.exif == ExifSummary {} && ++blocks <= mostBlocks)
             header.traits.exif = readExif(bytes, segment.offset + skip, segment.length - skip);
     } else if (segment.marker == 0xE2 && startsWith(known, "MPF\0")) {
-        header.traits.pictures = readMultiPictureIndex(bytes, segment.offset + 4);
+        if (++blocks <= mostBlocks)
+            header.traits.pictures = readMultiPictureIndex(bytes, segment.offset + 4);
     } else if (segment.marker == 0xE2 && startsWith(known, "ICC_PROFILE\0")
         && known.size() == start.size()) {
         parts.push_back({ start[12], start[13],
@@ -97,12 +101,14 @@ std::optional<JpegHeader> readJpegHeader(ByteSource const& bytes)
     JpegHeader header;
     std::vector<ProfilePart> parts;
     std::uint64_t offset = 2;
+    int stray = 0;
+    int blocks = 0;
     for (int i = 0; i < mostSegments; ++i) {
-        auto const segment = nextSegment(bytes, offset);
+        auto const segment = nextSegment(bytes, offset, stray);
         if (!segment || segment->marker == 0xDA)
             break;
         if (segment->marker == 0xE1 || segment->marker == 0xE2) {
-            takeApplicationData(bytes, *segment, header, parts);
+            takeApplicationData(bytes, *segment, header, parts, blocks);
         } else if (isFrame(segment->marker) && header.traits.size == PixelSize {}) {
             std::array<std::uint8_t, 5> frame {};
             if (bytes.readAt(segment->offset, frame) != frame.size())

@@ -1,5 +1,6 @@
 #include "codecs/CodecSupport.h"
 #include "codecs/DecodeLimits.h"
+#include "support/ByteWriter.h"
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -194,4 +195,42 @@ TEST_CASE("a JPEG of thousands of scans is given up after some")
     REQUIRE(source);
     CHECK(source->decode(320));
     CHECK(reads.bytes < length / 4);
+}
+
+TEST_CASE("padding between the segments of a JPEG is given up after some")
+{
+    auto const jpeg = writeJpeg(sampleColors({ 16, 16 }));
+    ByteWriter file;
+    file.raw({ 0xFF, 0xD8 });
+    for (int i = 0; i < 200; ++i) {
+        file.raw({ 0xFF, 0xE0, 0, 2 });
+        file.raw(FileBytes(4000, 0));
+    }
+    file.bytes.insert(file.bytes.end(), jpeg.begin() + 2, jpeg.end());
+    MemoryBytes::Reads reads;
+    static_cast<void>(opened(std::move(file.bytes), &reads));
+    CHECK(reads.calls < 10'000);
+}
+
+TEST_CASE("of a JPEG's thousands of blocks of metadata only some are looked into")
+{
+    // Directories that are long and say nothing.
+    auto const jpeg = writeJpeg(sampleColors({ 16, 16 }));
+    ByteWriter file;
+    file.raw({ 0xFF, 0xD8 });
+    constexpr unsigned fields = 4096;
+    constexpr unsigned length = fields * 12 + 6 + 14;
+    constexpr int blocks = 500;
+    for (int i = 0; i < blocks; ++i) {
+        file.raw({ 0xFF, 0xE1, length >> 8, length & 0xFF });
+        file.raw({ 'E', 'x', 'i', 'f', 0, 0, 'I', 'I', 42, 0, 8, 0, 0, 0, 0, fields >> 8 });
+        file.raw(FileBytes(length - 18, 0));
+    }
+    file.bytes.insert(file.bytes.end(), jpeg.begin() + 2, jpeg.end());
+    auto const whole = file.size();
+    MemoryBytes::Reads reads;
+    auto const source = opened(std::move(file.bytes), &reads);
+    REQUIRE(source);
+    CHECK(source->pixelSize() == PixelSize { 16, 16 });
+    CHECK(reads.bytes < whole / 10);
 }
