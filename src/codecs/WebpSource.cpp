@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::size_t headBytes = std::size_t { 4 } << 10;
 constexpr std::uint64_t firstChunk = 12;
+// Chunks besides the frames: a hole in a file reads as empty ones without end.
+constexpr std::size_t mostOthers = 4096;
 
 struct WebpHeader {
     PhotoTraits traits; ///< the size is the canvas's
@@ -75,7 +77,8 @@ std::optional<WebpHeader> readHeader(ByteSource const& bytes)
 {
     WebpHeader header;
     auto offset = firstChunk;
-    while (header.frames < DecodeLimits::frames) {
+    for (std::size_t chunks = 0;
+         header.frames < DecodeLimits::frames && chunks < header.frames + mostOthers; ++chunks) {
         std::array<std::uint8_t, 8> head {};
         if (bytes.readAt(offset, head) != head.size())
             break;

@@ -234,3 +234,17 @@ TEST_CASE("of a JPEG's thousands of blocks of metadata only some are looked into
     CHECK(source->pixelSize() == PixelSize { 16, 16 });
     CHECK(reads.bytes < whole / 10);
 }
+
+TEST_CASE("a WebP that is one long hole is given up after some empty chunks")
+{
+    ByteWriter file;
+    file.text("RIFF");
+    file.u32(10'000'000);
+    file.text("WEBPVP8X");
+    file.u32(10);
+    file.raw({ 2, 0, 0, 0, 15, 0, 0, 15, 0, 0 });
+    file.raw(FileBytes(10'000'000, 0));
+    MemoryBytes::Reads reads;
+    CHECK_FALSE(opened(std::move(file.bytes), &reads));
+    CHECK(reads.calls < 10'000);
+}
