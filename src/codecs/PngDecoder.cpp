@@ -15,6 +15,11 @@ namespace pixelhain {
 
 namespace {
 
+// What no pixel depends on. The library would keep it all, and compressed texts of a few
+// kilobytes unpack to megabytes each. Every name ends with a NUL.
+constexpr char unusedChunks[] = "bKGD\0eXIf\0hIST\0iTXt\0oFFs\0pCAL\0"
+                                "pHYs\0sCAL\0sPLT\0tEXt\0tIME\0zTXt";
+
 /// One PNG reader with its error exits. The library leaves a call by longjmp, so every call
 /// goes through `guarded`, and nothing with a destructor lives between both ends.
 class Reader {
@@ -48,6 +53,8 @@ public:
             png_set_chunk_malloc_max(png, DecodeLimits::colorProfile * 2);
             png_set_crc_action(png, PNG_CRC_WARN_USE, PNG_CRC_WARN_DISCARD);
             png_set_benign_errors(png, 1);
+            png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER,
+                reinterpret_cast<png_const_bytep>(unusedChunks), sizeof unusedChunks / 5);
             png_read_info(png, info);
         });
     }

@@ -2,6 +2,8 @@
 #include "codecs/DecodeLimits.h"
 #include "support/ByteWriter.h"
 #include <doctest/doctest.h>
+#include <sys/resource.h>
+#include <zlib.h>
 
 using namespace pixelhain;
 
@@ -247,4 +249,46 @@ TEST_CASE("a WebP that is one long hole is given up after some empty chunks")
     MemoryBytes::Reads reads;
     CHECK_FALSE(opened(std::move(file.bytes), &reads));
     CHECK(reads.calls < 10'000);
+}
+
+namespace {
+
+FileBytes withTexts(FileBytes const& png, FileBytes const& text, int count)
+{
+    constexpr std::size_t behindHeader = 33;
+    ByteWriter chunk(true);
+    chunk.u32(text.size());
+    chunk.text("zTXt");
+    chunk.raw(text);
+    chunk.u32(::crc32(0, chunk.bytes.data() + 4, static_cast<unsigned>(text.size()) + 4));
+    ByteWriter file(true);
+    file.bytes.assign(png.begin(), png.begin() + behindHeader);
+    for (int i = 0; i < count; ++i)
+        file.raw(chunk.bytes);
+    file.bytes.insert(file.bytes.end(), png.begin() + behindHeader, png.end());
+    return file.bytes;
+}
+
+long peakMegabytes()
+{
+    rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+} // namespace
+
+TEST_CASE("texts in a PNG that unpack to a thousand times their length are not unpacked")
+{
+    FileBytes const plain(7U << 20U, 'A');
+    FileBytes text { 'k', 0, 0 };
+    auto packed = ::compressBound(plain.size());
+    text.resize(3 + packed);
+    REQUIRE(::compress(text.data() + 3, &packed, plain.data(), plain.size()) == Z_OK);
+    text.resize(3 + packed);
+    auto const before = peakMegabytes();
+    auto const source = opened(withTexts(writePng(sampleColors({ 16, 16 }), {}), text, 100));
+    REQUIRE(source);
+    CHECK(source->decode(16));
+    CHECK(peakMegabytes() - before < 100);
 }
