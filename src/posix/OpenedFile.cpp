@@ -1,6 +1,8 @@
 #include "posix/OpenedFile.h"
+#include "posix/FolderHandle.h"
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,16 +11,30 @@ namespace pixelhain {
 
 namespace {
 
-int openForReading(char const* path)
+// The kernel takes no path of PATH_MAX bytes or more: such a file is reached from its folder.
+struct Place {
+    explicit Place(FileUrl const& url)
+    {
+        if (url.path().size() < PATH_MAX) {
+            name = url.cString();
+            return;
+        }
+        folder = openFolder(url.parent().path(), O_PATH);
+        base = folder.get();
+        name = url.cString() + url.path().rfind('/') + 1;
+    }
+
+    Descriptor folder;
+    int base = AT_FDCWD;
+    char const* name = nullptr;
+};
+
+int openForReading(Place const& place)
 {
     // Something else may take the file's place after it was looked at: nothing that is opened here
     // may block or become the terminal of this process.
     constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    int descriptor = -1;
-    do
-        descriptor = ::open(path, flags);
-    while (descriptor < 0 && errno == EINTR);
-    return descriptor;
+    return uninterrupted([&] { return ::openat(place.base, place.name, flags); });
 }
 
 } // namespace
@@ -26,10 +42,13 @@ int openForReading(char const* path)
 std::unique_ptr<OpenedFile> OpenedFile::open(FileUrl const& url)
 {
     struct stat info { };
-    // Merely opening a pipe wakes its writer, and opening a device may move it.
-    if (url.empty() || ::stat(url.cString(), &info) != 0 || !S_ISREG(info.st_mode))
+    if (url.empty())
         return nullptr;
-    int const descriptor = openForReading(url.cString());
+    Place const place(url);
+    // Merely opening a pipe wakes its writer, and opening a device may move it.
+    if (::fstatat(place.base, place.name, &info, 0) != 0 || !S_ISREG(info.st_mode))
+        return nullptr;
+    int const descriptor = openForReading(place);
     if (descriptor < 0)
         return nullptr;
     if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode) || info.st_size < 0

@@ -1,6 +1,8 @@
 #include "posix/OpenedFile.h"
+#include "support/DeepFolder.h"
 #include "support/TemporaryFolder.h"
 #include <array>
+#include <climits>
 #include <doctest/doctest.h>
 #include <fcntl.h>
 #include <string>
@@ -73,6 +75,18 @@ TEST_CASE("links are followed, and names need not be UTF-8")
     auto const file = OpenedFile::open(link);
     REQUIRE(file);
     CHECK(file->size() == 3);
+}
+
+TEST_CASE("a file is opened however long its path is")
+{
+    for (std::size_t const length : { PATH_MAX - 300, PATH_MAX - 6, PATH_MAX + 1, 3 * PATH_MAX }) {
+        CAPTURE(length);
+        TemporaryFolder const folder;
+        auto const url = makeDeepFile(folder.url(), length, "a.jpg");
+        CHECK(OpenedFile::open(url));
+        CHECK_FALSE(OpenedFile::open(url.parent()));
+        CHECK_FALSE(OpenedFile::open(url.parent().child("gone.jpg")));
+    }
 }
 
 TEST_CASE("nothing is opened where there is no regular file")
