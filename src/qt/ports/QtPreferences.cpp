@@ -9,8 +9,9 @@ namespace pixelhain {
 
 namespace {
 
-// Far more than our settings take; a larger file is not ours.
-constexpr qint64 largestFile = 1 << 20;
+// Room for the paths of 50,000 folders, the longest of our settings; a larger file is not ours, and
+// the next change replaces it.
+constexpr qint64 largestFile = 16 << 20;
 
 // Changes come in groups (a slider that moves): one write serves them all.
 constexpr std::chrono::milliseconds gathering { 250 };

@@ -39,6 +39,21 @@ TEST_CASE("preferences survive a restart")
     CHECK(again.texts("lastFolders") == std::vector<std::string> { "/\xe4", "/b" });
 }
 
+TEST_CASE("thousands of folders survive a restart, and the other settings with them")
+{
+    TemporaryFolder folder;
+    auto const file = path(folder.url().child("pixelhain.ini"));
+    std::vector<std::string> const folders(20'000, "/" + std::string(200, 'f'));
+    {
+        QtPreferences preferences(file);
+        preferences.setNumber("thumbSize", 200);
+        preferences.setTexts("lastFolders", folders);
+    }
+    QtPreferences const again(file);
+    CHECK(again.number("thumbSize") == 200);
+    CHECK(again.texts("lastFolders") == folders);
+}
+
 TEST_CASE("preferences are on the disk soon, not only at the end")
 {
     TemporaryFolder folder;
@@ -67,7 +82,7 @@ TEST_CASE("a preference file that is a folder, or too large, counts as empty")
 {
     TemporaryFolder folder;
     CHECK_FALSE(QtPreferences(path(folder.url())).text("sortKey"));
-    auto const url = folder.file("pixelhain.ini", std::string(3 << 20, '\n') + "sortKey=date");
+    auto const url = folder.file("pixelhain.ini", std::string(17 << 20, '\n') + "sortKey=date");
     CHECK_FALSE(QtPreferences(path(url)).text("sortKey"));
 }
 
