@@ -92,6 +92,7 @@ void GridWidget::paintCells(QPainter& painter, QRegion const& dirty)
     auto const bounds = dirty.boundingRect().adjusted(-1, -1, 1, 1);
     auto const rows = view_.layout().visible(top_ + bounds.top(), bounds.height(), 0);
     auto const& layout = view_.layout();
+    bool hasDrawnCaption = false; // each frame brings the page on, however slow it is
     QElapsedTimer clock;
     clock.start();
     for (auto index = rows.first; index < rows.last; ++index) {
@@ -101,10 +102,13 @@ void GridWidget::paintCells(QPainter& painter, QRegion const& dirty)
             continue;
         auto const cell = view_.cell(index);
         auto* drawn = pictures_.find(cell.item.url);
-        if (drawn && clock.nsecsElapsed() < captionNanoseconds)
-            painter_->captions().draw(cell, *drawn);
-        else if (drawn && !painter_->captions().isDrawn(cell, *drawn))
-            updateCell(index);
+        if (drawn && !painter_->captions().isDrawn(cell, *drawn)) {
+            if (!hasDrawnCaption || clock.nsecsElapsed() < captionNanoseconds)
+                painter_->captions().draw(cell, *drawn);
+            else
+                updateCell(index);
+            hasDrawnCaption = true;
+        }
         painter_->paint(painter, placeOf(index), cell, drawn);
         hasShownPicture_ = hasShownPicture_ || (drawn && !drawn->picture.isNull());
     }
