@@ -9,6 +9,15 @@ public:
 
     /// Takes the keyboard focus from any control, so that keys go to the gallery.
     virtual void focusGallery() = 0;
+
+    /// Whether the focus is in a field where text is typed.
+    [[nodiscard]] virtual bool isEditingText() const = 0;
+
+    /// The desktop's sound for "this cannot be done".
+    virtual void beep() = 0;
+
+    [[nodiscard]] virtual bool isFullScreen() const = 0;
+    virtual void toggleFullScreen() = 0;
 };
 
 } // namespace pixelhain

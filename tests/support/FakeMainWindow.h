@@ -7,7 +7,15 @@ namespace pixelhain {
 class FakeMainWindow final : public MainWindow {
 public:
     void focusGallery() override { ++focusCount; }
+    [[nodiscard]] bool isEditingText() const override { return editsText; }
+    void beep() override { ++beepCount; }
+    [[nodiscard]] bool isFullScreen() const override { return fullScreen; }
+    void toggleFullScreen() override { fullScreen = !fullScreen; }
+
     int focusCount = 0;
+    int beepCount = 0;
+    bool editsText = false;
+    bool fullScreen = false;
 };
 
 } // namespace pixelhain

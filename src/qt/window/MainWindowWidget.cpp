@@ -4,8 +4,11 @@
 #include "qt/ports/FileUrlText.h"
 #include <QApplication>
 #include <QEvent>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QPointer>
+#include <QTextEdit>
 #include <utility>
 
 namespace pixelhain {
@@ -79,6 +82,28 @@ bool MainWindowWidget::isComplete() const
 void MainWindowWidget::focusGallery()
 {
     content_->grid().setFocus();
+}
+
+bool MainWindowWidget::isEditingText() const
+{
+    auto* const focused = focusWidget();
+    return qobject_cast<QLineEdit*>(focused) || qobject_cast<QTextEdit*>(focused)
+        || qobject_cast<QPlainTextEdit*>(focused);
+}
+
+void MainWindowWidget::beep()
+{
+    QApplication::beep();
+}
+
+bool MainWindowWidget::isFullScreen() const
+{
+    return QMainWindow::isFullScreen();
+}
+
+void MainWindowWidget::toggleFullScreen()
+{
+    setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
 void MainWindowWidget::showEvent(QShowEvent* event)

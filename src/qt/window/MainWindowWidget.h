@@ -26,6 +26,10 @@ public:
     std::function<void()> activated;
 
     void focusGallery() override;
+    [[nodiscard]] bool isEditingText() const override;
+    void beep() override;
+    [[nodiscard]] bool isFullScreen() const override;
+    void toggleFullScreen() override;
 
 protected:
     void showEvent(QShowEvent* event) override;
