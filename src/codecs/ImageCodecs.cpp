@@ -65,24 +65,56 @@ private:
     std::unique_ptr<ImageSource> source_;
 };
 
+struct Codec {
+    bool (*knows)(ByteSpan start);
+    std::unique_ptr<ImageSource> (*open)(std::unique_ptr<ByteSource>);
+};
+
+bool isJpeg(ByteSpan start)
+{
+    return startsWith(start, "\xFF\xD8\xFF");
+}
+bool isPng(ByteSpan start)
+{
+    return startsWith(start, "\x89PNG\r\n\x1A\n");
+}
+bool isGif(ByteSpan start)
+{
+    return startsWith(start, "GIF8");
+}
+bool isBmp(ByteSpan start)
+{
+    return startsWith(start, "BM");
+}
+
+bool isWebp(ByteSpan start)
+{
+    return startsWith(start, "RIFF") && start.size() >= 12 && startsWith(start.subspan(8), "WEBP");
+}
+
+bool isTiff(ByteSpan start)
+{
+    return startsWith(start, "II*\0") || startsWith(start, "MM\0*") || startsWith(start, "II+\0")
+        || startsWith(start, "MM\0+");
+}
+
+// Asked in this order; the first that knows the bytes gets them.
+constexpr Codec codecs[] = {
+    { isJpeg, openJpeg },
+    { isPng, openPng },
+    { isGif, openGif },
+    { isWebp, openWebp },
+    { isTiff, openTiff },
+    { isBmp, openBmp },
+};
+
 std::unique_ptr<ImageSource> openByFirstBytes(std::unique_ptr<ByteSource> bytes)
 {
-    std::array<std::uint8_t, 16> start {};
+    std::array<std::uint8_t, 64> start {};
     auto const known = ByteSpan(start).first(bytes->readAt(0, start));
-    if (startsWith(known, "\xFF\xD8\xFF"))
-        return openJpeg(std::move(bytes));
-    if (startsWith(known, "\x89PNG\r\n\x1A\n"))
-        return openPng(std::move(bytes));
-    if (startsWith(known, "GIF8"))
-        return openGif(std::move(bytes));
-    if (startsWith(known, "RIFF") && known.size() >= 12 && startsWith(known.subspan(8), "WEBP"))
-        return openWebp(std::move(bytes));
-    if (startsWith(known, "II*\0") || startsWith(known, "MM\0*") || startsWith(known, "II+\0")
-        || startsWith(known, "MM\0+"))
-        return openTiff(std::move(bytes));
-    if (startsWith(known, "BM"))
-        return openBmp(std::move(bytes));
-    return nullptr;
+    auto const codec
+        = std::ranges::find_if(codecs, [&](Codec const& each) { return each.knows(known); });
+    return codec != std::end(codecs) ? codec->open(std::move(bytes)) : nullptr;
 }
 
 } // namespace
