@@ -2,8 +2,12 @@
 #include "codecs/BmpSource.h"
 #include "codecs/ByteView.h"
 #include "codecs/GifSource.h"
+#include "codecs/IcoSource.h"
 #include "codecs/JpegSource.h"
 #include "codecs/PngSource.h"
+#include "codecs/PnmSource.h"
+#include "codecs/QoiSource.h"
+#include "codecs/TgaSource.h"
 #include "codecs/TiffSource.h"
 #include "codecs/WebpSource.h"
 #include <algorithm>
@@ -98,6 +102,22 @@ bool isTiff(ByteSpan start)
         || startsWith(start, "MM\0+");
 }
 
+bool isQoi(ByteSpan start)
+{
+    return startsWith(start, "qoif");
+}
+
+bool isIco(ByteSpan start)
+{
+    return startsWith(start, "\0\0\1\0") && start.size() >= 6 && start[4] != 0;
+}
+
+bool isPnm(ByteSpan start)
+{
+    return start.size() >= 3 && start[0] == 'P' && start[1] >= '1' && start[1] <= '7'
+        && (start[2] == '#' || start[2] == ' ' || (start[2] >= '\t' && start[2] <= '\r'));
+}
+
 // Asked in this order; the first that knows the bytes gets them.
 constexpr Codec codecs[] = {
     { isJpeg, openJpeg },
@@ -106,6 +126,10 @@ constexpr Codec codecs[] = {
     { isWebp, openWebp },
     { isTiff, openTiff },
     { isBmp, openBmp },
+    { isQoi, openQoi },
+    { isPnm, openPnm },
+    { isIco, openIco },
+    { looksLikeTga, openTga },
 };
 
 std::unique_ptr<ImageSource> openByFirstBytes(std::unique_ptr<ByteSource> bytes)
