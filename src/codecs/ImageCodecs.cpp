@@ -1,12 +1,15 @@
 #include "codecs/ImageCodecs.h"
 #include "codecs/BmpSource.h"
 #include "codecs/ByteView.h"
+#include "codecs/ExrSource.h"
 #include "codecs/GifSource.h"
 #include "codecs/IcoSource.h"
+#include "codecs/Jp2Source.h"
 #include "codecs/JpegSource.h"
 #include "codecs/PngSource.h"
 #include "codecs/PnmSource.h"
 #include "codecs/QoiSource.h"
+#include "codecs/RadianceSource.h"
 #include "codecs/TgaSource.h"
 #include "codecs/TiffSource.h"
 #include "codecs/WebpSource.h"
@@ -107,6 +110,16 @@ bool isQoi(ByteSpan start)
     return startsWith(start, "qoif");
 }
 
+bool isExr(ByteSpan start)
+{
+    return startsWith(start, "\x76\x2F\x31\x01");
+}
+
+bool isRadiance(ByteSpan start)
+{
+    return startsWith(start, "#?RADIANCE") || startsWith(start, "#?RGBE");
+}
+
 bool isIco(ByteSpan start)
 {
     return startsWith(start, "\0\0\1\0") && start.size() >= 6 && start[4] != 0;
@@ -126,6 +139,9 @@ constexpr Codec codecs[] = {
     { isWebp, openWebp },
     { isTiff, openTiff },
     { isBmp, openBmp },
+    { isJp2, openJp2 },
+    { isExr, openExr },
+    { isRadiance, openRadiance },
     { isQoi, openQoi },
     { isPnm, openPnm },
     { isIco, openIco },

@@ -1,6 +1,7 @@
 #include "codecs/CodecSupport.h"
 #include "codecs/DecodeLimits.h"
 #include "support/ByteWriter.h"
+#include "support/PlainWriters.h"
 #include <doctest/doctest.h>
 #include <sys/resource.h>
 #include <zlib.h>
@@ -24,6 +25,23 @@ FileBytes busyJpeg(JpegOptions options)
     options.preview = writeJpeg(sampleColors({ 60, 45 }));
     options.profile = FileBytes(500, 0x42);
     return writeJpeg(sampleColors({ 80, 60 }), options);
+}
+
+void addPlain(std::vector<Sample>& all)
+{
+    auto const pixels = sampleWithAlpha({ 50, 40 });
+    all.push_back({ "QOI", writeQoi(pixels) });
+    for (auto const kind : { '1', '3', '4', '6', '7' })
+        all.push_back({ std::string("PNM ") + kind, writePnm(pixels, { kind, 255 }) });
+    using TgaKind = TgaOptions::Kind;
+    for (auto const kind : { TgaKind::color15, TgaKind::color32, TgaKind::palette })
+        all.push_back({ "TGA", writeTga(pixels, { kind, true, false, false }) });
+    using IcoKind = IcoPicture::Kind;
+    for (auto const kind : { IcoKind::masked24, IcoKind::color32, IcoKind::png })
+        all.push_back({ "ICO", writeIco({ { pixels, kind } }) });
+    using Packing = RadianceOptions::Packing;
+    for (auto const packing : { Packing::plain, Packing::oldRuns, Packing::separateRuns })
+        all.push_back({ "Radiance", writeRadiance(pixels, { packing, "-Y +X", 1 }) });
 }
 
 std::vector<Sample> samples()
@@ -77,6 +95,7 @@ std::vector<Sample> samples()
              BmpKind::rgba32, BmpKind::os2palette8 })
         all.push_back({ "BMP " + std::to_string(int(kind)),
             writeBmp(sampleColors({ 50, 40 }), { kind, false }) });
+    addPlain(all);
     return all;
 }
 
