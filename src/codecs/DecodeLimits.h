@@ -13,6 +13,8 @@ inline constexpr int side = 65535;
 inline constexpr std::int64_t pixels = std::int64_t { 1 } << 30;
 /// Bytes that a codec may hold besides the picture that it hands out.
 inline constexpr std::size_t memory = std::size_t { 1 } << 30;
+/// The same of a codec that holds the picture twice, sized for the 200 megapixels of a phone.
+inline constexpr std::int64_t twiceHeld = std::int64_t { 3 } << 29;
 /// Bytes of the picture that is handed out.
 inline constexpr std::size_t bitmap = std::size_t { 1 } << 30;
 /// Bytes of a file that a codec must hold whole.
@@ -25,6 +27,13 @@ inline constexpr std::size_t colorProfile = std::size_t { 4 } << 20;
 /// Entries of one TIFF directory, and directories followed in a row.
 inline constexpr std::size_t directoryEntries = 4096;
 inline constexpr std::size_t directories = 1024;
+/// Boxes that follow each other in a HEIF file; it can refer to 32767 properties.
+inline constexpr std::size_t boxes = 65536;
+/// Bytes of a table in a HEIF file; a picture of a thousand tiles needs 50,000.
+inline constexpr std::size_t boxTable = std::size_t { 4 } << 20;
+/// Pictures that one picture of a HEIF file is made of, and how deep they may be nested.
+inline constexpr std::size_t tiles = 65536;
+inline constexpr int nestedItems = 8;
 /// Frames of an animation and pages that are counted.
 inline constexpr std::size_t frames = 100'000;
 } // namespace DecodeLimits

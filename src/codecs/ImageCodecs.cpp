@@ -3,6 +3,8 @@
 #include "codecs/ByteView.h"
 #include "codecs/ExrSource.h"
 #include "codecs/GifSource.h"
+#include "codecs/HeifDecoder.h"
+#include "codecs/HeifSource.h"
 #include "codecs/IcoSource.h"
 #include "codecs/Jp2Source.h"
 #include "codecs/JpegSource.h"
@@ -138,6 +140,7 @@ constexpr Codec codecs[] = {
     { isGif, openGif },
     { isWebp, openWebp },
     { isTiff, openTiff },
+    { isHeif, openHeif },
     { isBmp, openBmp },
     { isJp2, openJp2 },
     { isExr, openExr },
@@ -158,6 +161,11 @@ std::unique_ptr<ImageSource> openByFirstBytes(std::unique_ptr<ByteSource> bytes)
 }
 
 } // namespace
+
+void warmUpCodecs()
+{
+    warmUpHeif();
+}
 
 std::unique_ptr<ImageSource> openImage(std::unique_ptr<ByteSource> bytes)
 {

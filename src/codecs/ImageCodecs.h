@@ -10,6 +10,10 @@ namespace pixelhain {
 /// part. Nothing if no codec knows them or the header is beyond use.
 std::unique_ptr<ImageSource> openImage(std::unique_ptr<ByteSource> bytes);
 
+/// Loads what codecs would otherwise look for in the file system when they are first used. To be
+/// called once before a process gives up its files; any number of calls do no harm.
+void warmUpCodecs();
+
 /// The extensions of the formats that count as photos.
 class CodecImageTypes final : public ImageTypes {
 public:

@@ -16,16 +16,6 @@ constexpr std::size_t headBytes = 4096;
 // Letterboxed thumbnails are those of 160 × 120 and their like.
 constexpr int largestWithBars = 640;
 
-// Within 2 %, or within what rounding to whole pixels does to a small preview.
-bool hasSameShape(PixelSize preview, PixelSize picture)
-{
-    auto const across = double(preview.width) * picture.height;
-    auto const down = double(preview.height) * picture.width;
-    auto const tolerance
-        = std::max(0.02 * down, 0.75 * std::max(double(picture.height), double(picture.width)));
-    return std::abs(across - down) <= tolerance;
-}
-
 bool isNearBlack(Bitmap const& bitmap, int left, int top, int width, int height)
 {
     constexpr std::uint64_t level = 24;
@@ -102,6 +92,15 @@ std::optional<DecodedImage> withoutBars(DecodedImage image, JpegPreview const& p
 }
 
 } // namespace
+
+bool hasSameShape(PixelSize preview, PixelSize picture)
+{
+    auto const across = double(preview.width) * picture.height;
+    auto const down = double(preview.height) * picture.width;
+    auto const tolerance
+        = std::max(0.02 * down, 0.75 * std::max(double(picture.height), double(picture.width)));
+    return std::abs(across - down) <= tolerance;
+}
 
 std::vector<JpegPreview> findJpegPreviews(ByteSource const& bytes, PhotoTraits const& traits)
 {

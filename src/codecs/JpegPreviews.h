@@ -19,6 +19,10 @@ struct JpegPreview {
     }
 };
 
+/// Whether a preview shows as much as the picture: its sides relate to each other like the
+/// picture's, within 2 % or what rounding to whole pixels does to a small one.
+[[nodiscard]] bool hasSameShape(PixelSize preview, PixelSize picture);
+
 /// The previews of the picture that `traits` describe, by their longest side ascending.
 [[nodiscard]] std::vector<JpegPreview> findJpegPreviews(
     ByteSource const& bytes, PhotoTraits const& traits);

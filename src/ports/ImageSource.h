@@ -26,7 +26,8 @@ public:
     virtual ~ImageSource() = default;
 
     /// Uniform type identifier of the bytes (not of the name): "public.jpeg", "public.png",
-    /// "com.compuserve.gif", "org.webmproject.webp", "public.tiff", "com.microsoft.bmp".
+    /// "com.compuserve.gif", "org.webmproject.webp", "public.tiff", "com.microsoft.bmp",
+    /// "public.heic", "public.heif", "public.avif", "public.jpeg-xl".
     [[nodiscard]] virtual std::string_view typeIdentifier() const = 0;
 
     /// Images, frames or pages in the file; at least 1. May read through the file.

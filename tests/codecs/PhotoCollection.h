@@ -67,6 +67,13 @@ inline bool isLoose(PhotoAnswers const& row)
         || path.find("float") != std::string::npos;
 }
 
+/// Whether a file that others refuse may be shown here: one is an attack on a single library, and
+/// the still picture in it is whole.
+inline bool mayBeShown(PhotoAnswers const& row)
+{
+    return row.at("kind") != "broken" || row.at("path") == "broken/avif_poc.avif";
+}
+
 /// Root mean square difference in grey levels, both reduced to 64 pixels, on black.
 inline double difference(Bitmap const& a, Bitmap const& b)
 {

@@ -6,7 +6,14 @@ using namespace pixelhain;
 
 namespace {
 
-std::vector<std::string> const ours { "jpeg", "png", "gif", "webp", "tiff", "bmp" };
+std::vector<std::string> const ours { "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif" };
+
+// Formats with turns of their own: what EXIF says beside them is no more than a note.
+bool turnsItself(PhotoAnswers const& row)
+{
+    auto const& path = row.at("path");
+    return path.starts_with("heif/") || path.starts_with("avif/") || path.starts_with("jxl/");
+}
 
 void checkPicture(PhotoAnswers const& row, Bitmap const& bitmap)
 {
@@ -49,6 +56,8 @@ TEST_CASE("every photo of the collection says what its table says")
             || type == "org.webmproject.webp";
         CHECK((canMove && source->frameCount() > 1) == (row.at("animation") == "animated"));
         auto const& orientation = row.at("orientation");
+        if (turnsItself(row))
+            continue;
         CHECK(std::to_string(source->orientation()) == (orientation == "-" ? "1" : orientation));
     }
 }
@@ -119,7 +128,7 @@ TEST_CASE("odd and broken files of the collection do no harm")
             continue;
         auto const source = opened(photoBytes(row));
         auto const image = source ? source->decode(256) : std::nullopt;
-        if (kind == "broken")
+        if (!mayBeShown(row))
             CHECK_FALSE(image);
         if (source) {
             for (std::size_t i = 0; i < source->previews().size(); ++i)
