@@ -4,6 +4,7 @@
 #include "codecs/HeifDecoder.h"
 #include "codecs/HeifIndex.h"
 #include "codecs/PhotoSource.h"
+#include "codecs/PreviewShape.h"
 #include "codecs/PictureBuilder.h"
 #include <algorithm>
 #include <array>

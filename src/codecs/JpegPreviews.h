@@ -1,5 +1,6 @@
 #pragma once
 #include "codecs/JpegHeader.h"
+#include "codecs/PreviewShape.h"
 #include "ports/ImageSource.h"
 #include <optional>
 #include <vector>
@@ -10,18 +11,10 @@ namespace pixelhain {
 struct JpegPreview {
     ByteRange range;
     PixelSize stored; ///< as its own frame says
-    int cropX = 0; ///< columns of black bars at each side
-    int cropY = 0; ///< rows of black bars above and below
+    PreviewBars bars;
 
-    [[nodiscard]] PixelSize shown() const
-    {
-        return { stored.width - 2 * cropX, stored.height - 2 * cropY };
-    }
+    [[nodiscard]] PixelSize shown() const { return withoutBars(stored, bars); }
 };
-
-/// Whether a preview shows as much as the picture: its sides relate to each other like the
-/// picture's, within 2 % or what rounding to whole pixels does to a small one.
-[[nodiscard]] bool hasSameShape(PixelSize preview, PixelSize picture);
 
 /// The previews of the picture that `traits` describe, by their longest side ascending.
 [[nodiscard]] std::vector<JpegPreview> findJpegPreviews(
