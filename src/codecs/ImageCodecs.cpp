@@ -12,6 +12,8 @@
 #include "codecs/PnmSource.h"
 #include "codecs/QoiSource.h"
 #include "codecs/RadianceSource.h"
+#include "codecs/RawContents.h"
+#include "codecs/RawSource.h"
 #include "codecs/TgaSource.h"
 #include "codecs/TiffSource.h"
 #include "codecs/WebpSource.h"
@@ -133,13 +135,20 @@ bool isPnm(ByteSpan start)
         && (start[2] == '#' || start[2] == ' ' || (start[2] >= '\t' && start[2] <= '\r'));
 }
 
+// Cameras wrap their RAW data in a TIFF, which more than the first bytes tells apart.
+std::unique_ptr<ImageSource> openTiffOrRaw(std::unique_ptr<ByteSource> bytes)
+{
+    return isTiffRaw(*bytes) ? openRaw(std::move(bytes)) : openTiff(std::move(bytes));
+}
+
 // Asked in this order; the first that knows the bytes gets them.
 constexpr Codec codecs[] = {
     { isJpeg, openJpeg },
     { isPng, openPng },
     { isGif, openGif },
     { isWebp, openWebp },
-    { isTiff, openTiff },
+    { isMakersRaw, openRaw },
+    { isTiff, openTiffOrRaw },
     { isHeif, openHeif },
     { isBmp, openBmp },
     { isJp2, openJp2 },

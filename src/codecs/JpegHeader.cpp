@@ -69,8 +69,10 @@ void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHe
     auto const known = ByteSpan(start).first(got);
     if (segment.marker == 0xE1 && startsWith(known, "Exif\0") && known.size() > 6) {
         constexpr std::uint64_t skip = 6;
-        if (header.traits.exif == ExifSummary {} && ++blocks <= mostBlocks)
-            header.traits.exif = readExif(bytes, segment.offset + skip, segment.length - skip);
+        if (header.traits.exif == ExifSummary {} && ++blocks <= mostBlocks) {
+            header.exif = ByteRange { segment.offset + skip, segment.length - skip };
+            header.traits.exif = readExif(bytes, header.exif->offset, header.exif->length);
+        }
     } else if (segment.marker == 0xE2 && startsWith(known, "MPF\0")) {
         if (++blocks <= mostBlocks)
             header.traits.pictures = readMultiPictureIndex(bytes, segment.offset + 4);
@@ -114,6 +116,8 @@ std::optional<JpegHeader> readJpegHeader(ByteSource const& bytes)
             if (bytes.readAt(segment->offset, frame) != frame.size())
                 break;
             header.traits.size = { bigEndian16(frame.data() + 3), bigEndian16(frame.data() + 1) };
+            header.frame = segment->marker;
+            header.precision = frame[0];
         }
         offset = segment->offset + segment->length;
     }

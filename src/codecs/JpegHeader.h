@@ -8,6 +8,9 @@ namespace pixelhain {
 struct JpegHeader {
     PhotoTraits traits;
     std::vector<ByteRange> profileParts; ///< in their order
+    std::optional<ByteRange> exif; ///< from its TIFF header on
+    std::uint8_t frame = 0; ///< the marker of the first frame: 0xC0 baseline, 0xC3 lossless, ...
+    int precision = 0; ///< bits of a sample
 };
 
 /// Reads the markers at the beginning of `bytes`; nothing if no frame with both sides is found.

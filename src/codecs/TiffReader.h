@@ -33,6 +33,15 @@ public:
     [[nodiscard]] static std::optional<TiffReader> open(
         ByteSource const& bytes, std::uint64_t base = 0);
 
+    /// Directories without a header of their own, as maker notes have them: offsets count from
+    /// `base`, and there is no first directory.
+    TiffReader(ByteSource const& bytes, std::uint64_t base, bool isBigEndian)
+        : bytes_(&bytes)
+        , base_(base)
+        , isBigEndian_(isBigEndian)
+    {
+    }
+
     [[nodiscard]] std::uint32_t firstDirectory() const { return first_; }
     [[nodiscard]] bool isBigEndian() const { return isBigEndian_; }
     /// Where the TIFF header stands: what offsets count from.
@@ -61,12 +70,6 @@ public:
     [[nodiscard]] std::uint32_t number32(std::uint8_t const* at) const;
 
 private:
-    TiffReader(ByteSource const& bytes, std::uint64_t base, bool isBigEndian)
-        : bytes_(&bytes)
-        , base_(base)
-        , isBigEndian_(isBigEndian)
-    {
-    }
     [[nodiscard]] bool read(std::uint64_t offset, std::span<std::uint8_t> into) const;
 
     ByteSource const* bytes_;

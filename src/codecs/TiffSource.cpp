@@ -9,29 +9,13 @@ namespace {
 
 constexpr std::size_t headBytes = std::size_t { 16 } << 10;
 
-// Cameras wrap their RAW data in a TIFF whose first page is only a small preview.
-bool isRaw(TiffFile const& file, ByteSpan head)
-{
-    constexpr std::uint32_t dngVersion = 50706;
-    if (head.size() >= 10 && startsWith(head.subspan(8), "CR"))
-        return true;
-    std::uint8_t* version = nullptr;
-    if (TIFFGetField(file.get(), dngVersion, &version) == 1)
-        return true;
-    std::uint16_t count = 0;
-    void* offsets = nullptr;
-    auto const kind = file.number<std::uint32_t>(TIFFTAG_SUBFILETYPE, 0);
-    return (kind & FILETYPE_REDUCEDIMAGE) != 0
-        && TIFFGetField(file.get(), TIFFTAG_SUBIFD, &count, &offsets) == 1;
-}
-
 class TiffSource final : public PhotoSource {
 public:
     explicit TiffSource(std::unique_ptr<ByteSource> bytes)
         : PhotoSource(std::move(bytes), headBytes)
         , file_(this->bytes())
     {
-        if (!file_.isOpen() || isRaw(file_, this->bytes().head()))
+        if (!file_.isOpen())
             return;
         auto const width = file_.number<std::uint32_t>(TIFFTAG_IMAGEWIDTH, 0);
         auto const height = file_.number<std::uint32_t>(TIFFTAG_IMAGELENGTH, 0);

@@ -5,7 +5,7 @@
 
 namespace pixelhain {
 
-/// A TIFF. Its first page is the picture. RAW files that are built like a TIFF are none.
+/// A TIFF. Its first page is the picture.
 [[nodiscard]] std::unique_ptr<ImageSource> openTiff(std::unique_ptr<ByteSource> bytes);
 
 } // namespace pixelhain

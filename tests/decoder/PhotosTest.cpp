@@ -14,12 +14,20 @@ using Row = PhotoAnswers;
 // The pictures in the formats that can be read, with what each must give, and the damaged ones.
 std::vector<Row> photos()
 {
-    return photoAnswers({ "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif", "broken" });
+    return photoAnswers(
+        { "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif", "raw", "broken" });
 }
 
 FileUrl fileOf(Row const& row, std::string const& folder = "", std::string const& ending = "")
 {
     return FileUrl(std::string(PIXELHAIN_PHOTOS) + "/" + folder + row.at("path") + ending);
+}
+
+// Of RAW pictures programs disagree by the sensor's borders.
+bool isNear(int side, Row const& row, std::string const& wanted)
+{
+    auto const isRaw = row.at("path").starts_with("raw/");
+    return std::abs(side - std::stoi(wanted)) <= (isRaw ? 0.02 * std::stoi(wanted) : 0);
 }
 
 long peakMegabytes()
@@ -41,8 +49,8 @@ TEST_CASE("every photo reports its size and whether it is animated")
         auto const meta = decoder.readMeta(fileOf(row));
         REQUIRE(meta);
         REQUIRE(meta->size);
-        CHECK(std::to_string(meta->size->width) == row.at("width"));
-        CHECK(std::to_string(meta->size->height) == row.at("height"));
+        CHECK(isNear(meta->size->width, row, row.at("width")));
+        CHECK(isNear(meta->size->height, row, row.at("height")));
         CHECK(meta->isAnimated == (row.at("animation") == "animated"));
     }
 }
