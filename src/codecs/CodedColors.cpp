@@ -71,7 +71,7 @@ Vector product(Matrix const& a, Vector const& v)
     return result;
 }
 
-Vector fromXy(double const (&xy)[2])
+Vector whiteXyz(double const (&xy)[2])
 {
     return { xy[0] / xy[1], 1, (1 - xy[0] - xy[1]) / xy[1] };
 }
@@ -79,12 +79,15 @@ Vector fromXy(double const (&xy)[2])
 // Linear R, G, B to X, Y, Z.
 Matrix toXyz(Chromaticities const& colors)
 {
-    auto const red = fromXy(colors.red);
-    auto const green = fromXy(colors.green);
-    auto const blue = fromXy(colors.blue);
+    auto const column = [](double const(&xy)[2]) {
+        return Vector { xy[0], xy[1], 1 - xy[0] - xy[1] };
+    };
+    auto const red = column(colors.red);
+    auto const green = column(colors.green);
+    auto const blue = column(colors.blue);
     Matrix const primaries { red[0], green[0], blue[0], red[1], green[1], blue[1], red[2], green[2],
         blue[2] };
-    auto const amounts = product(inverse(primaries), fromXy(colors.white));
+    auto const amounts = product(inverse(primaries), whiteXyz(colors.white));
     auto scaled = primaries;
     for (std::size_t i = 0; i < scaled.size(); ++i)
         scaled[i] *= amounts[i % 3];
@@ -96,8 +99,8 @@ Matrix adaptation(double const (&white)[2])
 {
     constexpr Matrix cones { 0.8951, 0.2664, -0.1614, -0.7502, 1.7135, 0.0367, 0.0389, -0.0685,
         1.0296 };
-    auto const from = product(cones, fromXy(white));
-    auto const to = product(cones, fromXy(d65));
+    auto const from = product(cones, whiteXyz(white));
+    auto const to = product(cones, whiteXyz(d65));
     Matrix const gains { to[0] / from[0], 0, 0, 0, to[1] / from[1], 0, 0, 0, to[2] / from[2] };
     return product(inverse(cones), product(gains, cones));
 }
@@ -172,6 +175,17 @@ bool CodedColors::isSrgb() const
         && isNear(primaries.red, srgb.primaries.red)
         && isNear(primaries.green, srgb.primaries.green)
         && isNear(primaries.blue, srgb.primaries.blue);
+}
+
+bool CodedColors::isPlausible() const
+{
+    auto const isInside
+        = [](double const(&xy)[2]) { return xy[0] > -1 && xy[0] < 2 && xy[1] > 0.01 && xy[1] < 2; };
+    auto const& [white, red, green, blue] = primaries;
+    // The blue of wide spaces lies on the axis or below it.
+    auto const area
+        = (green[0] - red[0]) * (blue[1] - red[1]) - (blue[0] - red[0]) * (green[1] - red[1]);
+    return isInside(white) && std::isfinite(area) && std::abs(area) > 0.01;
 }
 
 CodedColors codedColors(int primaries, int transfer)

@@ -15,6 +15,8 @@ struct CodedColors {
     double gamma = 1; ///< light = number ^ gamma, where the curve is one
     double peak = 1000; ///< the brightest that occurs, in cd/m²; of PQ and HLG only
 
+    /// Whether the primaries span any colours at all.
+    [[nodiscard]] bool isPlausible() const;
     /// Whether nothing is to be done for sRGB.
     [[nodiscard]] bool isSrgb() const;
     /// Whether it can show more than the white of a page.

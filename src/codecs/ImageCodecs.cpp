@@ -8,6 +8,7 @@
 #include "codecs/IcoSource.h"
 #include "codecs/Jp2Source.h"
 #include "codecs/JpegSource.h"
+#include "codecs/JxlSource.h"
 #include "codecs/PngSource.h"
 #include "codecs/PnmSource.h"
 #include "codecs/QoiSource.h"
@@ -150,6 +151,7 @@ constexpr Codec codecs[] = {
     { isMakersRaw, openRaw },
     { isTiff, openTiffOrRaw },
     { isHeif, openHeif },
+    { isJxl, openJxl },
     { isBmp, openBmp },
     { isJp2, openJp2 },
     { isExr, openExr },

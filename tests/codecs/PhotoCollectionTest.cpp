@@ -6,7 +6,8 @@ using namespace pixelhain;
 
 namespace {
 
-std::vector<std::string> const ours { "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif" };
+std::vector<std::string> const ours { "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif",
+    "jxl" };
 
 // Formats with turns of their own: what EXIF says beside them is no more than a note.
 bool turnsItself(PhotoAnswers const& row)

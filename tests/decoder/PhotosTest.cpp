@@ -15,7 +15,7 @@ using Row = PhotoAnswers;
 std::vector<Row> photos()
 {
     return photoAnswers(
-        { "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif", "raw", "broken" });
+        { "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif", "jxl", "raw", "broken" });
 }
 
 FileUrl fileOf(Row const& row, std::string const& folder = "", std::string const& ending = "")
