@@ -1,7 +1,6 @@
 #include "base/Orientation.h"
+#include "base/Resample.h"
 #include "codecs/CodecSupport.h"
-#include "codecs/RawContents.h"
-#include "codecs/RawPreviews.h"
 #include "support/RawWriters.h"
 #include <doctest/doctest.h>
 
@@ -255,6 +254,50 @@ TEST_CASE("finding the previews of a large RAW file takes a few kilobytes")
         CHECK(source->previews() == wantedSizes(kind));
         CHECK(reads.bytes < 32 << 10);
         CHECK(reads.calls < 100);
+    }
+}
+
+TEST_CASE(
+    "sensor data are developed upright, in their colours and at half the size if that will do")
+{
+    constexpr PixelSize size { 192, 128 };
+    for (auto const orientation : { 1, 6 }) {
+        auto const source = opened(writeSensorDng(sampleColors(size), orientation));
+        REQUIRE(source);
+        CHECK(source->pixelSize() == size);
+        CHECK(source->previews().empty());
+        auto const whole = source->decode(192);
+        REQUIRE(whole);
+        CHECK(whole->bitmap.size == uprightSize(size, orientation));
+        CHECK_FALSE(whole->wasReduced);
+        auto const half = source->decode(96);
+        REQUIRE(half);
+        CHECK(half->bitmap.size == uprightSize({ 96, 64 }, orientation));
+        CHECK(half->wasReduced);
+        CHECK(meanDifference(resampled(whole->bitmap, half->bitmap.size), half->bitmap) < 8);
+        // Red rises to the right of the stored picture, blue is at its top left.
+        auto const right
+            = orientation == 1 ? pixelAt(half->bitmap, 90, 48) : pixelAt(half->bitmap, 16, 90);
+        CHECK(right[2] > 180);
+        CHECK(right[0] < 120);
+        auto const corner
+            = orientation == 1 ? pixelAt(half->bitmap, 8, 8) : pixelAt(half->bitmap, 56, 8);
+        CHECK(corner[0] > corner[2] + 80);
+        auto const stored = source->decodeWhole();
+        REQUIRE(stored);
+        CHECK(stored->bitmap.size == size);
+    }
+}
+
+TEST_CASE("a finished picture is used for nine tenths of the sensor's size, not for less")
+{
+    // Nothing can be developed here, so a picture tells that a finished one was enough.
+    for (auto const wanted : { 480, 600 }) {
+        auto const source = opened(writeRaw(RawKind::arw, filled(RawKind::arw)));
+        REQUIRE(source);
+        auto const image = source->decode(wanted);
+        REQUIRE(image);
+        CHECK(image->bitmap.size == largeSize);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "support/RawWriters.h"
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace pixelhain {
 
@@ -533,6 +534,46 @@ FileBytes writeRaw(RawKind kind, RawOptions const& options)
     auto bytes = writeBy(kind, options);
     bytes.resize(std::max({ bytes.size(), sensorPlace, options.fileBytes }));
     return bytes;
+}
+
+FileBytes writeSensorDng(RgbaPixels const& pixels, int orientation)
+{
+    constexpr std::size_t matrix = 0x300;
+    constexpr std::size_t neutral = 0x380;
+    constexpr std::size_t data = 0x400;
+    // XYZ to linear sRGB, in ten thousandths: the sensor has the screen's primaries.
+    constexpr std::array<int, 9> toCamera { 32406, -15372, -4986, -9689, 18758, 415, 557, -2040,
+        10570 };
+    FileLayout file;
+    file.tiffHeader(0, 8);
+    file.text(0x2F0, "Maker");
+    for (std::size_t i = 0; i < toCamera.size(); ++i) {
+        file.u32(matrix + 8 * i, static_cast<std::uint32_t>(toCamera[i]));
+        file.u32(matrix + 8 * i + 4, 10000);
+    }
+    for (std::size_t i = 0; i < 6; ++i)
+        file.u32(neutral + 4 * i, 1);
+    auto const [width, height] = pixels.size;
+    file.directory(8,
+        { { 0x00FE, 4, 1, 0 }, { 0x0100, 4, 1, side(width) }, { 0x0101, 4, 1, side(height) },
+            { 0x0102, 3, 1, 16 }, { 0x0103, 3, 1, 1 }, { 0x0106, 3, 1, 32803 },
+            { 0x010F, 2, 6, 0x2F0 }, { 0x0110, 2, 6, 0x2F0 }, { 0x0111, 4, 1, data },
+            { 0x0112, 3, 1, side(orientation) }, { 0x0115, 3, 1, 1 },
+            { 0x0116, 4, 1, side(height) }, { 0x0117, 4, 1, side(width * height) * 2 },
+            { 0x828D, 3, 2, 0x390 }, { 0x828E, 1, 4, 0x02010100 }, { 0xC612, 1, 4, 0x00000401 },
+            { 0xC614, 2, 6, 0x2F0 }, { 0xC61D, 4, 1, 0xFFFF }, { 0xC621, 10, 9, matrix },
+            { 0xC628, 5, 3, neutral }, { 0xC65A, 3, 1, 21 } });
+    // The mosaic repeats after two columns and two rows.
+    file.u32(8 + 2 + 12 * 13 + 8, 0x00020002);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            auto const channel = y % 2 + x % 2;
+            auto const level = pixels.at(x, y)[channel] / 255.0;
+            file.u16(data + side(y * width + x) * 2,
+                static_cast<std::size_t>(60000 * std::pow(level, 2.2)));
+        }
+    }
+    return file.bytes;
 }
 
 void FileLayout::number(std::size_t at, std::size_t value, int count)

@@ -44,6 +44,10 @@ struct RawOptions {
 };
 [[nodiscard]] FileBytes writeRaw(RawKind kind, RawOptions const& options);
 
+/// A DNG with the data of a sensor that saw `pixels` through a mosaic of red, green and blue, and
+/// without any finished picture.
+[[nodiscard]] FileBytes writeSensorDng(RgbaPixels const& pixels, int orientation);
+
 /// A file laid out by hand: every part goes where it is said to go.
 class FileLayout {
 public:
