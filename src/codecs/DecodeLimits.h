@@ -1,11 +1,13 @@
 #pragma once
 #include "base/Geometry.h"
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 
 namespace pixelhain {
 
-/// What one decode may cost. A file that asks for more is treated as one that cannot be read.
+/// What one decode may cost. A file that asks for more is treated as one that cannot be read. What
+/// the process around it may use stands in decoder/WorkerLimits.h.
 namespace DecodeLimits {
 /// Widest or highest picture: the most that JPEG and most other formats can state.
 inline constexpr int side = 65535;
@@ -36,6 +38,14 @@ inline constexpr std::size_t tiles = 65536;
 inline constexpr int nestedItems = 8;
 /// Frames of an animation and pages that are counted.
 inline constexpr std::size_t frames = 100'000;
+/// Processor time of one request, by what is asked for. The largest picture met, 200 megapixels of
+/// HEVC, takes 12 s; a damaged raw file makes its library run for ever.
+inline constexpr std::chrono::seconds metadataTime { 3 };
+inline constexpr std::chrono::seconds thumbnailTime { 10 };
+inline constexpr std::chrono::seconds screenTime { 30 };
+inline constexpr std::chrono::seconds wholeTime { 60 };
+/// The longest side that still counts as a thumbnail's.
+inline constexpr int thumbnailSide = 1024;
 } // namespace DecodeLimits
 
 [[nodiscard]] constexpr bool isWithinLimits(std::int64_t width, std::int64_t height)
@@ -47,6 +57,15 @@ inline constexpr std::size_t frames = 100'000;
 [[nodiscard]] constexpr bool isWithinLimits(PixelSize size)
 {
     return isWithinLimits(size.width, size.height);
+}
+
+/// The processor time that a picture of at most `maxPixel` may take; 0 asks for every pixel.
+[[nodiscard]] constexpr std::chrono::seconds decodeTime(int maxPixel)
+{
+    if (maxPixel <= 0)
+        return DecodeLimits::wholeTime;
+    return maxPixel <= DecodeLimits::thumbnailSide ? DecodeLimits::thumbnailTime
+                                                   : DecodeLimits::screenTime;
 }
 
 } // namespace pixelhain
