@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace pixelhain {
 
@@ -48,27 +49,22 @@ std::unique_ptr<OpenedFile> OpenedFile::open(FileUrl const& url)
     // Merely opening a pipe wakes its writer, and opening a device may move it.
     if (::fstatat(place.base, place.name, &info, 0) != 0 || !S_ISREG(info.st_mode))
         return nullptr;
-    int const descriptor = openForReading(place);
-    if (descriptor < 0)
+    Descriptor file(openForReading(place));
+    if (!file || ::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode) || info.st_size < 0
+        || static_cast<std::uint64_t>(info.st_size) > maxSize)
         return nullptr;
-    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode) || info.st_size < 0
-        || static_cast<std::uint64_t>(info.st_size) > maxSize) {
-        ::close(descriptor);
-        return nullptr;
-    }
-    return std::unique_ptr<OpenedFile>(
-        new OpenedFile(descriptor, static_cast<std::uint64_t>(info.st_size)));
+    return adopt(std::move(file), static_cast<std::uint64_t>(info.st_size));
 }
 
-OpenedFile::OpenedFile(int descriptor, std::uint64_t size)
-    : descriptor_(descriptor)
+std::unique_ptr<OpenedFile> OpenedFile::adopt(Descriptor file, std::uint64_t size)
+{
+    return std::unique_ptr<OpenedFile>(new OpenedFile(std::move(file), size));
+}
+
+OpenedFile::OpenedFile(Descriptor file, std::uint64_t size)
+    : file_(std::move(file))
     , size_(size)
 {
-}
-
-OpenedFile::~OpenedFile()
-{
-    ::close(descriptor_);
 }
 
 std::size_t OpenedFile::readAt(std::uint64_t offset, std::span<std::uint8_t> into) const
@@ -80,7 +76,7 @@ std::size_t OpenedFile::readAt(std::uint64_t offset, std::span<std::uint8_t> int
     std::size_t done = 0;
     while (done < wanted) {
         auto const got = ::pread(
-            descriptor_, into.data() + done, wanted - done, static_cast<off_t>(offset + done));
+            file_.get(), into.data() + done, wanted - done, static_cast<off_t>(offset + done));
         if (got < 0 && errno == EINTR)
             continue;
         if (got <= 0)

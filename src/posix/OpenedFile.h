@@ -1,6 +1,7 @@
 #pragma once
 #include "base/FileUrl.h"
 #include "ports/ByteSource.h"
+#include "posix/Descriptor.h"
 #include <cstdint>
 #include <memory>
 
@@ -17,7 +18,10 @@ public:
     /// it is anything but a regular file; pipes and devices are not even opened.
     [[nodiscard]] static std::unique_ptr<OpenedFile> open(FileUrl const& url);
 
-    ~OpenedFile() override;
+    /// A regular file that another process opened and handed over, with the size it had.
+    [[nodiscard]] static std::unique_ptr<OpenedFile> adopt(Descriptor file, std::uint64_t size);
+
+    ~OpenedFile() override = default;
     OpenedFile(OpenedFile const&) = delete;
     OpenedFile& operator=(OpenedFile const&) = delete;
 
@@ -26,12 +30,12 @@ public:
         std::uint64_t offset, std::span<std::uint8_t> into) const override;
 
     /// For handing the file to another process; stays owned by this.
-    [[nodiscard]] int descriptor() const { return descriptor_; }
+    [[nodiscard]] int descriptor() const { return file_.get(); }
 
 private:
-    OpenedFile(int descriptor, std::uint64_t size);
+    OpenedFile(Descriptor file, std::uint64_t size);
 
-    int descriptor_;
+    Descriptor file_;
     std::uint64_t size_;
 };
 
