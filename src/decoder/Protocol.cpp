@@ -1,0 +1,135 @@
+#include "decoder/Protocol.h"
+#include "codecs/DecodeLimits.h"
+#include "decoder/Lockdown.h"
+#include "posix/OpenedFile.h"
+#include <algorithm>
+#include <cstring>
+
+namespace pixelhain {
+
+namespace {
+
+// A record of this size, alone in its message.
+template <typename Record> std::optional<Record> recordIn(DecoderMessage const& message)
+{
+    Record record;
+    if (message.isCut || message.bytes.size() != sizeof record)
+        return std::nullopt;
+    std::memcpy(&record, message.bytes.data(), sizeof record);
+    if (record.magic != Record::theMagic)
+        return std::nullopt;
+    return record;
+}
+
+bool isKnown(DecoderRequest const& request)
+{
+    return (request.operation == DecoderOperation::readMeta
+               || request.operation == DecoderOperation::decode)
+        && request.space <= DecoderSpace::passed && request.previews <= EmbeddedPreviews::prefer
+        && std::ranges::all_of(request.unused, [](auto byte) { return byte == 0; });
+}
+
+bool hasItsSpace(DecoderRequest const& request, std::size_t descriptors)
+{
+    auto const fits
+        = (request.operation == DecoderOperation::decode) == (request.space != DecoderSpace::none);
+    auto const file = std::size_t { 1 };
+    return fits && (request.space == DecoderSpace::none) == (request.spaceBytes == 0)
+        && request.spaceBytes <= DecodeLimits::bitmap
+        && descriptors == file + (request.space == DecoderSpace::passed ? 1 : 0);
+}
+
+bool saysNothingMore(DecoderResponse const& response)
+{
+    return response.origin == PixelOrigin::embedded && response.flags == 0 && response.width == 0
+        && response.height == 0 && response.bytesPerRow == 0;
+}
+
+bool isPicture(DecoderResponse const& response, DecoderRequest const& asked)
+{
+    auto const width = response.width;
+    auto const height = response.height;
+    if (response.origin > PixelOrigin::full || (response.flags & ~DecoderResponse::isOpaque) != 0
+        || !isWithinLimits(width, height)
+        || (asked.maxPixel > 0 && std::max(width, height) > asked.maxPixel))
+        return false;
+    auto const rows = static_cast<std::uint64_t>(height);
+    return response.bytesPerRow % 4 == 0
+        && response.bytesPerRow >= static_cast<std::uint64_t>(width) * 4
+        && response.bytesPerRow <= asked.spaceBytes / rows
+        && response.bytes == response.bytesPerRow * rows;
+}
+
+bool isMeta(DecoderResponse const& response)
+{
+    constexpr auto known = DecoderResponse::hasSize | DecoderResponse::isAnimated;
+    auto const isSide = [](std::int32_t side) { return side > 0 && side <= largestStatedSide; };
+    auto const hasSize = (response.flags & DecoderResponse::hasSize) != 0;
+    auto const isRight = hasSize ? isSide(response.width) && isSide(response.height)
+                                 : response.width == 0 && response.height == 0;
+    return isRight && (response.flags & ~known) == 0 && response.origin == PixelOrigin::embedded
+        && response.bytesPerRow == 0 && response.bytes == 0;
+}
+
+bool answers(DecoderResponse const& response, DecoderRequest const& asked)
+{
+    auto const isDecode = asked.operation == DecoderOperation::decode;
+    switch (response.status) {
+    case DecoderStatus::done:
+        return isDecode ? isPicture(response, asked) : isMeta(response);
+    case DecoderStatus::nothing:
+        return saysNothingMore(response) && response.bytes == 0;
+    case DecoderStatus::needsSpace:
+        return isDecode && saysNothingMore(response) && response.bytes > asked.spaceBytes
+            && response.bytes <= DecodeLimits::bitmap;
+    case DecoderStatus::needsMemory:
+        return isDecode && saysNothingMore(response) && response.bytes > 0;
+    case DecoderStatus::ready:
+        break;
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<DecoderRequest> parseRequest(DecoderMessage const& message)
+{
+    auto const request = recordIn<DecoderRequest>(message);
+    if (!request || !isKnown(*request) || !hasItsSpace(*request, message.descriptors)
+        || request->id == 0 || request->fileBytes > OpenedFile::maxSize || request->maxPixel < 0)
+        return std::nullopt;
+    return request;
+}
+
+std::optional<std::uint32_t> parseReadySign(DecoderMessage const& message)
+{
+    auto const sign = recordIn<DecoderResponse>(message);
+    if (!sign || message.descriptors != 0 || sign->status != DecoderStatus::ready || sign->id != 0
+        || !saysNothingMore(*sign) || sign->bytes > Lockdown::everything)
+        return std::nullopt;
+    return static_cast<std::uint32_t>(sign->bytes);
+}
+
+std::optional<DecoderResponse> parseResponse(
+    DecoderMessage const& message, DecoderRequest const& asked)
+{
+    auto const response = recordIn<DecoderResponse>(message);
+    if (!response || message.descriptors != 0 || response->id != asked.id
+        || !answers(*response, asked))
+        return std::nullopt;
+    return response;
+}
+
+std::uint64_t spaceForPicture(PixelSize size)
+{
+    if (size.width <= 0 || size.height <= 0)
+        return 0;
+    // Rows begin at multiples of 16 bytes, whichever way round the picture is.
+    auto const bytes = [](int width, int height) {
+        auto const row = (static_cast<std::uint64_t>(width) * 4 + 15) & ~std::uint64_t { 15 };
+        return row * static_cast<std::uint64_t>(height);
+    };
+    return std::max(bytes(size.width, size.height), bytes(size.height, size.width));
+}
+
+} // namespace pixelhain
