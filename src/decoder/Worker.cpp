@@ -1,0 +1,149 @@
+#include "decoder/Worker.h"
+#include "codecs/DecodeLimits.h"
+#include "decoder/CarefulSource.h"
+#include "images/DecodeRules.h"
+#include "posix/OpenedFile.h"
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <malloc.h>
+#include <poll.h>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+// Without work for so long a worker gives back the memory that it kept for the next picture.
+constexpr int idleMilliseconds = 2000;
+
+void waitForWork(RecordSocket const& socket)
+{
+    pollfd waited { socket.descriptor(), POLLIN, 0 };
+    if (::poll(&waited, 1, idleMilliseconds) == 0)
+        ::malloc_trim(0);
+}
+
+DecoderResponse plainResponse(DecoderStatus status, std::uint64_t bytes)
+{
+    DecoderResponse response;
+    response.status = status;
+    response.bytes = bytes;
+    return response;
+}
+
+DecoderResponse metaOf(ImageSource& image)
+{
+    auto const meta = readMeta(image);
+    DecoderResponse response;
+    response.status = DecoderStatus::done;
+    if (meta.isAnimated)
+        response.flags |= DecoderResponse::isAnimated;
+    if (meta.size && meta.size->longestSide() <= largestStatedSide
+        && std::min(meta.size->width, meta.size->height) > 0) {
+        response.flags |= DecoderResponse::hasSize;
+        response.width = meta.size->width;
+        response.height = meta.size->height;
+    }
+    return response;
+}
+
+// The longest side that is asked for, however it is asked.
+int longestSide(DecoderRequest const& request, PixelSize size)
+{
+    return request.maxPixel > 0 ? request.maxPixel : size.longestSide();
+}
+
+// What the picture will take; nothing for a picture of unknown size.
+std::optional<std::uint64_t> spaceNeeded(DecoderRequest const& request, ImageSource& image)
+{
+    auto const size = image.pixelSize();
+    if (!size)
+        return std::nullopt;
+    return spaceForPicture(redrawnSize(*size, longestSide(request, *size)));
+}
+
+} // namespace
+
+Worker::Worker(RecordSocket socket, WritableSpace space, Opener opener, std::uint64_t memory)
+    : socket_(std::move(socket))
+    , space_(std::move(space))
+    , opener_(std::move(opener))
+    , memory_(memory)
+{
+}
+
+void Worker::run(std::uint32_t holds)
+{
+    auto const sign = plainResponse(DecoderStatus::ready, holds);
+    if (!socket_.send(sign))
+        return;
+    for (;;) {
+        waitForWork(socket_);
+        auto received = ReceivedRecord::withDescriptors(socket_);
+        auto const request = received.isEnd() ? std::nullopt : parseRequest(received.message());
+        if (!request)
+            return;
+        auto response = answer(*request, received.takeDescriptor(0), received.takeDescriptor(1));
+        response.id = request->id;
+        if (!socket_.send(response))
+            return;
+    }
+}
+
+DecoderResponse Worker::answer(
+    DecoderRequest const& request, Descriptor file, Descriptor space) const
+try {
+    auto image = opener_(OpenedFile::adopt(std::move(file), request.fileBytes));
+    if (!image)
+        return {};
+    if (request.operation == DecoderOperation::readMeta)
+        return metaOf(*image);
+    return decode(request, std::move(image), std::move(space));
+} catch (std::exception const&) {
+    return {};
+}
+
+DecoderResponse Worker::decode(
+    DecoderRequest const& request, std::unique_ptr<ImageSource> image, Descriptor space) const
+{
+    auto const needed = spaceNeeded(request, *image);
+    if (needed && *needed > request.spaceBytes)
+        return *needed <= DecodeLimits::bitmap ? plainResponse(DecoderStatus::needsSpace, *needed)
+                                               : DecoderResponse {};
+    CarefulSource careful(std::move(image), memory_);
+    auto const picture = request.maxPixel > 0
+        ? decodeImage(careful, request.maxPixel, request.previews)
+        : decodeFullImage(careful);
+    if (picture)
+        return deliver(request, *picture, space);
+    if (auto const missing = careful.missingMemory())
+        return plainResponse(DecoderStatus::needsMemory, *missing);
+    return {};
+}
+
+DecoderResponse Worker::deliver(
+    DecoderRequest const& request, DecodedPicture const& picture, Descriptor const& space) const
+{
+    auto const bytes = picture.bitmap.cost();
+    if (bytes > request.spaceBytes)
+        return plainResponse(DecoderStatus::needsSpace, bytes);
+    WritableSpace passed;
+    if (request.space == DecoderSpace::passed)
+        passed = WritableSpace(space.get(), request.spaceBytes);
+    auto const& target = request.space == DecoderSpace::passed ? passed : space_;
+    if (target.size() < bytes)
+        return {};
+    std::memcpy(target.data(), picture.bitmap.row(0), bytes);
+    DecoderResponse response;
+    response.status = DecoderStatus::done;
+    response.origin = picture.origin;
+    response.flags = picture.bitmap.isOpaque ? DecoderResponse::isOpaque : 0;
+    response.width = picture.bitmap.size.width;
+    response.height = picture.bitmap.size.height;
+    response.bytesPerRow = picture.bitmap.bytesPerRow;
+    response.bytes = bytes;
+    return response;
+}
+
+} // namespace pixelhain

@@ -1,0 +1,39 @@
+#pragma once
+#include "decoder/RecordSocket.h"
+#include "decoder/SharedSpace.h"
+#include "ports/ByteSource.h"
+#include "ports/ImageSource.h"
+#include <functional>
+#include <memory>
+
+namespace pixelhain {
+
+/// The decoder process: answers requests one after the other until the program goes away.
+class Worker {
+public:
+    /// Opens the image in these bytes; null if they are none. May throw: that is an answer too.
+    using Opener = std::function<std::unique_ptr<ImageSource>(std::unique_ptr<ByteSource>)>;
+
+    /// Pictures up to the size of `space` go there. Decoding that would take more than `memory` is
+    /// refused with what it would take.
+    Worker(RecordSocket socket, WritableSpace space, Opener opener, std::uint64_t memory);
+
+    /// Says that it is ready, and what holds it, and works until the other end is closed, or says
+    /// what no program that means well would say.
+    void run(std::uint32_t holds);
+
+private:
+    [[nodiscard]] DecoderResponse answer(
+        DecoderRequest const& request, Descriptor file, Descriptor space) const;
+    [[nodiscard]] DecoderResponse decode(
+        DecoderRequest const& request, std::unique_ptr<ImageSource> image, Descriptor space) const;
+    [[nodiscard]] DecoderResponse deliver(DecoderRequest const& request,
+        DecodedPicture const& picture, Descriptor const& space) const;
+
+    RecordSocket socket_;
+    WritableSpace space_;
+    Opener opener_;
+    std::uint64_t memory_;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,60 @@
+#include "decoder/WorkerMain.h"
+#include "decoder/Lockdown.h"
+#include <charconv>
+#include <cstdio>
+#include <ctime>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pixelhain {
+
+namespace {
+
+std::optional<std::uint64_t> memoryIn(std::span<char* const> arguments)
+{
+    if (arguments.size() != 3 || std::string_view(arguments[1]) != "--memory")
+        return std::nullopt;
+    std::string_view const text(arguments[2]);
+    std::uint64_t bytes = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), bytes);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return bytes;
+}
+
+// What opens files when it is used for the first time has to be used while that is possible.
+void warmUp()
+{
+    ::tzset(); // a library that converts times reads the zone
+}
+
+bool isSocket(int descriptor)
+{
+    struct stat info { };
+    return ::fstat(descriptor, &info) == 0 && S_ISSOCK(info.st_mode);
+}
+
+} // namespace
+
+int runWorker(std::span<char* const> arguments, Worker::Opener const& opener)
+{
+    auto const memory = memoryIn(arguments);
+    if (!memory || !isSocket(WorkerDescriptors::socket)) {
+        std::fputs("This program decodes pictures for pixelhain and is started by it.\n", stderr);
+        return 2;
+    }
+    WritableSpace space(WorkerDescriptors::space, ownSpaceBytes);
+    ::close(WorkerDescriptors::space);
+    if (!space)
+        return 1;
+    warmUp();
+    auto const lockdown = lockDown({ *memory });
+    // Half of the address space is for code, the picture that comes out, and threads' stacks.
+    Worker worker(
+        RecordSocket(Descriptor(WorkerDescriptors::socket)), std::move(space), opener, *memory / 2);
+    worker.run(lockdown.holds);
+    return 0;
+}
+
+} // namespace pixelhain
