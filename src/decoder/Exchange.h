@@ -1,0 +1,32 @@
+#pragma once
+#include "decoder/WorkerProcess.h"
+#include <chrono>
+#include <optional>
+
+namespace pixelhain {
+
+/// How a request to a worker ended.
+struct Exchange {
+    enum class End : std::uint8_t {
+        answered, ///< with `response`, which has been checked
+        neverReady, ///< it ended before it said that it can take requests
+        died,
+        late, ///< it used up its time; it may be stopped, or hang in the kernel
+        wrong, ///< it said what no honest worker says
+    };
+    End end = End::died;
+    DecoderResponse response;
+
+    /// What a request may take of the processors, and on the clock.
+    struct Time {
+        std::chrono::nanoseconds processor {};
+        std::chrono::nanoseconds clock {};
+    };
+
+    /// Sends `request` and waits for the answer. After every end but the first the worker is of no
+    /// use any more.
+    [[nodiscard]] static Exchange with(WorkerProcess& worker, DecoderRequest const& request,
+        std::span<int const> descriptors, Time const& time);
+};
+
+} // namespace pixelhain
