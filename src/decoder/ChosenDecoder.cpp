@@ -1,0 +1,35 @@
+#include "decoder/ChosenDecoder.h"
+#include "decoder/DecoderProgram.h"
+#include "decoder/InProcessDecoder.h"
+#include "decoder/PooledDecoder.h"
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace pixelhain {
+
+namespace {
+
+void complain(std::string const& reason)
+{
+    std::fprintf(stderr, "pixelhain: pictures cannot be decoded: %s\n", reason.c_str());
+}
+
+} // namespace
+
+std::unique_ptr<ImageDecoder> chosenDecoder(DecoderChoice const& choice)
+{
+    auto const* const wish = std::getenv("PIXELHAIN_DECODER");
+    if (wish != nullptr && std::string_view(wish) == "inprocess")
+        return std::make_unique<InProcessDecoder>();
+    WorkerPool::Options options;
+    options.program = decoderProgram();
+    options.width = choice.width;
+    options.niceness = choice.niceness;
+    options.complain = complain;
+    auto decoder = std::make_unique<PooledDecoder>(std::move(options));
+    decoder->prepare(choice.first);
+    return decoder;
+}
+
+} // namespace pixelhain

@@ -1,0 +1,208 @@
+#include "decoder/PooledDecoder.h"
+#include "codecs/DecodeLimits.h"
+#include "decoder/WorkerMain.h"
+#include "posix/OpenedFile.h"
+#include <array>
+#include <cstring>
+#include <sys/resource.h>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+// Pictures whose space is set aside before anybody knows how large they are. Above that the worker
+// is asked first: memory is cheap while nobody touches it, but not addresses.
+constexpr int largestUnmeasured = 4096;
+
+// Turns for one file, whatever happens: larger space, more memory, workers that die or do not
+// start.
+constexpr int mostTurns = 8;
+
+// Unlike most places, this is the calling thread's alone.
+int ownNiceness()
+{
+    return ::getpriority(PRIO_PROCESS, 0);
+}
+
+Bitmap copied(Bitmap const& shape, std::byte const* from)
+{
+    auto bitmap = Bitmap::allocate(shape.size, shape.isOpaque);
+    if (bitmap.isEmpty())
+        return bitmap;
+    auto const rowBytes = static_cast<std::size_t>(shape.size.width) * 4;
+    if (bitmap.bytesPerRow == shape.bytesPerRow) {
+        std::memcpy(bitmap.row(0), from, shape.cost());
+        return bitmap;
+    }
+    for (int y = 0; y < shape.size.height; ++y, from += shape.bytesPerRow)
+        std::memcpy(bitmap.row(y), from, rowBytes);
+    return bitmap;
+}
+
+} // namespace
+
+/// One request and what comes of it.
+struct PooledDecoder::Job {
+    DecoderRequest request;
+    bool isLarge = false; ///< needs the worker for large pictures
+    std::uint64_t passedBytes = 0; ///< of the space to be passed; 0: the worker's own will do
+    std::unique_ptr<SpaceShelf::Space> passed {};
+    int turns = 0;
+    std::optional<DecoderResponse> response {};
+    Bitmap bitmap {};
+};
+
+PooledDecoder::PooledDecoder(WorkerPool::Options options, Deadline deadline)
+    : deadline_(std::move(deadline))
+    , pool_(std::move(options))
+{
+}
+
+std::chrono::nanoseconds PooledDecoder::usualDeadline(DecoderRequest const& request)
+{
+    if (request.operation == DecoderOperation::readMeta)
+        return DecodeLimits::metadataTime;
+    return decodeTime(request.maxPixel);
+}
+
+std::optional<DecodedPicture> PooledDecoder::decode(DecodeRequest const& request)
+{
+    Job job;
+    job.request.operation = DecoderOperation::decode;
+    job.request.maxPixel = std::max(request.maxPixel, 0);
+    job.request.previews = request.previews;
+    auto const space = spaceForPicture({ request.maxPixel, request.maxPixel });
+    if (space > ownSpaceBytes && request.maxPixel <= largestUnmeasured)
+        job.passedBytes = space;
+    auto const response = serve(request.file, job);
+    if (!response || job.bitmap.isEmpty())
+        return std::nullopt;
+    return DecodedPicture { std::move(job.bitmap), response->origin };
+}
+
+std::optional<ImageMeta> PooledDecoder::readMeta(FileUrl const& file)
+{
+    Job job;
+    job.request.operation = DecoderOperation::readMeta;
+    auto const response = serve(file, job);
+    if (!response)
+        return std::nullopt;
+    ImageMeta meta;
+    if ((response->flags & DecoderResponse::hasSize) != 0)
+        meta.size = PixelSize { response->width, response->height };
+    meta.isAnimated = (response->flags & DecoderResponse::isAnimated) != 0;
+    return meta;
+}
+
+std::optional<DecoderResponse> PooledDecoder::serve(FileUrl const& url, Job& job)
+{
+    auto const file = OpenedFile::open(url);
+    if (!file || file->size() == 0)
+        return std::nullopt;
+    job.request.fileBytes = file->size();
+    while (job.turns++ < mostTurns && !deaths_.isGivenUp(file->descriptor()))
+        if (turn(*file, job) == Next::stop)
+            break;
+    return job.response;
+}
+
+PooledDecoder::Next PooledDecoder::turn(OpenedFile const& file, Job& job)
+{
+    bool const isLarge = job.isLarge;
+    auto worker = isLarge ? pool_.takeLarge() : pool_.take(ownNiceness());
+    if (!worker)
+        return Next::stop;
+    auto const exchange = ask(*worker, file, job);
+    if (exchange.end != Exchange::End::answered) {
+        // What the dead one had a hold of is not used again: it may not be quite dead.
+        job.passed.reset();
+        if (exchange.end != Exchange::End::neverReady)
+            deaths_.record(file.descriptor());
+        bury(std::move(worker), job, exchange.end);
+        bool const mayBeChance
+            = exchange.end == Exchange::End::neverReady || exchange.end == Exchange::End::died;
+        return mayBeChance ? Next::again : Next::stop;
+    }
+    auto const next = hear(*worker, job, exchange.response);
+    if (job.passed)
+        shelf_.giveBack(std::move(job.passed));
+    if (isLarge)
+        pool_.buryLarge(std::move(worker));
+    else
+        pool_.giveBack(std::move(worker));
+    return next;
+}
+
+Exchange PooledDecoder::ask(WorkerProcess& worker, OpenedFile const& file, Job& job)
+{
+    auto& request = job.request;
+    request.id = ++lastId_;
+    std::array<int, 2> descriptors { file.descriptor(), -1 };
+    std::size_t count = 1;
+    if (request.operation == DecoderOperation::decode) {
+        request.space = DecoderSpace::own;
+        request.spaceBytes = ownSpaceBytes;
+        if (job.passedBytes > 0)
+            job.passed = shelf_.take(job.passedBytes, worker.serial());
+        if (job.passed) {
+            request.space = DecoderSpace::passed;
+            request.spaceBytes = job.passedBytes;
+            descriptors[count++] = job.passed->memory.descriptor();
+        }
+    }
+    auto const time = deadline_(request);
+    return Exchange::with(worker, request, std::span(descriptors).first(count),
+        { time, time * WorkerLimits::clockFactor });
+}
+
+PooledDecoder::Next PooledDecoder::hear(
+    WorkerProcess const& worker, Job& job, DecoderResponse const& response)
+{
+    switch (response.status) {
+    case DecoderStatus::done:
+        job.response = response;
+        if (job.request.operation == DecoderOperation::decode)
+            job.bitmap = pixels(worker, job, response);
+        return Next::stop;
+    case DecoderStatus::needsSpace:
+        if (job.passedBytes >= response.bytes)
+            return Next::stop; // there was no memory for it
+        job.passedBytes = response.bytes;
+        return Next::again;
+    case DecoderStatus::needsMemory:
+        return std::exchange(job.isLarge, true) ? Next::stop : Next::again;
+    case DecoderStatus::nothing:
+    case DecoderStatus::ready:
+        break;
+    }
+    return Next::stop;
+}
+
+void PooledDecoder::bury(std::unique_ptr<WorkerProcess> worker, Job& job, Exchange::End end)
+{
+    if (job.isLarge)
+        pool_.buryLarge(std::move(worker));
+    else if (end == Exchange::End::neverReady)
+        pool_.buryUnready(std::move(worker));
+    else
+        pool_.bury(std::move(worker));
+}
+
+// Small pictures are copied out of the space that their worker keeps: new shared memory for each
+// would cost twice as long as new memory of our own and the copy together. Large ones stay where
+// they are, in memory that is used again.
+Bitmap PooledDecoder::pixels(WorkerProcess const& worker, Job& job, DecoderResponse const& response)
+{
+    Bitmap picture;
+    picture.size = { response.width, response.height };
+    picture.bytesPerRow = response.bytesPerRow;
+    picture.isOpaque = (response.flags & DecoderResponse::isOpaque) != 0;
+    if (!job.passed)
+        return copied(picture, worker.space().data());
+    if (picture.cost() <= ownSpaceBytes)
+        return copied(picture, job.passed->memory.data());
+    return shelf_.wrap(std::move(job.passed), std::move(picture));
+}
+
+} // namespace pixelhain
