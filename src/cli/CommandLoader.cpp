@@ -19,9 +19,11 @@ ImageLoader::Limits smallLimits(int displayPixelSize)
 } // namespace
 
 CommandLoader::CommandLoader(std::size_t jobs, int displayPixelSize)
-    : thumbQueue(jobs)
+    : decoder(chosenDecoder({ .width = 2 * jobs, .first = std::min(jobs, usualJobs()) }))
+    , thumbQueue(jobs)
     , displayQueue(jobs)
-    , loader({ loop, background, decoder, thumbQueue, displayQueue }, smallLimits(displayPixelSize))
+    , loader(
+          { loop, background, *decoder, thumbQueue, displayQueue }, smallLimits(displayPixelSize))
 {
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 #include "cli/ConsoleLoop.h"
-#include "decoder/InProcessDecoder.h"
+#include "decoder/ChosenDecoder.h"
 #include "images/ImageLoader.h"
 #include "posix/ThreadPool.h"
 #include "posix/ThreadQueue.h"
 #include <cstddef>
+#include <memory>
 
 namespace pixelhain {
 
@@ -15,7 +16,7 @@ struct CommandLoader {
     CommandLoader(std::size_t jobs, int displayPixelSize);
 
     ConsoleLoop loop;
-    InProcessDecoder decoder;
+    std::unique_ptr<ImageDecoder> decoder;
     ThreadPool background;
     ThreadQueue thumbQueue;
     ThreadQueue displayQueue;

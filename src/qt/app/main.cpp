@@ -1,6 +1,6 @@
 #include "app/AppDelegate.h"
 #include "codecs/ImageCodecs.h"
-#include "decoder/InProcessDecoder.h"
+#include "decoder/ChosenDecoder.h"
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
 #include "model/BrowserModel.h"
@@ -25,6 +25,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <thread>
 
 namespace {
@@ -41,6 +42,14 @@ std::size_t thumbWidth()
     return std::max<std::size_t>(2, std::thread::hardware_concurrency());
 }
 
+// The first screen keeps two processors busy while the rest of the program starts; what else the
+// queues may want is started when they do.
+std::unique_ptr<ImageDecoder> startDecoder()
+{
+    constexpr std::size_t first = 2;
+    return chosenDecoder({ thumbWidth() + displayWidth, first, displayNiceness });
+}
+
 FileUrl currentFolder()
 {
     std::error_code error;
@@ -51,8 +60,13 @@ FileUrl currentFolder()
 // What the whole program needs besides its window. Threads that decode are never waited for: they
 // only read, and end with the process.
 struct Services {
+    explicit Services(std::unique_ptr<ImageDecoder> chosen)
+        : decoder(std::move(chosen))
+    {
+    }
+
     QtMainLoop loop;
-    InProcessDecoder decoder;
+    std::unique_ptr<ImageDecoder> decoder;
     PosixFileSystem files;
     IcuTextOrder textOrder { orderingLocale(::getenv) };
     CodecImageTypes imageTypes;
@@ -75,7 +89,7 @@ int run(QApplication& application, CommandLine const& line, Services& services)
 {
     Trace const trace;
     QtPreferences preferences(QtPreferences::defaultFile());
-    ImageLoader loader({ services.loop, services.background, services.decoder, services.thumbQueue,
+    ImageLoader loader({ services.loop, services.background, *services.decoder, services.thumbQueue,
         services.displayQueue });
     BrowserModel model({ services.loop, services.background, services.files, preferences,
         services.textOrder, services.imageTypes, services.panels });
@@ -122,6 +136,8 @@ int main(int argc, char** argv)
             stdout);
         return 0;
     }
+    // Beside the toolkit's own start.
+    auto decoder = startDecoder();
     QApplication application(argc, argv);
     DesktopColors const colors;
     auto const line = parsed();
@@ -129,7 +145,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "pixelhain: %s\n", line.error->c_str());
         return 2;
     }
-    auto* const services = new Services;
+    auto* const services = new Services(std::move(decoder));
     auto const code = run(application, line, *services);
     std::fflush(nullptr);
     std::_Exit(code);
