@@ -3,6 +3,23 @@
 
 namespace pixelhain {
 
+namespace {
+
+thread_local PixelMemory* pixelMemory = nullptr;
+
+} // namespace
+
+PixelMemory::PixelMemory()
+    : outer_(pixelMemory)
+{
+    pixelMemory = this;
+}
+
+PixelMemory::~PixelMemory()
+{
+    pixelMemory = outer_;
+}
+
 Bitmap Bitmap::allocate(PixelSize size, bool isOpaque)
 {
     constexpr std::size_t alignment = 64;
@@ -13,6 +30,8 @@ Bitmap Bitmap::allocate(PixelSize size, bool isOpaque)
     bitmap.isOpaque = isOpaque;
     bitmap.bytesPerRow = (static_cast<std::size_t>(size.width) * 4 + 15) & ~std::size_t { 15 };
     auto const bytes = (bitmap.cost() + alignment - 1) & ~(alignment - 1);
+    if (pixelMemory != nullptr && (bitmap.pixels = pixelMemory->take(size, bytes)))
+        return bitmap;
     auto* memory = static_cast<std::byte*>(std::aligned_alloc(alignment, bytes));
     if (memory == nullptr)
         return {};

@@ -30,8 +30,24 @@ struct Bitmap {
     }
 
     /// Uninitialised pixels, rows aligned to 16 bytes; empty if `size` is not positive or there is
-    /// no memory for it.
+    /// no memory for it. A PixelMemory of the calling thread is asked first.
     static Bitmap allocate(PixelSize size, bool isOpaque);
+};
+
+/// A place for pixels other than the heap. While one lives, the bitmaps that its thread allocates
+/// may lie in it.
+class PixelMemory {
+public:
+    PixelMemory();
+    PixelMemory(PixelMemory const&) = delete;
+    PixelMemory& operator=(PixelMemory const&) = delete;
+    virtual ~PixelMemory();
+
+    /// `bytes` for a bitmap of `size`, aligned to 64; null: the heap shall have it.
+    [[nodiscard]] virtual std::shared_ptr<std::byte> take(PixelSize size, std::size_t bytes) = 0;
+
+private:
+    PixelMemory* outer_;
 };
 
 } // namespace pixelhain

@@ -42,9 +42,9 @@ private:
     // several threads; then it is looked at again a little late.
     [[nodiscard]] nanoseconds timeLeft() const
     {
+        nanoseconds const clock = clockEnd_ - Clock::now();
         auto const used = worker_.processorTime();
-        auto const processor = used ? processorEnd_ - *used : nanoseconds {};
-        return std::min<nanoseconds>(processor, clockEnd_ - Clock::now());
+        return used ? std::min(processorEnd_ - *used, clock) : clock;
     }
 
     WorkerProcess const& worker_;

@@ -1,6 +1,7 @@
 #include "decoder/Worker.h"
 #include "codecs/DecodeLimits.h"
 #include "decoder/CarefulSource.h"
+#include "decoder/SpaceMemory.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
 #include <algorithm>
@@ -54,13 +55,10 @@ int longestSide(DecoderRequest const& request, PixelSize size)
     return request.maxPixel > 0 ? request.maxPixel : size.longestSide();
 }
 
-// What the picture will take; nothing for a picture of unknown size.
-std::optional<std::uint64_t> spaceNeeded(DecoderRequest const& request, ImageSource& image)
+// What the picture will take.
+std::uint64_t spaceNeeded(DecoderRequest const& request, PixelSize size)
 {
-    auto const size = image.pixelSize();
-    if (!size)
-        return std::nullopt;
-    return spaceForPicture(redrawnSize(*size, longestSide(request, *size)));
+    return spaceForPicture(redrawnSize(size, longestSide(request, size)));
 }
 
 } // namespace
@@ -107,42 +105,47 @@ try {
 DecoderResponse Worker::decode(
     DecoderRequest const& request, std::unique_ptr<ImageSource> image, Descriptor space) const
 {
-    auto const needed = spaceNeeded(request, *image);
-    if (needed && *needed > request.spaceBytes)
-        return *needed <= DecodeLimits::bitmap ? plainResponse(DecoderStatus::needsSpace, *needed)
-                                               : DecoderResponse {};
+    auto const size = image->pixelSize();
+    auto const needed = size ? spaceNeeded(request, *size) : 0;
+    if (needed > DecodeLimits::bitmap)
+        return {};
+    if (needed > request.spaceBytes)
+        return plainResponse(DecoderStatus::needsSpace, needed);
+    WritableSpace passed;
+    if (request.space == DecoderSpace::passed)
+        passed = WritableSpace(space.get(), request.spaceBytes);
+    auto const& target = request.space == DecoderSpace::passed ? passed : space_;
     CarefulSource careful(std::move(image), memory_);
-    auto const picture = request.maxPixel > 0
-        ? decodeImage(careful, request.maxPixel, request.previews)
-        : decodeFullImage(careful);
+    std::optional<DecodedPicture> picture;
+    {
+        SpaceMemory const memory(target, size ? longestSide(request, *size) : request.maxPixel);
+        picture = request.maxPixel > 0 ? decodeImage(careful, request.maxPixel, request.previews)
+                                       : decodeFullImage(careful);
+    }
     if (picture)
-        return deliver(request, *picture, space);
+        return deliver(*picture, target);
     if (auto const missing = careful.missingMemory())
         return plainResponse(DecoderStatus::needsMemory, *missing);
     return {};
 }
 
-DecoderResponse Worker::deliver(
-    DecoderRequest const& request, DecodedPicture const& picture, Descriptor const& space) const
+DecoderResponse Worker::deliver(DecodedPicture const& picture, WritableSpace const& target)
 {
-    auto const bytes = picture.bitmap.cost();
-    if (bytes > request.spaceBytes)
-        return plainResponse(DecoderStatus::needsSpace, bytes);
-    WritableSpace passed;
-    if (request.space == DecoderSpace::passed)
-        passed = WritableSpace(space.get(), request.spaceBytes);
-    auto const& target = request.space == DecoderSpace::passed ? passed : space_;
-    if (target.size() < bytes)
-        return {};
-    std::memcpy(target.data(), picture.bitmap.row(0), bytes);
+    auto const& bitmap = picture.bitmap;
+    if (bitmap.cost() > target.size())
+        return bitmap.cost() <= DecodeLimits::bitmap && target
+            ? plainResponse(DecoderStatus::needsSpace, bitmap.cost())
+            : DecoderResponse {};
+    if (bitmap.pixels.get() != target.data())
+        std::memcpy(target.data(), bitmap.row(0), bitmap.cost());
     DecoderResponse response;
     response.status = DecoderStatus::done;
     response.origin = picture.origin;
-    response.flags = picture.bitmap.isOpaque ? DecoderResponse::isOpaque : 0;
-    response.width = picture.bitmap.size.width;
-    response.height = picture.bitmap.size.height;
-    response.bytesPerRow = picture.bitmap.bytesPerRow;
-    response.bytes = bytes;
+    response.flags = bitmap.isOpaque ? DecoderResponse::isOpaque : 0;
+    response.width = bitmap.size.width;
+    response.height = bitmap.size.height;
+    response.bytesPerRow = bitmap.bytesPerRow;
+    response.bytes = bitmap.cost();
     return response;
 }
 

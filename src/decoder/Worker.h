@@ -27,8 +27,8 @@ private:
         DecoderRequest const& request, Descriptor file, Descriptor space) const;
     [[nodiscard]] DecoderResponse decode(
         DecoderRequest const& request, std::unique_ptr<ImageSource> image, Descriptor space) const;
-    [[nodiscard]] DecoderResponse deliver(DecoderRequest const& request,
-        DecodedPicture const& picture, Descriptor const& space) const;
+    [[nodiscard]] static DecoderResponse deliver(
+        DecodedPicture const& picture, WritableSpace const& target);
 
     RecordSocket socket_;
     WritableSpace space_;

@@ -207,7 +207,7 @@ std::unique_ptr<WorkerProcess> WorkerPool::takeLarge()
         return nullptr;
     {
         std::unique_lock guard(lock_);
-        changed_.wait(guard, [this] { return !isLargeTaken_; });
+        largeFreed_.wait(guard, [this] { return !isLargeTaken_; });
         isLargeTaken_ = true;
     }
     // Held by both sides: the order may be dropped while somebody waits for it.
@@ -230,7 +230,7 @@ void WorkerPool::buryLarge(std::unique_ptr<WorkerProcess> worker)
         std::scoped_lock const guard(lock_);
         isLargeTaken_ = false;
     }
-    changed_.notify_all();
+    largeFreed_.notify_one();
 }
 
 } // namespace pixelhain

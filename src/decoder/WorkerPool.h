@@ -74,6 +74,7 @@ private:
     bool hasAnswered_ = false;
     bool hasComplained_ = false;
     std::optional<Clock::time_point> hopelessUntil_;
+    std::condition_variable largeFreed_;
     bool isLargeTaken_ = false;
     std::unique_ptr<WorkerStarter> starter_; // its thread calls back; null if there is none
 };
