@@ -16,13 +16,12 @@ struct FolderId {
     friend bool operator==(FolderId const&, FolderId const&) = default;
 };
 
-std::optional<FolderId> idOf(Descriptor const& folder)
+std::optional<FolderId> idOf(int folder)
 {
     struct statx answer { };
     int const flags = AT_EMPTY_PATH | AT_NO_AUTOMOUNT;
-    if (!folder || uninterrupted([&] {
-            return ::statx(folder.get(), "", flags, STATX_INO | STATX_MNT_ID, &answer);
-        }) != 0)
+    if (uninterrupted([&] { return ::statx(folder, "", flags, STATX_INO | STATX_MNT_ID, &answer); })
+        != 0)
         return std::nullopt;
     FolderId id;
     id.drive.device = ::makedev(answer.stx_dev_major, answer.stx_dev_minor);
@@ -32,10 +31,10 @@ std::optional<FolderId> idOf(Descriptor const& folder)
 }
 
 // Where the kernel says that a folder lies, free of links.
-std::optional<std::string> realPath(Descriptor const& folder)
+std::optional<std::string> realPath(int folder)
 {
     char path[PATH_MAX];
-    auto const self = "/proc/self/fd/" + std::to_string(folder.get());
+    auto const self = "/proc/self/fd/" + std::to_string(folder);
     auto const length = ::readlink(self.c_str(), path, sizeof path);
     if (length <= 0 || static_cast<std::size_t>(length) >= sizeof path || path[0] != '/')
         return std::nullopt;
@@ -60,20 +59,20 @@ struct Ascent {
     std::size_t steps = 0;
 };
 
-std::optional<Ascent> climb(Descriptor const& start)
+std::optional<Ascent> climb(int start)
 {
     auto const upFrom = [](Descriptor const& folder) {
         return Descriptor(uninterrupted(
             [&] { return ::openat(folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
     };
     auto const id = idOf(start);
-    Ascent top { Descriptor(::fcntl(start.get(), F_DUPFD_CLOEXEC, 0)), {}, 0 };
+    Ascent top { Descriptor(::fcntl(start, F_DUPFD_CLOEXEC, 0)), {}, 0 };
     if (!id || !top.folder)
         return std::nullopt;
     top.id = *id;
     for (;;) {
         auto up = upFrom(top.folder);
-        auto const upId = idOf(up);
+        auto const upId = idOf(up.get());
         if (!upId)
             return std::nullopt;
         if (upId->drive != top.id.drive || *upId == top.id)
@@ -91,7 +90,7 @@ std::optional<DriveTop> topAlong(std::string_view path, Ascent const& top)
     if (!upper)
         return std::nullopt;
     auto folder = openFolder(*upper, O_PATH);
-    if (idOf(folder) != std::optional(top.id))
+    if (idOf(folder.get()) != std::optional(top.id))
         return std::nullopt;
     auto way = path.substr(upper->size());
     if (way.starts_with('/'))
@@ -101,13 +100,13 @@ std::optional<DriveTop> topAlong(std::string_view path, Ascent const& top)
 
 } // namespace
 
-std::optional<Drive> driveOf(Descriptor const& folder)
+std::optional<Drive> driveOf(int folder)
 {
     auto const id = idOf(folder);
     return id ? std::optional(id->drive) : std::nullopt;
 }
 
-std::optional<DriveTop> topOf(Descriptor const& folder, FileUrl const& url)
+std::optional<DriveTop> topOf(int folder, FileUrl const& url)
 {
     auto const top = climb(folder);
     if (!top)

@@ -17,7 +17,7 @@ struct Drive {
 };
 
 /// The drive that an open folder lies on.
-[[nodiscard]] std::optional<Drive> driveOf(Descriptor const& folder);
+[[nodiscard]] std::optional<Drive> driveOf(int folder);
 
 /// The top folder of a drive, and the way from there to some folder on it.
 struct DriveTop {
@@ -27,6 +27,6 @@ struct DriveTop {
 };
 
 /// The top of the drive that the folder at `url`, opened as `folder`, lies on.
-[[nodiscard]] std::optional<DriveTop> topOf(Descriptor const& folder, FileUrl const& url);
+[[nodiscard]] std::optional<DriveTop> topOf(int folder, FileUrl const& url);
 
 } // namespace pixelhain

@@ -24,7 +24,7 @@ bool isStillEmptyClaim(Descriptor const& claim, FilePlace const& to)
 {
     struct stat own { };
     struct stat there { };
-    return ::fstat(claim.get(), &own) == 0 && own.st_size == 0 && to.status(there)
+    return statusOf(claim.get(), own) && own.st_size == 0 && to.status(there)
         && isSameFile(own, there);
 }
 

@@ -1,4 +1,5 @@
 #include "posix/FileAttributes.h"
+#include "posix/FilePlace.h"
 #include "posix/FolderHandle.h"
 #include <cstring>
 #include <string>
@@ -83,7 +84,7 @@ mode_t modeFor(struct stat const& status, int to)
 {
     struct stat own { };
     bool const sameOwner
-        = ::fstat(to, &own) == 0 && own.st_uid == status.st_uid && own.st_gid == status.st_gid;
+        = statusOf(to, own) && own.st_uid == status.st_uid && own.st_gid == status.st_gid;
     return status.st_mode & (sameOwner ? 07777U : 0777U);
 }
 

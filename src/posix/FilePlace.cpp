@@ -31,6 +31,11 @@ bool FilePlace::unlinkIfStill(struct stat const& file) const
     return status(now) && isSameFile(now, file) && unlink();
 }
 
+bool statusOf(int file, struct stat& status)
+{
+    return uninterrupted([&] { return ::fstat(file, &status); }) == 0;
+}
+
 bool isSameFile(struct stat const& a, struct stat const& b)
 {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino

@@ -36,6 +36,9 @@ private:
     std::string name_;
 };
 
+/// What an open file is. False, with errno set, if that cannot be told.
+[[nodiscard]] bool statusOf(int file, struct stat& status);
+
 /// Whether both tell of the same file, under whatever name.
 bool isSameFile(struct stat const& a, struct stat const& b);
 

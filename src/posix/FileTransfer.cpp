@@ -79,13 +79,13 @@ private:
         constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
         file_ = Descriptor(
             uninterrupted([&] { return ::openat(from_.folder(), from_.name(), flags); }));
-        return file_ && ::fstat(file_.get(), &source_) == 0 && S_ISREG(source_.st_mode);
+        return file_ && statusOf(file_.get(), source_) && S_ISREG(source_.st_mode);
     }
 
     bool sourceIsUnchanged() const
     {
         struct stat now { };
-        return ::fstat(file_.get(), &now) == 0 && isUnchanged(source_, now);
+        return statusOf(file_.get(), now) && isUnchanged(source_, now);
     }
 
     FileOutcome copyRegular()
@@ -124,7 +124,7 @@ private:
             return FileOutcome::cancelled;
         if (result == ContentsResult::failed
             || !copyAttributes(file_.get(), source_, copy.descriptor()) || !syncs(copy.descriptor())
-            || ::fstat(copy.descriptor(), &copy_) != 0 || copy_.st_size != source_.st_size
+            || !statusOf(copy.descriptor(), copy_) || copy_.st_size != source_.st_size
             || !sourceIsUnchanged())
             return FileOutcome::failed;
         return cancel_.isSet() ? FileOutcome::cancelled : FileOutcome::done;

@@ -8,12 +8,13 @@
 #include <climits>
 #include <cstdint>
 #include <fcntl.h>
+#include <sys/random.h>
 
 namespace pixelhain {
 
 namespace {
 
-enum class PutResult : std::uint8_t { done, nameTaken, nameTooLong, otherDevice, failed };
+enum class PutResult : std::uint8_t { done, nameTaken, nameTooLong, failed };
 
 bool writeAll(Descriptor const& file, std::string_view text)
 {
@@ -36,17 +37,9 @@ PutResult failureOf(int error)
 
 PutResult resultOf(RenameResult result)
 {
-    switch (result) {
-    case RenameResult::done:
+    if (result == RenameResult::done)
         return PutResult::done;
-    case RenameResult::taken:
-        return PutResult::nameTaken;
-    case RenameResult::otherDevice:
-        return PutResult::otherDevice;
-    case RenameResult::failed:
-        break;
-    }
-    return failureOf(errno);
+    return result == RenameResult::taken ? PutResult::nameTaken : failureOf(errno);
 }
 
 FilePlace placeIn(Descriptor const& folder, std::string name)
@@ -79,38 +72,38 @@ PutResult put(FilePlace const& file, TrashFolder const& trash, std::string const
     return result;
 }
 
-// Names that are tried one after the other, then in leaps: a trash may hold thousands of IMG_0001.
+// Numbers are tried one after the other, then in random leaps: a trash may hold thousands of names
+// like IMG_0001.
 unsigned afterNumber(unsigned number)
 {
     constexpr unsigned oneByOne = 16;
-    return number < oneByOne ? number + 1 : number + number / 4;
+    unsigned leap = 0;
+    if (number >= oneByOne && ::getrandom(&leap, sizeof leap, 0) == sizeof leap)
+        leap %= number;
+    return number + 1 + leap;
 }
 
-struct Put {
-    PutResult result = PutResult::failed;
-    FileUrl place;
-};
-
-Put putInto(TrashFolder const& trash, FilePlace const& file, std::string_view path)
+std::optional<FileUrl> putInto(
+    TrashFolder const& trash, FilePlace const& file, std::string_view path)
 {
     auto const text = trashInfoText(path, std::time(nullptr));
     // Some file systems take less than most, those that encrypt names above all.
     constexpr std::array<std::size_t, 2> longestNames { NAME_MAX, 143 };
     constexpr unsigned lastNumber = 1'000'000'000;
-    Put answer;
     for (auto const longest : longestNames) {
-        for (unsigned number = 1; number < lastNumber; number = afterNumber(number)) {
-            auto const name = trashName(file.name(), number, longest - trashInfoSuffix.size());
-            answer.result = put(file, trash, name, text);
-            if (answer.result == PutResult::done)
-                answer.place = trash.url.child("files").child(name);
-            if (answer.result != PutResult::nameTaken)
-                break;
+        auto result = PutResult::nameTaken;
+        std::string name;
+        for (unsigned number = 1; result == PutResult::nameTaken && number < lastNumber;
+             number = afterNumber(number)) {
+            name = trashName(file.name(), number, longest - trashInfoSuffix.size());
+            result = put(file, trash, name, text);
         }
-        if (answer.result != PutResult::nameTooLong)
+        if (result == PutResult::done)
+            return trash.url.child("files").child(name);
+        if (result != PutResult::nameTooLong)
             break;
     }
-    return answer;
+    return std::nullopt;
 }
 
 std::string wayTo(DriveTop const& top, std::string_view name)
@@ -137,21 +130,15 @@ std::optional<FileUrl> moveToTrash(FileUrl const& file, FileUrl const& home)
     struct stat status { };
     if (!place || !place.status(status) || S_ISDIR(status.st_mode))
         return std::nullopt;
-    auto const folder = openFolder(file.parent().path(), O_PATH);
-    auto const drive = driveOf(folder);
+    auto const drive = driveOf(place.folder());
     if (!drive)
         return std::nullopt;
-    if (auto const trash = openHomeTrash(home, *drive)) {
-        auto const answer = putInto(*trash, place, file.path());
-        if (answer.result != PutResult::otherDevice)
-            return answer.result == PutResult::done ? std::optional(answer.place) : std::nullopt;
-    }
-    auto const top = topOf(folder, file.parent());
+    auto const inHome = openHomeTrash(home, *drive);
+    if (inHome.isOnDrive)
+        return inHome.folder ? putInto(*inHome.folder, place, file.path()) : std::nullopt;
+    auto const top = topOf(place.folder(), file.parent());
     auto const trash = top ? openDriveTrash(*top) : std::nullopt;
-    if (!trash)
-        return std::nullopt;
-    auto const answer = putInto(*trash, place, wayTo(*top, file.name()));
-    return answer.result == PutResult::done ? std::optional(answer.place) : std::nullopt;
+    return trash ? putInto(*trash, place, wayTo(*top, file.name())) : std::nullopt;
 }
 
 bool moveFromTrash(FileUrl const& trashed, FileUrl const& original)

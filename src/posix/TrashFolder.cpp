@@ -1,4 +1,5 @@
 #include "posix/TrashFolder.h"
+#include "posix/FilePlace.h"
 #include "posix/FolderHandle.h"
 #include <cstdlib>
 #include <fcntl.h>
@@ -51,12 +52,16 @@ std::optional<TrashFolder> openTrash(Descriptor const& trash, FileUrl const& url
 }
 
 // The folder at `url`, made with those above it, but nothing is made on another drive.
-Descriptor folderOn(Drive const& drive, FileUrl const& url)
+Descriptor folderOn(Drive const& drive, FileUrl const& url, bool& isOnDrive)
 {
-    auto folder = openFolder(url.path(), O_PATH);
-    if (folder || errno != ENOENT || url.path().size() <= 1)
-        return driveOf(folder) == std::optional(drive) ? std::move(folder) : Descriptor();
-    auto const parent = folderOn(drive, url.parent());
+    if (auto folder = openFolder(url.path(), O_PATH)) {
+        auto const its = driveOf(folder.get());
+        isOnDrive = !its || *its == drive;
+        return isOnDrive ? std::move(folder) : Descriptor();
+    }
+    if (url.path().size() <= 1)
+        return {};
+    auto const parent = folderOn(drive, url.parent(), isOnDrive);
     return parent ? folderIn(parent, std::string(url.name()), O_PATH | O_DIRECTORY | O_CLOEXEC)
                   : Descriptor();
 }
@@ -64,7 +69,7 @@ Descriptor folderOn(Drive const& drive, FileUrl const& url)
 bool isOwn(Descriptor const& folder)
 {
     struct stat status { };
-    return folder && ::fstat(folder.get(), &status) == 0 && status.st_uid == ::geteuid();
+    return folder && statusOf(folder.get(), status) && status.st_uid == ::geteuid();
 }
 
 // Anybody may have made it: only with the sticky bit are folders in it safe from others.
@@ -72,7 +77,7 @@ Descriptor openSharedTrash(Descriptor const& top)
 {
     Descriptor folder(uninterrupted([&] { return ::openat(top.get(), ".Trash", plainFolder); }));
     struct stat status { };
-    if (folder && ::fstat(folder.get(), &status) == 0 && (status.st_mode & S_ISVTX) != 0)
+    if (folder && statusOf(folder.get(), status) && (status.st_mode & S_ISVTX) != 0)
         return folder;
     return {};
 }
@@ -97,14 +102,14 @@ FileUrl homeTrashUrl()
     return home.empty() ? FileUrl() : FileUrl(home).standardized().child(".local/share/Trash");
 }
 
-std::optional<TrashFolder> openHomeTrash(FileUrl const& url, Drive const& drive)
+HomeTrash openHomeTrash(FileUrl const& url, Drive const& drive)
 {
+    HomeTrash home;
     if (url.empty())
-        return std::nullopt;
-    auto const trash = folderOn(drive, url);
-    if (!trash)
-        return std::nullopt;
-    return openTrash(trash, url, O_PATH | O_DIRECTORY | O_CLOEXEC);
+        return home;
+    if (auto const trash = folderOn(drive, url, home.isOnDrive))
+        home.folder = openTrash(trash, url, O_PATH | O_DIRECTORY | O_CLOEXEC);
+    return home;
 }
 
 std::optional<TrashFolder> openDriveTrash(DriveTop const& top)

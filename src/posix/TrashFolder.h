@@ -17,8 +17,13 @@ struct TrashFolder {
 /// Empty if there is no home.
 [[nodiscard]] FileUrl homeTrashUrl();
 
-/// The home trash, made if need be, if it lies on `drive`.
-[[nodiscard]] std::optional<TrashFolder> openHomeTrash(FileUrl const& url, Drive const& drive);
+/// Whether the home trash is the one for files on `drive`, and if so the trash, made if need be;
+/// none if that is not possible.
+struct HomeTrash {
+    bool isOnDrive = false;
+    std::optional<TrashFolder> folder;
+};
+[[nodiscard]] HomeTrash openHomeTrash(FileUrl const& url, Drive const& drive);
 
 /// The user's trash on another drive, made if need be: the administrator's .Trash if it is safe to
 /// use, else .Trash-$uid.

@@ -36,7 +36,7 @@ UnpublishedFile::UnpublishedFile(Descriptor file, std::optional<FilePlace> hidde
 UnpublishedFile::~UnpublishedFile()
 {
     struct stat own { };
-    if (hidden_ && *hidden_ && ::fstat(file_.get(), &own) == 0)
+    if (hidden_ && *hidden_ && statusOf(file_.get(), own))
         static_cast<void>(hidden_->unlinkIfStill(own));
 }
 
