@@ -13,16 +13,20 @@ std::optional<FileState> FileState::of(int descriptor)
         static_cast<std::uint64_t>(info.st_size) };
 }
 
+// Nearly always nothing is recorded, and then nobody need look at the file.
+bool DeathRecords::isEmpty() const
+{
+    std::scoped_lock const guard(lock_);
+    return deaths_.empty();
+}
+
 bool DeathRecords::isGivenUp(int descriptor) const
 {
-    {
-        std::scoped_lock const guard(lock_);
-        if (deaths_.empty())
-            return false;
-    }
-    auto const state = FileState::of(descriptor);
+    auto const state = isEmpty() ? std::nullopt : FileState::of(descriptor);
+    if (!state)
+        return false;
     std::scoped_lock const guard(lock_);
-    auto const known = state ? deaths_.find(*state) : deaths_.end();
+    auto const known = deaths_.find(*state);
     return known != deaths_.end() && known->second >= WorkerLimits::attempts;
 }
 
@@ -31,6 +35,16 @@ void DeathRecords::record(int descriptor)
     if (auto const state = FileState::of(descriptor)) {
         std::scoped_lock const guard(lock_);
         ++deaths_[*state];
+    }
+}
+
+void DeathRecords::forgive(int descriptor)
+{
+    if (isEmpty())
+        return;
+    if (auto const state = FileState::of(descriptor)) {
+        std::scoped_lock const guard(lock_);
+        deaths_.erase(*state);
     }
 }
 

@@ -24,11 +24,15 @@ struct FileState {
 /// Remembers which files workers died of, as long as the program runs. Thread-safe.
 class DeathRecords {
 public:
-    /// Whether the file has cost as many workers as it may.
+    /// Whether the open file has cost as many workers as it may.
     [[nodiscard]] bool isGivenUp(int descriptor) const;
     void record(int descriptor);
+    /// Takes back what is recorded: a worker has lived through the file.
+    void forgive(int descriptor);
 
 private:
+    [[nodiscard]] bool isEmpty() const;
+
     mutable std::mutex lock_;
     std::map<FileState, int> deaths_;
 };

@@ -60,7 +60,7 @@ Exchange Exchange::with(WorkerProcess& worker, DecoderRequest const& request,
     Watchdog const watchdog(worker, time);
     auto const& socket = worker.socket();
     if (!socket.send(request, descriptors))
-        return { worker.holds ? End::died : End::neverReady, {} };
+        return { worker.holds ? End::gone : End::neverReady, {} };
     if (!worker.holds) {
         if (!watchdog.waitForMessage())
             return { End::late, {} };

@@ -9,6 +9,7 @@ namespace pixelhain {
 struct Exchange {
     enum class End : std::uint8_t {
         answered, ///< with `response`, which has been checked
+        gone, ///< it had ended before it was asked
         neverReady, ///< it ended before it said that it can take requests
         died,
         late, ///< it used up its time; it may be stopped, or hang in the kernel

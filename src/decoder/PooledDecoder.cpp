@@ -25,6 +25,19 @@ int ownNiceness()
     return ::getpriority(PRIO_PROCESS, 0);
 }
 
+// Whether a worker that ended so may have died of the picture.
+bool isThePictures(Exchange::End end)
+{
+    return end != Exchange::End::gone && end != Exchange::End::neverReady;
+}
+
+// Whether another worker may do better. One that came to no end would cost its time again, and one
+// that lied was not itself any more.
+bool mayBeChance(Exchange::End end)
+{
+    return end != Exchange::End::late && end != Exchange::End::wrong;
+}
+
 Bitmap copied(Bitmap const& shape, std::byte const* from)
 {
     auto bitmap = Bitmap::allocate(shape.size, shape.isOpaque);
@@ -117,13 +130,12 @@ PooledDecoder::Next PooledDecoder::turn(OpenedFile const& file, Job& job)
     if (exchange.end != Exchange::End::answered) {
         // What the dead one had a hold of is not used again: it may not be quite dead.
         job.passed.reset();
-        if (exchange.end != Exchange::End::neverReady)
+        if (isThePictures(exchange.end))
             deaths_.record(file.descriptor());
         bury(std::move(worker), job, exchange.end);
-        bool const mayBeChance
-            = exchange.end == Exchange::End::neverReady || exchange.end == Exchange::End::died;
-        return mayBeChance ? Next::again : Next::stop;
+        return mayBeChance(exchange.end) ? Next::again : Next::stop;
     }
+    deaths_.forgive(file.descriptor());
     auto const next = hear(*worker, job, exchange.response);
     if (job.passed)
         shelf_.giveBack(std::move(job.passed));

@@ -5,17 +5,26 @@ namespace pixelhain {
 
 void RestartRate::died(Time now)
 {
-    deaths_.push_back(now);
-    // A wait may be longer than the time over which deaths count: it is part of the same trouble.
-    while (deaths_.front() + WorkerLimits::deathsWithin + wait_ < now)
-        deaths_.pop_front();
-    if (deaths_.size() <= WorkerLimits::deaths) {
+    // Those that die during a wait were started before it.
+    if (now < next_)
+        return;
+    bool const isStillTrouble = wait_ > Duration {} && now <= next_ + WorkerLimits::deathsWithin;
+    if (!isStillTrouble && !isTooMany(now)) {
         wait_ = {};
         return;
     }
-    deaths_.pop_front();
-    wait_ = wait_ == Duration {} ? firstWait_ : std::min(wait_ * 2, longestWait_);
+    wait_ = isStillTrouble ? std::min(wait_ * 2, longestWait_) : firstWait_;
     next_ = now + wait_;
+}
+
+bool RestartRate::isTooMany(Time now)
+{
+    std::erase_if(deaths_, [now](Time death) { return death + WorkerLimits::deathsWithin < now; });
+    deaths_.push_back(now);
+    if (deaths_.size() <= WorkerLimits::deaths)
+        return false;
+    deaths_.clear();
+    return true;
 }
 
 } // namespace pixelhain

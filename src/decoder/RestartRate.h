@@ -1,13 +1,13 @@
 #pragma once
 #include "decoder/WorkerLimits.h"
 #include <chrono>
-#include <deque>
+#include <vector>
 
 namespace pixelhain {
 
 /// How soon workers may follow those that died: at once, until too many have died in a short time.
-/// Then every further death doubles the wait; it is over when none died for as long as deaths are
-/// counted.
+/// Then every further death doubles the wait, until after a wait none dies for as long as deaths
+/// are counted.
 class RestartRate {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -25,10 +25,12 @@ public:
     [[nodiscard]] Time next() const { return next_; }
 
 private:
+    [[nodiscard]] bool isTooMany(Time now);
+
     Duration firstWait_;
     Duration longestWait_;
     Duration wait_ {};
-    std::deque<Time> deaths_;
+    std::vector<Time> deaths_;
     Time next_ {};
 };
 

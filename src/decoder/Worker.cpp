@@ -6,7 +6,6 @@
 #include "posix/OpenedFile.h"
 #include <algorithm>
 #include <cstring>
-#include <exception>
 #include <malloc.h>
 #include <poll.h>
 #include <utility>
@@ -98,7 +97,7 @@ try {
     if (request.operation == DecoderOperation::readMeta)
         return metaOf(*image);
     return decode(request, std::move(image), std::move(space));
-} catch (std::exception const&) {
+} catch (...) {
     return {};
 }
 

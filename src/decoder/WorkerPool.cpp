@@ -12,6 +12,9 @@ namespace {
 // Looking a worker's memory up takes as long as the rest of a small request's way.
 constexpr std::uint64_t requestsBetweenLooks = 8;
 
+// One may be killed while it starts; when so many end in a row there is more to it.
+constexpr int mostUnready = 3;
+
 bool isSpent(WorkerProcess const& worker)
 {
     return worker.requests >= WorkerLimits::requests
@@ -114,6 +117,7 @@ void WorkerPool::giveBack(std::unique_ptr<WorkerProcess> worker)
         if (!wasSpent)
             idle_.insert(idle_.begin(), std::move(worker));
         hasAnswered_ = true;
+        unready_ = 0;
         keepSpare();
     }
     changed_.notify_one();
@@ -137,7 +141,10 @@ void WorkerPool::buryUnready(std::unique_ptr<WorkerProcess> worker)
     {
         std::scoped_lock const guard(lock_);
         --taken_;
-        failedToStart("it ends as soon as it begins");
+        if (++unready_ >= mostUnready)
+            failedToStart("it ends as soon as it begins");
+        else
+            rate_.died(Clock::now());
     }
     changed_.notify_all();
 }
@@ -188,9 +195,8 @@ void WorkerPool::started(WorkerProcess::Started result)
 
 void WorkerPool::failedToStart(std::string const& reason)
 {
-    auto const now = Clock::now();
-    rate_.died(now);
-    hopelessUntil_ = std::max(rate_.next(), now + WorkerLimits::firstWait);
+    rate_.died(Clock::now());
+    hopelessUntil_ = std::max(rate_.next(), Clock::now() + WorkerLimits::firstWait);
     if (!std::exchange(hasComplained_, true) && options_.complain)
         options_.complain(options_.program + ": " + reason);
 }

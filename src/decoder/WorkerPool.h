@@ -73,6 +73,7 @@ private:
     std::size_t starting_ = 0;
     bool hasAnswered_ = false;
     bool hasComplained_ = false;
+    int unready_ = 0; ///< that ended in a row before they were ready
     std::optional<Clock::time_point> hopelessUntil_;
     std::condition_variable largeFreed_;
     bool isLargeTaken_ = false;

@@ -1,0 +1,301 @@
+#include "decoder/Protocol.h"
+#include "codecs/DecodeLimits.h"
+#include "decoder/Lockdown.h"
+#include "posix/OpenedFile.h"
+#include <array>
+#include <doctest/doctest.h>
+#include <functional>
+#include <limits>
+#include <vector>
+
+using namespace pixelhain;
+
+namespace {
+
+constexpr std::uint64_t mebibyte = std::uint64_t { 1 } << 20;
+
+template <typename Record> DecoderMessage messageOf(Record const& record, std::size_t descriptors)
+{
+    return { std::as_bytes(std::span(&record, 1)), descriptors, false };
+}
+
+DecoderRequest metaRequest()
+{
+    DecoderRequest request;
+    request.id = 7;
+    request.fileBytes = 1000;
+    return request;
+}
+
+DecoderRequest decodeRequest()
+{
+    auto request = metaRequest();
+    request.operation = DecoderOperation::decode;
+    request.space = DecoderSpace::own;
+    request.spaceBytes = mebibyte;
+    request.maxPixel = 512;
+    request.previews = EmbeddedPreviews::prefer;
+    return request;
+}
+
+DecoderResponse picture()
+{
+    DecoderResponse response;
+    response.status = DecoderStatus::done;
+    response.id = 7;
+    response.origin = PixelOrigin::scaled;
+    response.flags = DecoderResponse::isOpaque;
+    response.width = 512;
+    response.height = 384;
+    response.bytesPerRow = 2048;
+    response.bytes = 2048 * 384;
+    return response;
+}
+
+DecoderResponse metaAnswer()
+{
+    DecoderResponse response;
+    response.status = DecoderStatus::done;
+    response.id = 7;
+    response.flags = DecoderResponse::hasSize | DecoderResponse::isAnimated;
+    response.width = 6000;
+    response.height = 4000;
+    return response;
+}
+
+DecoderResponse plain(DecoderStatus status, std::uint64_t bytes = 0)
+{
+    DecoderResponse response;
+    response.status = status;
+    response.id = 7;
+    response.bytes = bytes;
+    return response;
+}
+
+template <typename Record> struct Change {
+    char const* what;
+    std::function<void(Record&)> apply;
+};
+
+template <typename Enum> Enum numbered(int number)
+{
+    return static_cast<Enum>(number);
+}
+
+} // namespace
+
+TEST_CASE("a request arrives as it was sent")
+{
+    auto const sent = decodeRequest();
+    auto const got = parseRequest(messageOf(sent, 1));
+    REQUIRE(got);
+    CHECK(got->operation == DecoderOperation::decode);
+    CHECK(got->space == DecoderSpace::own);
+    CHECK(got->id == 7);
+    CHECK(got->fileBytes == 1000);
+    CHECK(got->spaceBytes == mebibyte);
+    CHECK(got->maxPixel == 512);
+    CHECK(got->previews == EmbeddedPreviews::prefer);
+    CHECK(parseRequest(messageOf(metaRequest(), 1)));
+}
+
+TEST_CASE("a request that no program sends is refused")
+{
+    std::vector<Change<DecoderRequest>> const changes {
+        { "another magic", [](auto& r) { r.magic ^= 1; } },
+        { "a response's magic", [](auto& r) { r.magic = DecoderResponse::theMagic; } },
+        { "operation 0", [](auto& r) { r.operation = numbered<DecoderOperation>(0); } },
+        { "an unknown operation", [](auto& r) { r.operation = numbered<DecoderOperation>(3); } },
+        { "no space for a picture", [](auto& r) { r.space = DecoderSpace::none; } },
+        { "an unknown kind of space", [](auto& r) { r.space = numbered<DecoderSpace>(3); } },
+        { "space of no bytes", [](auto& r) { r.spaceBytes = 0; } },
+        { "space beyond any picture", [](auto& r) { r.spaceBytes = DecodeLimits::bitmap + 1; } },
+        { "space for what needs none", [](auto& r) { r.operation = DecoderOperation::readMeta; } },
+        { "a passed space that is not there", [](auto& r) { r.space = DecoderSpace::passed; } },
+        { "id 0", [](auto& r) { r.id = 0; } },
+        { "a file beyond the limit", [](auto& r) { r.fileBytes = OpenedFile::maxSize + 1; } },
+        { "less than no pixels", [](auto& r) { r.maxPixel = -1; } },
+        { "unknown previews", [](auto& r) { r.previews = numbered<EmbeddedPreviews>(2); } },
+        { "something in what is not used", [](auto& r) { r.unused[2] = 1; } },
+    };
+    for (auto const& change : changes) {
+        CAPTURE(change.what);
+        auto request = decodeRequest();
+        change.apply(request);
+        CHECK_FALSE(parseRequest(messageOf(request, 1)));
+    }
+}
+
+TEST_CASE("a request without its descriptors, or with more, is refused")
+{
+    auto own = decodeRequest();
+    auto passed = decodeRequest();
+    passed.space = DecoderSpace::passed;
+    CHECK_FALSE(parseRequest(messageOf(own, 0)));
+    CHECK_FALSE(parseRequest(messageOf(own, 2)));
+    CHECK_FALSE(parseRequest(messageOf(passed, 1)));
+    CHECK(parseRequest(messageOf(passed, 2)));
+    CHECK_FALSE(parseRequest(messageOf(metaRequest(), 2)));
+}
+
+TEST_CASE("an answer arrives as it was sent")
+{
+    auto const pixels = parseResponse(messageOf(picture(), 0), decodeRequest());
+    REQUIRE(pixels);
+    CHECK(pixels->width == 512);
+    CHECK(pixels->height == 384);
+    CHECK(pixels->bytesPerRow == 2048);
+    CHECK(pixels->origin == PixelOrigin::scaled);
+    auto const meta = parseResponse(messageOf(metaAnswer(), 0), metaRequest());
+    REQUIRE(meta);
+    CHECK(meta->width == 6000);
+    auto const nothing = plain(DecoderStatus::nothing);
+    CHECK(parseResponse(messageOf(nothing, 0), decodeRequest()));
+    CHECK(parseResponse(messageOf(nothing, 0), metaRequest()));
+    auto const more = plain(DecoderStatus::needsSpace, 2 * mebibyte);
+    CHECK(parseResponse(messageOf(more, 0), decodeRequest()));
+    auto const memory = plain(DecoderStatus::needsMemory, std::uint64_t { 3 } << 30);
+    CHECK(parseResponse(messageOf(memory, 0), decodeRequest()));
+}
+
+TEST_CASE("a picture that is not what was asked for is refused")
+{
+    constexpr auto most = std::numeric_limits<std::int32_t>::max();
+    constexpr auto huge = std::numeric_limits<std::uint64_t>::max();
+    std::vector<Change<DecoderResponse>> const changes {
+        { "another magic", [](auto& r) { r.magic = 0; } },
+        { "a request's magic", [](auto& r) { r.magic = DecoderRequest::theMagic; } },
+        { "the answer to something else", [](auto& r) { r.id = 6; } },
+        { "status 0", [](auto& r) { r.status = numbered<DecoderStatus>(0); } },
+        { "an unknown status", [](auto& r) { r.status = numbered<DecoderStatus>(6); } },
+        { "a sign of being ready", [](auto& r) { r.status = DecoderStatus::ready; } },
+        { "an unknown origin", [](auto& r) { r.origin = numbered<PixelOrigin>(3); } },
+        { "flags of metadata", [](auto& r) { r.flags |= DecoderResponse::hasSize; } },
+        { "unknown flags", [](auto& r) { r.flags |= 128; } },
+        { "no width", [](auto& r) { r.width = 0; } },
+        { "no height", [](auto& r) { r.height = 0; } },
+        { "less than no width", [](auto& r) { r.width = -512; } },
+        { "less than no height", [](auto& r) { r.height = -384; } },
+        { "the least height there is",
+            [](auto& r) { r.height = std::numeric_limits<std::int32_t>::min(); } },
+        { "wider than asked for", [](auto& r) { r.width = 513, r.bytesPerRow = r.bytes = 2064; } },
+        { "higher than asked for", [](auto& r) { r.height = 513, r.bytes = 513 * 2048; } },
+        { "as high as a number can be", [](auto& r) { r.height = most; } },
+        { "rows that overlap", [](auto& r) { r.bytesPerRow = 2044, r.bytes = 2044 * 384; } },
+        { "rows of no bytes", [](auto& r) { r.bytesPerRow = r.bytes = 0; } },
+        { "rows that split a pixel", [](auto& r) { r.bytesPerRow = 2049, r.bytes = 2049 * 384; } },
+        { "rows beyond the space", [](auto& r) { r.bytesPerRow = 2732, r.bytes = 2732 * 384; } },
+        { "rows whose sum overflows",
+            [](auto& r) { r.bytesPerRow = (huge / 384 + 1) & ~std::uint64_t { 3 }; } },
+        { "the longest rows there are", [](auto& r) { r.bytesPerRow = huge - 3, r.bytes = 0; } },
+        { "another sum than its rows'", [](auto& r) { r.bytes -= 1; } },
+    };
+    for (auto const& change : changes) {
+        CAPTURE(change.what);
+        auto response = picture();
+        change.apply(response);
+        CHECK_FALSE(parseResponse(messageOf(response, 0), decodeRequest()));
+    }
+    CHECK_FALSE(parseResponse(messageOf(picture(), 0), metaRequest()));
+}
+
+TEST_CASE("a picture of every pixel is bounded by the space and the limits of any picture")
+{
+    auto asked = decodeRequest();
+    asked.maxPixel = 0;
+    asked.spaceBytes = DecodeLimits::bitmap;
+    auto response = picture();
+    response.width = DecodeLimits::side;
+    response.height = 1;
+    response.bytesPerRow = response.bytes = std::uint64_t { DecodeLimits::side } * 4;
+    CHECK(parseResponse(messageOf(response, 0), asked));
+    response.width += 1;
+    response.bytesPerRow = response.bytes += 4;
+    CHECK_FALSE(parseResponse(messageOf(response, 0), asked));
+}
+
+TEST_CASE("metadata beyond any picture, or with pixels, is refused")
+{
+    std::vector<Change<DecoderResponse>> const changes {
+        { "no width", [](auto& r) { r.width = 0; } },
+        { "less than no height", [](auto& r) { r.height = -1; } },
+        { "a side beyond the limit", [](auto& r) { r.width = largestStatedSide + 1; } },
+        { "a size that is not stated", [](auto& r) { r.flags = DecoderResponse::isAnimated; } },
+        { "flags of a picture", [](auto& r) { r.flags |= DecoderResponse::isOpaque; } },
+        { "an origin", [](auto& r) { r.origin = PixelOrigin::full; } },
+        { "rows", [](auto& r) { r.bytesPerRow = 4; } },
+        { "bytes", [](auto& r) { r.bytes = 4; } },
+    };
+    for (auto const& change : changes) {
+        CAPTURE(change.what);
+        auto response = metaAnswer();
+        change.apply(response);
+        CHECK_FALSE(parseResponse(messageOf(response, 0), metaRequest()));
+    }
+    CHECK_FALSE(parseResponse(messageOf(metaAnswer(), 0), decodeRequest()));
+    auto unknown = metaAnswer();
+    unknown.flags = 0;
+    unknown.width = unknown.height = 0;
+    CHECK(parseResponse(messageOf(unknown, 0), metaRequest()));
+}
+
+TEST_CASE("a refusal for want of space or memory makes sense or is refused itself")
+{
+    auto const isTaken = [](DecoderResponse const& response, DecoderRequest const& asked) {
+        return parseResponse(messageOf(response, 0), asked).has_value();
+    };
+    auto const space = DecoderStatus::needsSpace;
+    CHECK_FALSE(isTaken(plain(space, mebibyte), decodeRequest())); // it has that
+    CHECK_FALSE(isTaken(plain(space, DecodeLimits::bitmap + 1), decodeRequest()));
+    CHECK_FALSE(isTaken(plain(space, 2 * mebibyte), metaRequest()));
+    CHECK_FALSE(isTaken(plain(DecoderStatus::needsMemory, 0), decodeRequest()));
+    CHECK_FALSE(isTaken(plain(DecoderStatus::needsMemory, mebibyte), metaRequest()));
+    CHECK_FALSE(isTaken(plain(DecoderStatus::nothing, 1), decodeRequest()));
+    auto withPicture = picture();
+    withPicture.status = DecoderStatus::nothing;
+    CHECK_FALSE(isTaken(withPicture, decodeRequest()));
+}
+
+TEST_CASE("a message of another length, cut off, or with descriptors is no answer")
+{
+    auto const asked = decodeRequest();
+    std::array<std::byte, sizeof(DecoderResponse) + 1> bytes {};
+    auto const response = picture();
+    std::ranges::copy(std::as_bytes(std::span(&response, 1)), bytes.begin());
+    auto const isTaken
+        = [&](DecoderMessage const& m) { return parseResponse(m, asked).has_value(); };
+    auto const whole = std::span(bytes).first(sizeof response);
+    CHECK(isTaken({ whole, 0, false }));
+    CHECK_FALSE(isTaken({ whole, 0, true }));
+    CHECK_FALSE(isTaken({ whole, 1, false }));
+    CHECK_FALSE(isTaken({ bytes, 0, false }));
+    CHECK_FALSE(isTaken({ whole.first(sizeof response - 1), 0, false }));
+    CHECK_FALSE(isTaken({ {}, 0, false }));
+}
+
+TEST_CASE("the sign of a ready worker says what holds it and nothing else")
+{
+    auto sign = plain(DecoderStatus::ready, Lockdown::everything);
+    sign.id = 0;
+    CHECK(parseReadySign(messageOf(sign, 0)) == Lockdown::everything);
+    CHECK_FALSE(parseReadySign(messageOf(sign, 1)));
+    auto const refused = [&](auto change) {
+        auto changed = sign;
+        change(changed);
+        return !parseReadySign(messageOf(changed, 0));
+    };
+    CHECK(refused([](auto& r) { r.magic = 0; }));
+    CHECK(refused([](auto& r) { r.id = 1; }));
+    CHECK(refused([](auto& r) { r.status = DecoderStatus::done; }));
+    CHECK(refused([](auto& r) { r.bytes = std::uint64_t { Lockdown::everything } + 1; }));
+    CHECK(refused([](auto& r) { r.width = 1; }));
+}
+
+TEST_CASE("the space for a picture holds it whichever way round it is")
+{
+    CHECK(spaceForPicture({ 512, 384 }) == 2048 * 384);
+    CHECK(spaceForPicture({ 1, 1000 }) == 16 * 1000);
+    CHECK(spaceForPicture({ 1000, 1 }) == 16 * 1000);
+    CHECK(spaceForPicture({ 0, 5 }) == 0);
+    CHECK(spaceForPicture({ 65535, 65535 }) == std::uint64_t { 262144 } * 65535);
+}
