@@ -31,11 +31,11 @@ bool isThePictures(Exchange::End end)
     return end != Exchange::End::gone && end != Exchange::End::neverReady;
 }
 
-// Whether another worker may do better. One that came to no end would cost its time again, and one
-// that lied was not itself any more.
+// Whether another worker may do better. One that came to no end would cost its time again; one that
+// lied may have been taken over by the picture before.
 bool mayBeChance(Exchange::End end)
 {
-    return end != Exchange::End::late && end != Exchange::End::wrong;
+    return end != Exchange::End::late;
 }
 
 Bitmap copied(Bitmap const& shape, std::byte const* from)

@@ -233,7 +233,7 @@ TEST_CASE("a locked process gets no more memory than its limit")
     }
     auto const ending = runForked([] {
         WorkerLimits limits;
-        limits.addressSpace = std::size_t { 256 } << 20U;
+        limits.addressSpace = std::size_t { 1 } << 30U;
         if (!lockDown(limits).has(Lockdown::resources))
             return notLocked;
         constexpr std::size_t step = std::size_t { 8 } << 20U;
@@ -250,7 +250,7 @@ TEST_CASE("a locked process gets no more memory than its limit")
     });
     CHECK(ending.signal == 0);
     CHECK(ending.code > 10); // there is memory,
-    CHECK(ending.code <= 256 / 8); // but no more than 256 MiB
+    CHECK(ending.code <= 1024 / 8); // but no more than 1 GiB
 }
 
 TEST_CASE("the limits of a locked process are those that are stated")
