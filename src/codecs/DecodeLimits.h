@@ -23,6 +23,9 @@ inline constexpr std::size_t bitmap = std::size_t { 1 } << 30;
 inline constexpr std::uint64_t wholeFile = std::uint64_t { 1 } << 29;
 /// Scans of a progressive JPEG; cameras and encoders write about 10.
 inline constexpr int scans = 256;
+/// Pixels of a progressive JPEG times its scans: 16 scans of the largest pictures. A scan may go
+/// over all of them without a byte of its own, so a file of 2 KB could cost 15 s.
+inline constexpr std::int64_t scannedPixels = 8'000'000'000;
 /// Complaints of the JPEG decoder after which the rest of a file is given up.
 inline constexpr int warnings = 100;
 inline constexpr std::size_t colorProfile = std::size_t { 4 } << 20;

@@ -112,7 +112,9 @@ void Decompressor::note(j_common_ptr common, int level)
 void Decompressor::watch(j_common_ptr common)
 {
     auto& self = of(common->client_data);
-    if (self.library.input_scan_number > DecodeLimits::scans)
+    std::int64_t const scans = self.library.input_scan_number;
+    auto const pixels = std::int64_t { self.library.image_width } * self.library.image_height;
+    if (scans > DecodeLimits::scans || scans * pixels > DecodeLimits::scannedPixels)
         self.feed_.isStopped = true;
     if (self.feed_.isStopped)
         self.feed_.manager.bytes_in_buffer = 0;

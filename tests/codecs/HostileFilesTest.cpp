@@ -218,6 +218,46 @@ TEST_CASE("a JPEG of thousands of scans is given up after some")
     CHECK(reads.bytes < length / 4);
 }
 
+TEST_CASE("a JPEG of many scans over many pixels is given up sooner")
+{
+    // 144 megapixels of one colour and scans that hold nothing, between comments that show how far
+    // the file is read.
+    constexpr unsigned side = 12'000;
+    constexpr unsigned scans = 250;
+    ByteWriter file(true);
+    file.u32(0xFFD8FFDB);
+    file.u16(67);
+    file.u8(0);
+    file.raw(FileBytes(64, 16));
+    file.u16(0xFFC2);
+    file.u16(11);
+    file.u8(8);
+    file.u16(side);
+    file.u16(side);
+    file.raw({ 1, 1, 0x11, 0 });
+    for (unsigned const table : { 0x00U, 0x10U }) {
+        file.u16(0xFFC4);
+        file.u16(20);
+        file.u8(table);
+        file.u8(1);
+        file.raw(FileBytes(16, 0));
+    }
+    for (unsigned i = 0; i < scans; ++i) {
+        auto const coefficient = static_cast<std::uint8_t>(i == 0 ? 0 : 1 + i % 60);
+        file.u16(0xFFDA);
+        file.u16(8);
+        file.raw({ 1, 1, 0, coefficient, coefficient, 0x01 });
+        file.u32(0xFFFEFFFF);
+        file.raw(FileBytes(0xFFFD, 'x'));
+    }
+    auto const length = file.size();
+    MemoryBytes::Reads reads;
+    auto const source = opened(std::move(file.bytes), &reads);
+    REQUIRE(source);
+    CHECK(source->decode(100));
+    CHECK(reads.bytes < length / 2);
+}
+
 TEST_CASE("padding between the segments of a JPEG is given up after some")
 {
     auto const jpeg = writeJpeg(sampleColors({ 16, 16 }));
