@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdio>
 #include <ctime>
+#include <malloc.h>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,6 +30,16 @@ void warmUp()
     ::tzset(); // a library that converts times reads the zone
 }
 
+// Pages that a picture took stay for the next one: getting new ones from the kernel takes as long
+// as decoding a small picture. A worker without work gives them back.
+void keepPages()
+{
+    constexpr int kept = 64 << 20;
+    constexpr int ownMapping = 16 << 20; // beyond this a block comes from the kernel and goes back
+    ::mallopt(M_TRIM_THRESHOLD, kept);
+    ::mallopt(M_MMAP_THRESHOLD, ownMapping);
+}
+
 bool isSocket(int descriptor)
 {
     struct stat info { };
@@ -48,6 +59,7 @@ int runWorker(std::span<char* const> arguments, Worker::Opener const& opener)
     ::close(WorkerDescriptors::space);
     if (!space)
         return 1;
+    keepPages();
     warmUp();
     auto const lockdown = lockDown({ *memory });
     // Half of the address space is for code, the picture that comes out, and threads' stacks.
