@@ -18,8 +18,10 @@ constexpr int mostThreads = 2;
 /// decodes and nothing else.
 class Feed {
 public:
-    explicit Feed(ByteSource const& bytes)
+    /// `patches` must outlive it.
+    Feed(ByteSource const& bytes, std::vector<HeifIndex::Patch> const& patches)
         : bytes_(bytes)
+        , patches_(patches)
         , start_(bytesAt(bytes, 0, mostStart))
     {
         renameSequence();
@@ -74,11 +76,28 @@ private:
         auto done = SpanBytes(start_).readAt(from, { into, length });
         if (done < length)
             done += bytes_.readAt(from + done, { into + done, length - done });
+        patch(from, { into, done });
         position_ += static_cast<std::int64_t>(done);
         return done == length;
     }
 
+    void patch(std::uint64_t from, std::span<std::uint8_t> bytes) const
+    {
+        auto const before = [](HeifIndex::Patch const& each, std::uint64_t offset) {
+            return each.offset + each.length <= offset;
+        };
+        auto each = std::lower_bound(patches_.begin(), patches_.end(), from, before);
+        for (; each != patches_.end() && each->offset < from + bytes.size(); ++each) {
+            for (std::size_t i = 0; i < each->length; ++i) {
+                auto const at = each->offset + i;
+                if (at >= from && at - from < bytes.size())
+                    bytes[static_cast<std::size_t>(at - from)] = each->bytes[i];
+            }
+        }
+    }
+
     ByteSource const& bytes_;
+    std::vector<HeifIndex::Patch> const& patches_;
     std::vector<std::uint8_t> start_;
     std::int64_t position_ = 0;
 };
@@ -110,18 +129,6 @@ Handle openPrimary(heif_context* context)
 {
     heif_image_handle* handle = nullptr;
     auto const error = heif_context_get_primary_image_handle(context, &handle);
-    Handle owned(handle);
-    return error.code == heif_error_Ok ? std::move(owned) : Handle {};
-}
-
-// Thumbnails are to be had from their picture only.
-Handle openItem(heif_context* context, HeifRequest const& request)
-{
-    auto primary = openPrimary(context);
-    if (!primary || !request.thumbnail)
-        return primary;
-    heif_image_handle* handle = nullptr;
-    auto const error = heif_image_handle_get_thumbnail(primary.get(), *request.thumbnail, &handle);
     Handle owned(handle);
     return error.code == heif_error_Ok ? std::move(owned) : Handle {};
 }
@@ -228,11 +235,21 @@ PixelFormat formatOf(heif_image_handle const* handle, Planes const& planes)
                                                                  : PixelFormat::straight;
 }
 
-void takeRows(
-    Planes const& planes, HeifRequest const& request, CodedColors const& colors, PictureBuilder& to)
+// Some writers state the size of a turned picture as it is after the turn.
+std::optional<PixelSize> shownSize(Planes const& planes, PixelSize stated)
 {
-    auto const [width, height] = request.size;
-    if (!request.profile.empty() || colors.isSrgb()) {
+    auto const decoded = planes.size();
+    if (decoded == stated.turned())
+        return decoded;
+    if (decoded.width < stated.width || decoded.height < stated.height)
+        return {};
+    return stated;
+}
+
+void takeRows(Planes const& planes, PixelSize size, CodedColors const& colors, PictureBuilder& to)
+{
+    auto const [width, height] = size;
+    if (colors.isSrgb()) {
         for (int y = 0; y < height; ++y) {
             planes.take(y, to.nextRow(), width);
             to.commitRow();
@@ -258,24 +275,23 @@ void warmUpHeif()
 
 std::optional<DecodedImage> decodeHeif(ByteSource const& bytes, HeifRequest const& request)
 {
-    Feed feed(bytes);
+    Feed feed(bytes, request.patches);
     auto const context = openContext(feed);
-    auto const handle = context ? openItem(context.get(), request) : Handle {};
+    auto const handle = context ? openPrimary(context.get()) : Handle {};
     auto const decoded = handle ? decodePlanes(handle.get()) : Image {};
     if (!decoded)
         return {};
     Planes const planes(decoded.get());
-    auto const [width, height] = planes.size();
-    if (!planes.isUsable() || width < request.size.width || height < request.size.height)
-        return {};
+    auto const size = shownSize(planes, request.size);
     PictureBuilder builder;
-    if (!builder.begin(request.size, fittedSize(request.size, request.maxPixel),
-            formatOf(handle.get(), planes)))
+    if (!planes.isUsable() || !size
+        || !builder.begin(
+            *size, fittedSize(*size, request.maxPixel), formatOf(handle.get(), planes)))
         return {};
-    auto const colors = request.codePoints
+    auto const colors = request.profile.empty() && request.codePoints
         ? codedColors(request.codePoints->primaries, request.codePoints->transfer)
         : CodedColors {};
-    takeRows(planes, request, colors, builder);
+    takeRows(planes, *size, colors, builder);
     DecodedImage image;
     image.bitmap = builder.finish(request.profile, Channels::color);
     if (image.bitmap.isEmpty())

@@ -11,7 +11,7 @@ void warmUpHeif();
 
 /// How a picture of a HEIF file is to be decoded.
 struct HeifRequest {
-    std::optional<HeifIndex::ItemId> thumbnail; ///< nothing: the primary picture
+    std::vector<HeifIndex::Patch> patches; ///< that make it the primary picture
     PixelSize size; ///< upright, as the file states it
     int maxPixel = 0; ///< of the result; 0: the picture's own size
     ByteSpan profile; ///< empty if there is none

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <set>
 
 namespace pixelhain {
 
@@ -28,6 +29,13 @@ int croppedSide(int length, std::array<double, 4> const& clap)
     return within >= 1 ? static_cast<int>(within) : 0;
 }
 
+std::optional<PixelSize> sizeWithinLimits(std::uint32_t width, std::uint32_t height)
+{
+    if (!isWithinLimits(width, height))
+        return {};
+    return PixelSize { static_cast<int>(width), static_cast<int>(height) };
+}
+
 } // namespace
 
 HeifIndex::Item const* HeifIndex::find(ItemId item) const
@@ -49,18 +57,32 @@ std::vector<IsoBox> HeifIndex::propertiesOf(ItemId item) const
 
 std::optional<PixelSize> HeifIndex::codedSizeOf(ItemId item) const
 {
+    auto const* known = find(item);
+    if (known == nullptr)
+        return {};
+    if (known->type == fourCharacters("grid") || known->type == fourCharacters("iovl"))
+        return canvasOf(*known);
     for (auto const& [type, contents] : propertiesOf(item)) {
         std::array<std::uint8_t, 12> stated {};
-        if (type != fourCharacters("ispe") || contents.length < stated.size()
-            || bytes_->readAt(contents.offset, stated) != stated.size())
-            continue;
-        auto const width = bigEndian32(stated.data() + 4);
-        auto const height = bigEndian32(stated.data() + 8);
-        if (!isWithinLimits(width, height))
-            return {};
-        return PixelSize { static_cast<int>(width), static_cast<int>(height) };
+        if (type == fourCharacters("ispe") && contents.length >= stated.size()
+            && bytes_->readAt(contents.offset, stated) == stated.size())
+            return sizeWithinLimits(bigEndian32(stated.data() + 4), bigEndian32(stated.data() + 8));
     }
     return {};
+}
+
+// A grid or an overlay states its size in front of everything else, and that is the one that memory
+// is taken for.
+std::optional<PixelSize> HeifIndex::canvasOf(Item const& item) const
+{
+    auto const data = tableAt({ item.data.offset, std::min<std::uint64_t>(item.data.length, 64) });
+    NumberReader numbers(data);
+    numbers.take(1);
+    auto const unit = (numbers.take(1) & 1) != 0 ? 4U : 2U;
+    numbers.take(item.type == fourCharacters("grid") ? 2 : 8);
+    auto const width = numbers.take32(unit);
+    auto const height = numbers.take32(unit);
+    return numbers.hasFailed() ? std::nullopt : sizeWithinLimits(width, height);
 }
 
 PixelSize HeifIndex::croppedSize(PixelSize size, ByteRange clap) const
@@ -162,33 +184,14 @@ std::vector<HeifIndex::ItemId> HeifIndex::partsOf(ItemId item) const
     return found != parts_.end() ? found->second : std::vector<ItemId> {};
 }
 
-// A grid or an overlay states its size once more, in front of everything else, and that is the
-// one that memory is taken for.
-bool HeifIndex::hasStatedCanvas(Item const& item, PixelSize size) const
-{
-    auto const isGrid = item.type == fourCharacters("grid");
-    if (!isGrid && item.type != fourCharacters("iovl"))
-        return true;
-    auto const data = tableAt({ item.data.offset, std::min<std::uint64_t>(item.data.length, 64) });
-    NumberReader numbers(data);
-    numbers.take(1);
-    auto const unit = (numbers.take(1) & 1) != 0 ? 4U : 2U;
-    numbers.take(isGrid ? 2 : 8);
-    auto const width = numbers.take(unit);
-    auto const height = numbers.take(unit);
-    return !numbers.hasFailed() && width == static_cast<std::uint64_t>(size.width)
-        && height == static_cast<std::uint64_t>(size.height);
-}
-
 // While an item is being looked at it stands in `known` without a cost, so a circle ends there.
 std::optional<HeifIndex::Cost> HeifIndex::costOf(ItemId item, int depth, Costs& known) const
 {
     if (auto const seen = known.find(item); seen != known.end())
         return seen->second;
     known[item] = std::nullopt;
-    auto const* found = find(item);
     auto const size = codedSizeOf(item);
-    if (found == nullptr || !size || depth == 0 || !hasStatedCanvas(*found, *size))
+    if (!size || depth == 0)
         return {};
     Cost cost { std::int64_t { size->width } * size->height, 1 };
     for (auto const part : partsOf(item)) {
@@ -227,7 +230,7 @@ std::vector<HeifIndex::Thumbnail> HeifIndex::thumbnails() const
     return found;
 }
 
-std::size_t HeifIndex::pictures() const
+std::map<HeifIndex::ItemId, HeifIndex::Item> HeifIndex::ownPictures() const
 {
     auto own = items_;
     std::erase_if(own,
@@ -239,7 +242,17 @@ std::size_t HeifIndex::pictures() const
         if (reference.type == fourCharacters("thmb") || reference.type == fourCharacters("auxl"))
             own.erase(reference.from);
     }
-    return std::max({ std::size_t { 1 }, own.size(), sequenceFrames() });
+    return own;
+}
+
+std::size_t HeifIndex::pictures() const
+{
+    return std::max({ std::size_t { 1 }, ownPictures().size(), sequenceFrames() });
+}
+
+bool HeifIndex::isCut() const
+{
+    return std::ranges::any_of(ownPictures(), [](auto const& entry) { return entry.second.isCut; });
 }
 
 // Frames are counted where the first track lists their lengths.
@@ -297,6 +310,41 @@ std::optional<HeifIndex::CodePoints> HeifIndex::codePoints() const
     auto const primaries = static_cast<int>(numbers.take(2));
     auto const transfer = static_cast<int>(numbers.take(2));
     return numbers.hasFailed() ? std::nullopt : std::optional(CodePoints { primaries, transfer });
+}
+
+std::vector<HeifIndex::Patch> HeifIndex::patchesFor(ItemId item) const
+{
+    std::set<ItemId> kept;
+    std::vector<ItemId> open { item };
+    while (!open.empty()) {
+        auto const next = open.back();
+        open.pop_back();
+        if (!kept.insert(next).second)
+            continue;
+        auto const parts = partsOf(next);
+        open.insert(open.end(), parts.begin(), parts.end());
+    }
+    constexpr std::array<std::uint8_t, 8> nothing { 'n', 'o', 'n', 'e' };
+    std::vector<Patch> patches;
+    for (auto const& [id, found] : items_) {
+        if (kept.contains(id))
+            continue;
+        patches.push_back({ found.typeOffset, nothing, 4 });
+        for (auto const& place : found.lengthPlaces)
+            patches.push_back({ place.offset, {}, static_cast<std::size_t>(place.length) });
+    }
+    for (auto const& reference : references_) {
+        auto const isPart = reference.type == fourCharacters("dimg")
+            || reference.type == fourCharacters("auxl") || reference.type == fourCharacters("prem");
+        if (!isPart || !kept.contains(reference.from))
+            patches.push_back({ reference.typeOffset, nothing, 4 });
+    }
+    Patch primary { primaryPlace_.offset, {}, static_cast<std::size_t>(primaryPlace_.length) };
+    for (std::size_t i = 0; i < primary.length; ++i)
+        primary.bytes[i] = static_cast<std::uint8_t>(item >> 8 * (primary.length - 1 - i));
+    patches.push_back(primary);
+    std::ranges::sort(patches, {}, &Patch::offset);
+    return patches;
 }
 
 std::optional<ByteRange> HeifIndex::exif() const

@@ -1,6 +1,7 @@
 #pragma once
 #include "base/Geometry.h"
 #include "codecs/IsoBoxes.h"
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -18,6 +19,13 @@ public:
     struct CodePoints {
         int primaries = 2; ///< 2: not stated
         int transfer = 2;
+    };
+
+    /// Bytes to put in place of some of the file.
+    struct Patch {
+        std::uint64_t offset = 0;
+        std::array<std::uint8_t, 8> bytes {};
+        std::size_t length = 0;
     };
 
     struct Thumbnail {
@@ -47,6 +55,8 @@ public:
     [[nodiscard]] std::vector<Thumbnail> thumbnails() const;
     /// Pictures that are no part, thumbnail or channel of another; the frames of a sequence.
     [[nodiscard]] std::size_t pictures() const;
+    /// Whether the file ends before one of these pictures does.
+    [[nodiscard]] bool isCut() const;
 
     [[nodiscard]] std::optional<ByteRange> profile() const;
     [[nodiscard]] std::optional<CodePoints> codePoints() const;
@@ -57,15 +67,23 @@ public:
     /// together.
     [[nodiscard]] std::optional<std::int64_t> decodedPixels(ItemId item) const;
 
+    /// What makes the file one that holds `item` and its parts only, `item` being the primary
+    /// picture; by offset ascending. A decoder then reads no byte of anything else.
+    [[nodiscard]] std::vector<Patch> patchesFor(ItemId item) const;
+
 private:
     struct Item {
         std::uint32_t type = 0;
+        std::uint64_t typeOffset = 0; ///< where that is said
         bool isHidden = false;
         std::vector<std::size_t> properties;
         ByteRange data; ///< empty if it is not in one piece
+        bool isCut = false;
+        std::vector<ByteRange> lengthPlaces; ///< where the lengths of its pieces stand
     };
     struct Reference {
         std::uint32_t type = 0;
+        std::uint64_t typeOffset = 0;
         ItemId from = 0;
         std::vector<ItemId> to;
     };
@@ -96,13 +114,15 @@ private:
     [[nodiscard]] std::optional<PixelSize> codedSizeOf(ItemId item) const;
     [[nodiscard]] std::optional<PixelSize> uprightSizeOf(ItemId item) const;
     [[nodiscard]] PixelSize croppedSize(PixelSize size, ByteRange clap) const;
-    [[nodiscard]] bool hasStatedCanvas(Item const& item, PixelSize size) const;
+    [[nodiscard]] std::optional<PixelSize> canvasOf(Item const& item) const;
     [[nodiscard]] std::optional<Cost> costOf(ItemId item, int depth, Costs& known) const;
     [[nodiscard]] std::optional<IsoBox> colorProperty(bool isProfile) const;
+    [[nodiscard]] std::map<ItemId, Item> ownPictures() const;
     [[nodiscard]] std::size_t sequenceFrames() const;
 
     ByteSource const* bytes_;
     ItemId primary_ = 0;
+    ByteRange primaryPlace_; ///< where its number stands
     std::map<ItemId, Item> items_;
     std::vector<Reference> references_;
     std::map<ItemId, std::vector<ItemId>> parts_;

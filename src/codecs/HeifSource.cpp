@@ -92,7 +92,10 @@ private:
 
     [[nodiscard]] std::optional<DecodedImage> decodeStored(int maxPixel) override
     {
-        return decodeItem({}, index_->size(), maxPixel);
+        // Of pictures that are cut nothing is to be had.
+        if (index_->isCut())
+            return {};
+        return decodeItem(index_->primary(), index_->size(), maxPixel);
     }
 
     [[nodiscard]] std::vector<std::uint8_t> readProfile() override
@@ -101,15 +104,15 @@ private:
         return range ? profileAt(*range) : std::vector<std::uint8_t> {};
     }
 
-    std::optional<DecodedImage> decodeItem(
-        std::optional<HeifIndex::ItemId> thumbnail, PixelSize size, int maxPixel)
+    std::optional<DecodedImage> decodeItem(HeifIndex::ItemId item, PixelSize size, int maxPixel)
     {
         // Three channels twice, as the library turns a picture by copying it.
         auto const bytesPerPixel = index_->isDeep() ? 12 : 6;
-        auto const pixels = index_->decodedPixels(thumbnail.value_or(index_->primary()));
+        auto const pixels = index_->decodedPixels(item);
         if (!pixels || *pixels > DecodeLimits::twiceHeld / bytesPerPixel)
             return {};
-        return decodeHeif(bytes(), { thumbnail, size, maxPixel, profile(), index_->codePoints() });
+        return decodeHeif(
+            bytes(), { index_->patchesFor(item), size, maxPixel, profile(), index_->codePoints() });
     }
 
     // A thumbnail in the EXIF block lies as the sensor did, so its turn must be beyond doubt.

@@ -38,7 +38,9 @@ bool HeifIndex::readMeta(ByteRange meta)
         if (type == fourCharacters("pitm")) {
             auto const table = tableAt(contents);
             NumberReader numbers(table);
-            primary_ = numbers.take32(Kind(numbers).version == 0 ? 2 : 4);
+            auto const length = Kind(numbers).version == 0 ? 2U : 4U;
+            primary_ = numbers.take32(length);
+            primaryPlace_ = { contents.offset + kindLength, length };
         } else if (type == fourCharacters("iinf")) {
             readItems(contents);
         } else if (type == fourCharacters("iref")) {
@@ -78,10 +80,12 @@ void HeifIndex::readItems(ByteRange table)
         Kind const kind(entry);
         auto const item = entry.take32(kind.version >= 3 ? 4 : 2);
         entry.take(2);
+        auto const typeOffset = table.offset + contents.offset + (kind.version >= 3 ? 10 : 8);
         auto const itemType = entry.take32();
         if (kind.version < 2 || entry.hasFailed())
             continue;
         items_[item].type = itemType;
+        items_[item].typeOffset = typeOffset;
         items_[item].isHidden = (kind.flags & 1) != 0;
     }
 }
@@ -108,9 +112,16 @@ void HeifIndex::readLocations(ByteRange table, std::optional<ByteRange> inner)
         ByteRange first;
         for (std::uint32_t piece = 0; piece < pieces && !numbers.hasFailed(); ++piece) {
             numbers.take(indexLength);
-            ByteRange const found { base + numbers.take(offsetLength), numbers.take(lengthLength) };
+            auto const offset = base + numbers.take(offsetLength);
+            if (item != items_.end() && lengthLength > 0)
+                item->second.lengthPlaces.push_back(
+                    { table.offset + numbers.position(), lengthLength });
+            ByteRange const found { offset, numbers.take(lengthLength) };
             if (piece == 0)
                 first = found;
+            if (method == 0 && item != items_.end()
+                && (found.offset > bytes_->size() || found.length > bytes_->size() - found.offset))
+                item->second.isCut = true;
         }
         if (item == items_.end() || pieces != 1 || numbers.hasFailed())
             continue;
@@ -133,6 +144,8 @@ void HeifIndex::readReferences(ByteRange table)
             static_cast<std::size_t>(contents.offset), static_cast<std::size_t>(contents.length)));
         Reference reference;
         reference.type = type;
+        // Right in front of what the box holds, also where its length takes eight bytes more.
+        reference.typeOffset = table.offset + contents.offset - 4;
         reference.from = numbers.take32(idLength);
         auto const count = numbers.take32(2);
         for (std::uint32_t i = 0; i < count && !numbers.isAtEnd(); ++i)

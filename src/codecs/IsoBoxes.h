@@ -67,6 +67,7 @@ public:
     }
 
     [[nodiscard]] bool hasFailed() const { return hasFailed_; }
+    [[nodiscard]] std::size_t position() const { return at_; }
     [[nodiscard]] bool isAtEnd() const { return at_ == bytes_.size(); }
 
 private:

@@ -21,6 +21,7 @@ struct Free {
 struct Plan {
     PixelSize size;
     bool hasAlpha = false;
+    bool isPremultiplied = false;
     bool isGrey = false;
     bool isDeep = false; ///< 16 bits, colours converted row by row
     CodedColors colors;
@@ -121,7 +122,7 @@ public:
     }
     [[nodiscard]] std::uint8_t* data() const { return memory_.get(); }
     [[nodiscard]] std::size_t bytes() const { return bytes_; }
-    [[nodiscard]] std::uint8_t const* row(int y) const
+    [[nodiscard]] std::uint8_t* row(int y)
     {
         return memory_.get() + rowBytes_ * static_cast<std::size_t>(y);
     }
@@ -143,11 +144,29 @@ void swapRow(std::uint8_t const* in, std::uint8_t* out, int width, bool hasAlpha
     }
 }
 
-std::optional<DecodedImage> built(Plan const& plan, Pixels const& pixels, int maxPixel)
+// Colours of 16 bits are converted as if they covered everything, and so they must stand for
+// themselves.
+void unpremultiply(std::uint16_t* row, int width)
+{
+    for (auto* const end = row + std::ptrdiff_t(width) * 4; row != end; row += 4) {
+        std::uint32_t const alpha = row[3];
+        for (int c = 0; c < 3 && alpha > 0 && alpha < 65535; ++c)
+            row[c] = static_cast<std::uint16_t>(std::min(65535U, row[c] * 65535U / alpha));
+    }
+}
+
+PixelFormat formatOf(Plan const& plan)
+{
+    if (!plan.hasAlpha)
+        return PixelFormat::opaque;
+    return plan.isPremultiplied && !plan.isDeep ? PixelFormat::premultiplied
+                                                : PixelFormat::straight;
+}
+
+std::optional<DecodedImage> built(Plan const& plan, Pixels& pixels, int maxPixel)
 {
     PictureBuilder builder;
-    auto const format = plan.hasAlpha ? PixelFormat::straight : PixelFormat::opaque;
-    if (!builder.begin(plan.size, fittedSize(plan.size, maxPixel), format))
+    if (!builder.begin(plan.size, fittedSize(plan.size, maxPixel), formatOf(plan)))
         return {};
     auto const isProfiled = !plan.profile.empty();
     std::optional<DeepRowConverter> byProfile;
@@ -157,9 +176,11 @@ std::optional<DecodedImage> built(Plan const& plan, Pixels const& pixels, int ma
     else if (plan.isDeep)
         byCode.emplace(plan.colors);
     for (int y = 0; y < plan.size.height; ++y) {
-        auto const* in = pixels.row(y);
+        auto* in = pixels.row(y);
         auto* out = builder.nextRow();
-        auto const* deep = reinterpret_cast<std::uint16_t const*>(in);
+        auto* deep = reinterpret_cast<std::uint16_t*>(in);
+        if (plan.isDeep && plan.isPremultiplied)
+            unpremultiply(deep, plan.size.width);
         if (byProfile)
             byProfile->convert(deep, out, plan.size.width);
         else if (byCode)
@@ -203,6 +224,7 @@ std::optional<Plan> readPlan(JxlStream& stream, JxlPicture picture)
     plan.size = { static_cast<int>(isPreview ? info.preview.xsize : info.xsize),
         static_cast<int>(isPreview ? info.preview.ysize : info.ysize) };
     plan.hasAlpha = info.alpha_bits > 0;
+    plan.isPremultiplied = info.alpha_premultiplied != 0;
     plan.isGrey = info.num_color_channels == 1;
     planColors(stream.decoder(), info, plan);
     if (!isWithinLimits(plan.size))

@@ -11,9 +11,9 @@ namespace {
 // Each worker has a processor to itself where pictures wait, and only the one in front of the user
 // may take a second.
 constexpr std::size_t mostThreads = 2;
-// A header needs little, pixels come faster in large pieces.
-constexpr std::size_t firstPiece = std::size_t { 4 } << 10;
-constexpr std::size_t laterPieces = std::size_t { 1 } << 20;
+// A header or a preview needs little, pixels come faster in large pieces.
+constexpr std::uint64_t firstPiece = std::uint64_t { 4 } << 10;
+constexpr std::uint64_t largestPiece = std::uint64_t { 1 } << 20;
 // A JPEG keeps its EXIF block in 64 KiB.
 constexpr std::size_t mostExif = std::size_t { 1 } << 20;
 
@@ -72,6 +72,7 @@ std::vector<std::uint8_t> readExifBox(JxlStream& stream)
 JxlStream::JxlStream(ByteSource const& bytes, int events, Threads threads)
     : bytes_(bytes)
     , decoder_(JxlDecoderCreate(nullptr), JxlDecoderDestroy)
+    , endsWithFile_((events & JXL_DEC_BOX) != 0)
 {
     if (threads == Threads::some)
         runner_ = std::shared_ptr<void>(
@@ -82,8 +83,7 @@ JxlStream::JxlStream(ByteSource const& bytes, int events, Threads threads)
             || JxlDecoderSetParallelRunner(decoder, JxlThreadParallelRunner, runner_.get())
                 == JXL_DEC_SUCCESS)
         && JxlDecoderSubscribeEvents(decoder, events) == JXL_DEC_SUCCESS
-        && JxlDecoderSetKeepOrientation(decoder, JXL_TRUE) == JXL_DEC_SUCCESS
-        && JxlDecoderSetUnpremultiplyAlpha(decoder, JXL_TRUE) == JXL_DEC_SUCCESS;
+        && JxlDecoderSetKeepOrientation(decoder, JXL_TRUE) == JXL_DEC_SUCCESS;
 }
 
 JxlDecoderStatus JxlStream::next()
@@ -99,11 +99,11 @@ JxlDecoderStatus JxlStream::next()
 
 bool JxlStream::feed()
 {
-    if (isClosed_)
+    if (offset_ >= bytes_.size())
         return false;
     auto const left = JxlDecoderReleaseInput(decoder_.get());
     std::copy(piece_.end() - static_cast<std::ptrdiff_t>(left), piece_.end(), piece_.begin());
-    auto const wanted = offset_ == 0 ? firstPiece : laterPieces;
+    auto const wanted = std::clamp(3 * offset_, firstPiece, largestPiece);
     auto const there = std::min<std::uint64_t>(wanted, bytes_.size() - offset_);
     piece_.resize(left + static_cast<std::size_t>(there));
     auto const got = bytes_.readAt(offset_, std::span(piece_).subspan(left));
@@ -111,10 +111,10 @@ bool JxlStream::feed()
     offset_ += got;
     if (JxlDecoderSetInput(decoder_.get(), piece_.data(), piece_.size()) != JXL_DEC_SUCCESS)
         return false;
-    if (got == 0 || offset_ >= bytes_.size()) {
+    // Whoever reads boxes must be told where the last one ends; a picture that is cut there would
+    // count as an error.
+    if (endsWithFile_ && offset_ >= bytes_.size())
         JxlDecoderCloseInput(decoder_.get());
-        isClosed_ = true;
-    }
     return got > 0;
 }
 

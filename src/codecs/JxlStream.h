@@ -30,7 +30,7 @@ private:
     std::unique_ptr<JxlDecoder, decltype(&JxlDecoderDestroy)> decoder_;
     std::vector<std::uint8_t> piece_;
     std::uint64_t offset_ = 0;
-    bool isClosed_ = false;
+    bool endsWithFile_;
     bool isReady_ = false;
 };
 

@@ -1,6 +1,7 @@
 #include "codecs/CodecSupport.h"
 #include "codecs/DecodeLimits.h"
 #include "support/ByteWriter.h"
+#include "support/CodedWriters.h"
 #include "support/PlainWriters.h"
 #include <doctest/doctest.h>
 #include <sys/resource.h>
@@ -90,6 +91,30 @@ std::vector<Sample> samples()
                 { "TIFF " + std::to_string(int(kind)), writeTiff(sampleColors({ 50, 40 }), tiff) });
         }
     }
+    HeifOptions heif;
+    heif.hasAlpha = true;
+    heif.thumbnail = 16;
+    heif.exif = png.exif;
+    all.push_back({ "AVIF", writeHeif(sampleWithAlpha({ 50, 40 }), heif) });
+    heif.coding = HeifOptions::Coding::hevc;
+    heif.bits = 10;
+    heif.orientation = 6;
+    heif.others = { sampleColors({ 30, 20 }) };
+    all.push_back({ "HEIC", writeHeif(sampleColors({ 50, 40 }), heif) });
+    JxlOptions jxl;
+    jxl.hasAlpha = true;
+    jxl.exif = png.exif;
+    jxl.isPacked = true;
+    all.push_back({ "lossless JPEG XL", writeJxl(sampleWithAlpha({ 50, 40 }), jxl) });
+    jxl = {};
+    jxl.distance = 1;
+    jxl.frames = { sampleColors({ 50, 40 }) };
+    all.push_back({ "lossy JPEG XL", writeJxl(sampleColors({ 50, 40 }), jxl) });
+    jxl = {};
+    JpegOptions transcoded;
+    transcoded.exif = png.exif;
+    jxl.jpeg = writeJpeg(sampleColors({ 80, 60 }), transcoded);
+    all.push_back({ "JPEG XL of a JPEG", writeJxl(sampleColors({ 80, 60 }), jxl) });
     using BmpKind = BmpOptions::Kind;
     for (auto const kind : { BmpKind::mono, BmpKind::rle4, BmpKind::rle8, BmpKind::rgb565,
              BmpKind::rgba32, BmpKind::os2palette8 })
