@@ -34,6 +34,18 @@ bool hasSameShape(PixelSize preview, PixelSize picture)
     return std::abs(across - down) <= tolerance;
 }
 
+PixelSize largestOfShape(PixelSize shape, PixelSize frame)
+{
+    if (shape.width <= 0 || shape.height <= 0 || frame.width <= 0 || frame.height <= 0)
+        return {};
+    auto const scale
+        = std::min(double(frame.width) / shape.width, double(frame.height) / shape.height);
+    auto const scaled = [&](int side, int most) {
+        return std::clamp(static_cast<int>(std::lround(side * scale)), 1, most);
+    };
+    return { scaled(shape.width, frame.width), scaled(shape.height, frame.height) };
+}
+
 std::optional<PreviewBars> possibleBars(PixelSize preview, PixelSize picture)
 {
     if (preview.longestSide() > largestWithBars || picture.width <= 0 || picture.height <= 0)

@@ -22,6 +22,9 @@ struct PreviewBars {
 /// proportion within 2 %, or within what rounding to whole pixels does to a small preview.
 [[nodiscard]] bool hasSameShape(PixelSize preview, PixelSize picture);
 
+/// The largest size of `shape`'s proportion that fits into `frame`; empty if either is.
+[[nodiscard]] PixelSize largestOfShape(PixelSize shape, PixelSize frame);
+
 /// The bars that would give a small preview the picture's shape; nothing if none would.
 [[nodiscard]] std::optional<PreviewBars> possibleBars(PixelSize preview, PixelSize picture);
 

@@ -22,6 +22,9 @@ struct PlainPicture {
 /// What a camera's RAW file says before any pixel is decoded.
 struct RawContents {
     PixelSize size; ///< of the sensor's picture, as stored; empty if the file does not say
+    /// The part in its middle that the camera may have been set to; empty if none is stated. It is
+    /// the picture if the finished ones show it, too.
+    PixelSize crop;
     int orientation = 1;
     RawColors colors = RawColors::unknown;
     bool isDng = false;

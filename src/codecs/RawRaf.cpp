@@ -2,6 +2,7 @@
 #include "codecs/DecodeLimits.h"
 #include "codecs/HeadBytes.h"
 #include "codecs/JpegHeader.h"
+#include "codecs/PreviewShape.h"
 #include "codecs/RawContainers.h"
 #include <array>
 #include <cmath>
@@ -20,6 +21,7 @@ constexpr std::uint32_t mostEntries = 256;
 namespace tag {
 constexpr unsigned fullSize = 0x0100;
 constexpr unsigned croppedSize = 0x0111;
+constexpr unsigned aspect = 0x0115;
 constexpr unsigned layout = 0x0130;
 } // namespace tag
 
@@ -40,14 +42,15 @@ PixelSize turnedSensor(PixelSize size, bool isDoubled)
         static_cast<int>(std::lround(size.height / wider)) };
 }
 
-PixelSize sensorSize(ByteSpan directory)
+void takeSizes(ByteSpan directory, RawContents& contents)
 {
     PixelSize full;
     PixelSize cropped;
+    PixelSize aspect;
     bool isTurned = false;
     bool isDoubled = false;
     if (directory.size() < 4)
-        return {};
+        return;
     auto const count = std::min(bigEndian32(directory.data()), mostEntries);
     std::size_t at = 4;
     for (std::uint32_t i = 0; i < count && at + 4 <= directory.size(); ++i) {
@@ -61,13 +64,17 @@ PixelSize sensorSize(ByteSpan directory)
             full = heightAndWidth(value);
         else if (id == tag::croppedSize && length >= 4)
             cropped = heightAndWidth(value);
+        else if (id == tag::aspect && length >= 4)
+            aspect = heightAndWidth(value);
         else if (id == tag::layout && length >= 2) {
             isDoubled = (value[0] & 0x80) != 0;
             isTurned = (value[1] & 8) == 0;
         }
     }
     auto const size = cropped.width > 0 ? cropped : full;
-    return isTurned && size.width > 0 ? turnedSensor(size, isDoubled) : size;
+    contents.size = isTurned && size.width > 0 ? turnedSensor(size, isDoubled) : size;
+    if (!hasSameShape(aspect, contents.size))
+        contents.crop = largestOfShape(aspect, contents.size);
 }
 
 } // namespace
@@ -79,7 +86,7 @@ bool readRaf(ByteSource const& bytes, RawContents& contents)
         return false;
     auto const numberAt = [&](std::uint64_t place) { return bigEndian32(head.data() + place); };
     ByteRange const jpeg { numberAt(jpegPlace), numberAt(jpegPlace + 4) };
-    contents.size = sensorSize(bytesAt(bytes, numberAt(directoryPlace), directoryBytes));
+    takeSizes(bytesAt(bytes, numberAt(directoryPlace), directoryBytes), contents);
     contents.jpegs.push_back(jpeg);
     // Only the JPEG says how the camera was held.
     constexpr std::size_t jpegHead = 4096;

@@ -1,4 +1,5 @@
 #include "codecs/RawSource.h"
+#include "base/Resample.h"
 #include "codecs/DecodeLimits.h"
 #include "codecs/HeadBytes.h"
 #include "codecs/PictureBuilder.h"
@@ -6,6 +7,7 @@
 #include "codecs/RawDeveloper.h"
 #include "codecs/RawPreviews.h"
 #include <algorithm>
+#include <cmath>
 
 namespace pixelhain {
 
@@ -36,12 +38,10 @@ public:
 
     [[nodiscard]] std::optional<PixelSize> pixelSize() override
     {
-        if (!size_) {
-            size_ = contents_->size;
-            if (size_->width <= 0)
-                size_ = developedSize(head_).value_or(PixelSize {});
-        }
-        return size_->width > 0 ? size_ : std::nullopt;
+        if (contents_->crop.width > 0)
+            static_cast<void>(found());
+        auto const size = isCropped_ ? contents_->crop : frame();
+        return size.width > 0 ? std::optional(size) : std::nullopt;
     }
 
     [[nodiscard]] std::vector<PixelSize> previews() override
@@ -87,10 +87,28 @@ public:
     }
 
 private:
+    // The size of all that the sensor's data show.
+    PixelSize frame()
+    {
+        if (!frame_) {
+            frame_ = contents_->size;
+            if (frame_->width <= 0)
+                frame_ = developedSize(head_).value_or(PixelSize {});
+        }
+        return *frame_;
+    }
+
     std::vector<RawPreview> const& found()
     {
-        if (!found_)
-            found_ = findRawPreviews(head_, *contents_, pixelSize().value_or(PixelSize {}));
+        if (found_)
+            return *found_;
+        found_ = findRawPreviews(head_, *contents_, frame());
+        if (contents_->crop.width > 0) {
+            auto cropped = findRawPreviews(head_, *contents_, contents_->crop);
+            isCropped_ = !cropped.empty() && cropped.back().isWhole;
+            if (isCropped_)
+                found_ = std::move(cropped);
+        }
         return *found_;
     }
 
@@ -130,18 +148,46 @@ private:
     // What failed once is not tried again: it can take long.
     std::optional<DevelopedRaw> develop(int maxPixel)
     {
+        static_cast<void>(found());
         if (isUndevelopable_)
             return {};
-        auto developed = developRaw(head_, maxPixel);
+        auto developed = developRaw(head_, isCropped_ ? uncropped(maxPixel) : maxPixel);
+        if (developed && isCropped_)
+            crop(developed->image.bitmap, maxPixel);
+        if (developed && developed->image.bitmap.isEmpty())
+            developed.reset();
         isUndevelopable_ = !developed;
         return developed;
+    }
+
+    // How large all must be developed for the crop to reach `maxPixel`.
+    [[nodiscard]] int uncropped(int maxPixel)
+    {
+        auto const ratio = double(frame().longestSide()) / contents_->crop.longestSide();
+        return static_cast<int>(std::min(std::ceil(maxPixel * ratio), double(DecodeLimits::side)));
+    }
+
+    void crop(Bitmap& bitmap, int maxPixel)
+    {
+        auto const margin = [](int side, int part, int whole) {
+            return static_cast<int>(std::lround(side * (1 - double(part) / whole) / 2));
+        };
+        PreviewBars const around { margin(bitmap.size.width, contents_->crop.width, frame().width),
+            margin(bitmap.size.height, contents_->crop.height, frame().height) };
+        bitmap = croppedBars(bitmap, around);
+        // A row more or less by rounding must not change the shape.
+        auto const isReduced = maxPixel > 0 && bitmap.size.longestSide() >= maxPixel;
+        auto const target = isReduced ? fittedSize(contents_->crop, maxPixel) : bitmap.size;
+        if (!bitmap.isEmpty() && target != bitmap.size)
+            bitmap = resampled(bitmap, target);
     }
 
     std::unique_ptr<ByteSource> bytes_;
     HeadBytes head_;
     std::optional<RawContents> contents_;
-    std::optional<PixelSize> size_;
+    std::optional<PixelSize> frame_;
     std::optional<std::vector<RawPreview>> found_;
+    bool isCropped_ = false; ///< the camera was set to show a part of the sensor's picture
     bool isUndevelopable_ = false;
 };
 

@@ -2,6 +2,7 @@
 #include "codecs/DecodeLimits.h"
 #include "codecs/HeadBytes.h"
 #include "codecs/MakerNote.h"
+#include "codecs/PreviewShape.h"
 #include "codecs/RawContainers.h"
 #include "codecs/TiffReader.h"
 #include <algorithm>
@@ -99,7 +100,7 @@ public:
             takePicture(*directory);
             follow(*directory);
         }
-        contents_.size = pictureSize();
+        takeSizes();
         return isOpen_;
     }
 
@@ -286,23 +287,26 @@ private:
             contents_.plains.push_back({ reader_.base() + *start, size });
     }
 
-    // Sensors have some more lines than the picture, and EXIF tells the picture's, but only where
-    // both mean the same: a crop chosen in the camera leaves the sensor's data whole.
-    [[nodiscard]] PixelSize pictureSize() const
+    // Sensors have some more lines than the picture, and EXIF tells the picture's. Where both
+    // differ by more, a part was chosen in the camera, and the sensor's data are whole.
+    void takeSizes()
     {
         auto const isClose = [&](PixelSize size) {
             constexpr double tolerance = 0.05;
             return std::abs(size.width - sensor_.width) <= tolerance * sensor_.width
                 && std::abs(size.height - sensor_.height) <= tolerance * sensor_.height;
         };
-        if (area(sensor_) > 0) {
-            if (area(crop_) > 0 && !isClose(crop_) && area(crop_) < area(sensor_))
-                return crop_;
-            return !contents_.isDng && area(exif_) > 0 && isClose(exif_) ? exif_ : sensor_;
+        if (area(sensor_) == 0) {
+            contents_.size = area(exif_) > 0 ? exif_ : area(main_) > 0 ? main_ : largest_;
+            return;
         }
-        if (area(exif_) > 0)
-            return exif_;
-        return area(main_) > 0 ? main_ : largest_;
+        auto const hasExif = !contents_.isDng && area(exif_) > 0;
+        contents_.size = hasExif && isClose(exif_) ? exif_ : sensor_;
+        auto const isPart = crop_.width <= sensor_.width && crop_.height <= sensor_.height;
+        if (area(crop_) > 0 && isPart && !isClose(crop_))
+            contents_.crop = crop_;
+        else if (hasExif && !hasSameShape(exif_, sensor_) && !hasSameShape(exif_.turned(), sensor_))
+            contents_.crop = largestOfShape(exif_, contents_.size);
     }
 
     ByteSource const& bytes_;

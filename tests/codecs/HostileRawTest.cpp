@@ -160,7 +160,7 @@ TEST_CASE("boxes within boxes and thousands in a row come to an end")
 
 TEST_CASE("developing cut and broken sensor data comes to an end")
 {
-    auto const whole = writeSensorDng(sampleColors({ 96, 64 }), 1);
+    auto const whole = writeSensorDng(sampleColors({ 96, 64 }));
     REQUIRE(developRaw(SpanBytes(whole), 0));
     for (std::size_t part = 0; part < 16; ++part) {
         auto cut = whole;

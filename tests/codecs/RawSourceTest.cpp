@@ -262,7 +262,7 @@ TEST_CASE(
 {
     constexpr PixelSize size { 192, 128 };
     for (auto const orientation : { 1, 6 }) {
-        auto const source = opened(writeSensorDng(sampleColors(size), orientation));
+        auto const source = opened(writeSensorDng(sampleColors(size), { orientation, {}, {} }));
         REQUIRE(source);
         CHECK(source->pixelSize() == size);
         CHECK(source->previews().empty());
@@ -299,6 +299,49 @@ TEST_CASE("a finished picture is used for nine tenths of the sensor's size, not 
         REQUIRE(image);
         CHECK(image->bitmap.size == largeSize);
     }
+}
+
+TEST_CASE("a part that was chosen in the camera is the picture if the finished one shows it too")
+{
+    constexpr PixelSize wide { 600, 338 };
+    for (auto const kind : { RawKind::arw, RawKind::orf, RawKind::raf }) {
+        CAPTURE(nameOf(kind));
+        auto options = filled(kind);
+        options.shown = wide;
+        auto const ignored = opened(writeRaw(kind, options));
+        REQUIRE(ignored);
+        CHECK(ignored->pixelSize() == sensor);
+        CHECK(ignored->previews().back() == largeSize);
+
+        options.large = writeJpeg(sampleColors({ 480, 270 }));
+        auto const shown = opened(writeRaw(kind, options));
+        REQUIRE(shown);
+        CHECK(shown->pixelSize() == wide);
+        CHECK(shown->previews().back() == PixelSize { 480, 270 });
+    }
+}
+
+TEST_CASE("of developed sensor data the chosen part is kept")
+{
+    constexpr PixelSize size { 192, 128 };
+    constexpr PixelSize crop { 96, 96 };
+    SensorDngOptions options;
+    options.crop = crop;
+    options.preview = writeJpeg(sampleColors({ 32, 32 }));
+    auto const source = opened(writeSensorDng(sampleColors(size), options));
+    REQUIRE(source);
+    CHECK(source->pixelSize() == crop);
+    auto const part = source->decode(96);
+    REQUIRE(part);
+    CHECK(part->bitmap.size == crop);
+    auto const all = opened(writeSensorDng(sampleColors(size)))->decode(192);
+    REQUIRE(all);
+    // The middle of one is the middle of the other.
+    CHECK(std::abs(pixelAt(part->bitmap, 90, 20)[2] - pixelAt(all->bitmap, 138, 36)[2]) < 20);
+    CHECK(std::abs(pixelAt(part->bitmap, 10, 90)[1] - pixelAt(all->bitmap, 58, 106)[1]) < 20);
+    auto const reduced = source->decode(40);
+    REQUIRE(reduced);
+    CHECK(reduced->bitmap.size == PixelSize { 40, 40 });
 }
 
 TEST_CASE("a TIFF with a camera's name is a picture, one with sensor data below it is none")

@@ -51,7 +51,8 @@ Fields sensorFields(RawOptions const& options, std::size_t compression = 1)
 {
     auto fields = pictureFields(options.sensor, compression, 32803);
     fields.push_back({ 0x0111, 4, 1, sensorPlace });
-    fields.push_back({ 0x0117, 4, 1, side(options.sensor.width * options.sensor.height) * 2 });
+    fields.push_back(
+        { 0x0117, 4, 1, side(options.sensor.width) * side(options.sensor.height) * 2 });
     return fields;
 }
 
@@ -81,7 +82,7 @@ Fields plainFields(RgbaPixels const& pixels)
     fields.push_back({ 0x0102, 3, 1, 8 });
     fields.push_back({ 0x0111, 4, 1, smallPlace });
     fields.push_back({ 0x0115, 3, 1, 3 });
-    fields.push_back({ 0x0117, 4, 1, side(pixels.size.width * pixels.size.height) * 3 });
+    fields.push_back({ 0x0117, 4, 1, side(pixels.size.width) * side(pixels.size.height) * 3 });
     return fields;
 }
 
@@ -113,9 +114,10 @@ public:
 
     void writeExif(std::size_t noteBytes = 0)
     {
+        auto const size = options_.shown.width > 0 ? options_.shown : options_.sensor;
         Fields fields { { 0xA001, 3, 1, options_.isAdobeRgb ? 0xFFFFU : 1U },
-            { 0xA002, 4, 1, side(options_.sensor.width) },
-            { 0xA003, 4, 1, side(options_.sensor.height) }, { 0xA005, 4, 1, interop } };
+            { 0xA002, 4, 1, side(size.width) }, { 0xA003, 4, 1, side(size.height) },
+            { 0xA005, 4, 1, interop } };
         if (noteBytes > 0)
             fields.insert(fields.begin(), { 0x927C, 7, noteBytes, note });
         directory(exif, fields);
@@ -318,7 +320,7 @@ FileBytes writeRaf(RawOptions const& options)
     file.u32(88, options.large.size());
     file.u32(92, second);
     file.u32(96, 64);
-    file.u32(second, 2);
+    file.u32(second, 3);
     file.u16(second + 4, 0x0111);
     file.u16(second + 6, 4);
     file.u16(second + 8, side(options.sensor.height));
@@ -326,6 +328,11 @@ FileBytes writeRaf(RawOptions const& options)
     file.u16(second + 12, 0x0130);
     file.u16(second + 14, 2);
     file.u16(second + 16, 0x0108);
+    file.u16(second + 18, 0x0115);
+    file.u16(second + 20, 4);
+    auto const shape = options.shown.width > 0 ? options.shown : options.sensor;
+    file.u16(second + 22, side(shape.height));
+    file.u16(second + 24, side(shape.width));
     file.put(largePlace, options.large);
     return file.bytes;
 }
@@ -536,10 +543,12 @@ FileBytes writeRaw(RawKind kind, RawOptions const& options)
     return bytes;
 }
 
-FileBytes writeSensorDng(RgbaPixels const& pixels, int orientation)
+FileBytes writeSensorDng(RgbaPixels const& pixels, SensorDngOptions const& options)
 {
     constexpr std::size_t matrix = 0x300;
     constexpr std::size_t neutral = 0x380;
+    constexpr std::size_t crop = 0x3A0;
+    constexpr std::size_t preview = 0x180;
     constexpr std::size_t data = 0x400;
     // XYZ to linear sRGB, in ten thousandths: the sensor has the screen's primaries.
     constexpr std::array<int, 9> toCamera { 32406, -15372, -4986, -9689, 18758, 415, 557, -2040,
@@ -554,15 +563,24 @@ FileBytes writeSensorDng(RgbaPixels const& pixels, int orientation)
     for (std::size_t i = 0; i < 6; ++i)
         file.u32(neutral + 4 * i, 1);
     auto const [width, height] = pixels.size;
-    file.directory(8,
-        { { 0x00FE, 4, 1, 0 }, { 0x0100, 4, 1, side(width) }, { 0x0101, 4, 1, side(height) },
-            { 0x0102, 3, 1, 16 }, { 0x0103, 3, 1, 1 }, { 0x0106, 3, 1, 32803 },
-            { 0x010F, 2, 6, 0x2F0 }, { 0x0110, 2, 6, 0x2F0 }, { 0x0111, 4, 1, data },
-            { 0x0112, 3, 1, side(orientation) }, { 0x0115, 3, 1, 1 },
-            { 0x0116, 4, 1, side(height) }, { 0x0117, 4, 1, side(width * height) * 2 },
-            { 0x828D, 3, 2, 0x390 }, { 0x828E, 1, 4, 0x02010100 }, { 0xC612, 1, 4, 0x00000401 },
-            { 0xC614, 2, 6, 0x2F0 }, { 0xC61D, 4, 1, 0xFFFF }, { 0xC621, 10, 9, matrix },
-            { 0xC628, 5, 3, neutral }, { 0xC65A, 3, 1, 21 } });
+    Fields fields { { 0x00FE, 4, 1, 0 }, { 0x0100, 4, 1, side(width) },
+        { 0x0101, 4, 1, side(height) }, { 0x0102, 3, 1, 16 }, { 0x0103, 3, 1, 1 },
+        { 0x0106, 3, 1, 32803 }, { 0x010F, 2, 6, 0x2F0 }, { 0x0110, 2, 6, 0x2F0 },
+        { 0x0111, 4, 1, data }, { 0x0112, 3, 1, side(options.orientation) }, { 0x0115, 3, 1, 1 },
+        { 0x0116, 4, 1, side(height) }, { 0x0117, 4, 1, side(width) * side(height) * 2 },
+        { 0x828D, 3, 2, 0x390 }, { 0x828E, 1, 4, 0x02010100 }, { 0xC612, 1, 4, 0x00000401 },
+        { 0xC614, 2, 6, 0x2F0 }, { 0xC61D, 4, 1, 0xFFFF }, { 0xC621, 10, 9, matrix },
+        { 0xC628, 5, 3, neutral }, { 0xC65A, 3, 1, 21 } };
+    if (options.crop.width > 0)
+        fields.push_back({ 0xC620, 4, 2, crop });
+    if (!options.preview.empty())
+        fields.push_back({ 0x014A, 4, 1, preview });
+    file.directory(8, fields);
+    file.u32(crop, side(options.crop.width));
+    file.u32(crop + 4, side(options.crop.height));
+    auto const end = data + side(width) * side(height) * 2;
+    file.directory(preview, stripFields(end, options.preview, 7));
+    file.put(end, options.preview);
     // The mosaic repeats after two columns and two rows.
     file.u32(8 + 2 + 12 * 13 + 8, 0x00020002);
     for (int y = 0; y < height; ++y) {

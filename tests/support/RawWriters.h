@@ -35,6 +35,7 @@ inline constexpr int rawKinds = static_cast<int>(RawKind::x3f) + 1;
 /// room is there.
 struct RawOptions {
     PixelSize sensor;
+    PixelSize shown; ///< what EXIF and RAF say that the camera was set to; empty: all
     int orientation = 1; ///< kinds that state degrees: only those without mirroring
     FileBytes small; ///< a JPEG; in kinds with a plain thumbnail `plain` takes its place
     FileBytes large; ///< a JPEG
@@ -44,9 +45,14 @@ struct RawOptions {
 };
 [[nodiscard]] FileBytes writeRaw(RawKind kind, RawOptions const& options);
 
-/// A DNG with the data of a sensor that saw `pixels` through a mosaic of red, green and blue, and
-/// without any finished picture.
-[[nodiscard]] FileBytes writeSensorDng(RgbaPixels const& pixels, int orientation);
+/// A DNG with the data of a sensor that saw `pixels` through a mosaic of red, green and blue.
+struct SensorDngOptions {
+    int orientation = 1;
+    PixelSize crop; ///< what is to be shown of it; empty: not stated
+    FileBytes preview; ///< a JPEG; empty: none
+};
+[[nodiscard]] FileBytes writeSensorDng(
+    RgbaPixels const& pixels, SensorDngOptions const& options = {});
 
 /// A file laid out by hand: every part goes where it is said to go.
 class FileLayout {
