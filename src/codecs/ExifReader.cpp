@@ -1,7 +1,8 @@
 #include "codecs/ExifReader.h"
 #include "codecs/ByteView.h"
+#include "codecs/MakerNote.h"
 #include "codecs/TiffReader.h"
-#include <array>
+#include <algorithm>
 
 namespace pixelhain {
 
@@ -14,9 +15,6 @@ constexpr std::uint16_t jpegOffset = 0x0201;
 constexpr std::uint16_t jpegLength = 0x0202;
 constexpr std::uint16_t exifDirectory = 0x8769;
 constexpr std::uint16_t makerNote = 0x927C;
-constexpr std::uint16_t nikonPreviewDirectory = 0x0011;
-constexpr std::uint16_t pentaxPreviewLength = 0x0003;
-constexpr std::uint16_t pentaxPreviewOffset = 0x0004;
 constexpr std::uint16_t multiPictureEntries = 0xB002;
 } // namespace tag
 
@@ -35,31 +33,6 @@ std::optional<ByteRange> rangeIn(TiffReader const& reader, TiffDirectory const& 
     return range;
 }
 
-// This note holds a TIFF structure of its own behind a header of ten bytes.
-std::optional<ByteRange> nikonPreview(
-    ByteSource const& bytes, TiffReader const& reader, TiffField const& note, std::uint64_t end)
-{
-    constexpr std::uint64_t noteHeader = 10;
-    auto const inner = TiffReader::open(bytes, reader.base() + note.valueOffset + noteHeader);
-    auto const notes = inner ? inner->directory(inner->firstDirectory()) : std::nullopt;
-    auto const at = notes ? inner->number(*notes, tag::nikonPreviewDirectory) : std::nullopt;
-    auto const preview = at ? inner->directory(*at) : std::nullopt;
-    if (!preview)
-        return {};
-    return rangeIn(*inner, *preview, tag::jpegOffset, tag::jpegLength, end);
-}
-
-// This one is a plain directory behind a header of six bytes.
-std::optional<ByteRange> pentaxPreview(
-    TiffReader const& reader, TiffField const& note, std::uint64_t end)
-{
-    constexpr std::uint32_t noteHeader = 6;
-    auto const notes = reader.directory(note.valueOffset + noteHeader);
-    if (!notes)
-        return {};
-    return rangeIn(reader, *notes, tag::pentaxPreviewOffset, tag::pentaxPreviewLength, end);
-}
-
 std::optional<ByteRange> makerPreview(ByteSource const& bytes, TiffReader const& reader,
     TiffDirectory const& first, std::uint64_t end)
 {
@@ -68,12 +41,14 @@ std::optional<ByteRange> makerPreview(ByteSource const& bytes, TiffReader const&
     auto const* note = directory ? directory->find(tag::makerNote) : nullptr;
     if (note == nullptr)
         return {};
+    // The others keep previews behind the block, if at all.
     auto const start = reader.bytes(*note, 8);
-    if (startsWith(start, "Nikon\0\2"))
-        return nikonPreview(bytes, reader, *note, end);
-    if (startsWith(start, "AOC\0"))
-        return pentaxPreview(reader, *note, end);
-    return {};
+    if (!startsWith(start, "Nikon\0\2") && !startsWith(start, "AOC\0"))
+        return {};
+    auto const previews = readMakerNote(bytes, reader, *note).previews;
+    auto const inside = std::ranges::find_if(
+        previews, [end](ByteRange const& range) { return range.offset + range.length <= end; });
+    return inside != previews.end() ? std::optional(*inside) : std::nullopt;
 }
 
 MultiPicture::Kind kindOf(std::uint32_t attribute)
