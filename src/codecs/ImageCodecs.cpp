@@ -42,7 +42,10 @@ public:
         return guarded(
             [this] { return std::max<std::size_t>(1, source_->frameCount()); }, std::size_t { 1 });
     }
-    [[nodiscard]] std::optional<PixelSize> pixelSize() override { return source_->pixelSize(); }
+    [[nodiscard]] std::optional<PixelSize> pixelSize() override
+    {
+        return guarded([this] { return source_->pixelSize(); }, std::optional<PixelSize> {});
+    }
     [[nodiscard]] int orientation() override { return source_->orientation(); }
     [[nodiscard]] std::vector<PixelSize> previews() override
     {

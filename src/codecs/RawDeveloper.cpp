@@ -3,6 +3,7 @@
 #include "codecs/PictureBuilder.h"
 #include "codecs/RawStream.h"
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -10,13 +11,18 @@ namespace pixelhain {
 
 namespace {
 
-constexpr double mostSeconds = 30;
-constexpr int mostThreads = 4;
+constexpr int mostThreads = 2;
+
+// One thread's share of what the request may take: the other's time is not seen.
+double mostSeconds(std::chrono::seconds time)
+{
+    return static_cast<double>(time.count()) / mostThreads;
+}
 
 class Library {
 public:
-    explicit Library(ByteSource const& bytes)
-        : limit_(mostSeconds)
+    Library(ByteSource const& bytes, std::chrono::seconds time)
+        : limit_(mostSeconds(time))
         , stream_(bytes, limit_)
         , library_(std::make_unique<LibRaw>())
     {
@@ -146,7 +152,7 @@ template <typename Work> auto guarded(Work work) -> decltype(work())
 std::optional<PixelSize> developedSize(ByteSource const& bytes)
 {
     return guarded([&]() -> std::optional<PixelSize> {
-        Library library(bytes);
+        Library library(bytes, DecodeLimits::metadataTime);
         return library.open() ? library.finalSize() : std::nullopt;
     });
 }
@@ -154,7 +160,7 @@ std::optional<PixelSize> developedSize(ByteSource const& bytes)
 std::optional<DevelopedRaw> developRaw(ByteSource const& bytes, int maxPixel)
 {
     return guarded([&]() -> std::optional<DevelopedRaw> {
-        Library library(bytes);
+        Library library(bytes, decodeTime(maxPixel));
         return library.open() ? library.develop(maxPixel) : std::nullopt;
     });
 }

@@ -29,10 +29,10 @@ RawStream::RawStream(ByteSource const& bytes, ThreadTimeLimit const& limit)
 {
 }
 
-// Nothing may be thrown out of a loop that several threads share.
+// Nothing may be thrown out of a loop that is made for several threads, even if one runs it.
 void RawStream::count()
 {
-    if (++calls_ % callsBetweenLooks == 0 && omp_in_parallel() == 0 && limit_.isOver())
+    if (++calls_ % callsBetweenLooks == 0 && omp_get_level() == 0 && limit_.isOver())
         throw LIBRAW_EXCEPTION_CANCELLED_BY_CALLBACK;
 }
 
@@ -40,7 +40,7 @@ void RawStream::noteEnd(std::uint64_t missing)
 {
     if (expectsPixels_)
         missing_ += missing;
-    else if (++ends_ > mostEnds && omp_in_parallel() == 0)
+    else if (++ends_ > mostEnds && omp_get_level() == 0)
         throw LIBRAW_EXCEPTION_IO_EOF;
 }
 

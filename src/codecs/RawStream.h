@@ -9,7 +9,7 @@
 /// The thread library of LibRaw. Declared here because its header belongs to one compiler only.
 extern "C" {
 int omp_get_num_procs();
-int omp_in_parallel();
+int omp_get_level();
 void omp_set_num_threads(int count);
 }
 
