@@ -82,7 +82,6 @@ TEST_CASE("whatever call fails however, no photo is lost, halved or replaced")
                     }
         }
     CHECK(trials > 1000);
-    MESSAGE(trials, " faults");
 }
 
 TEST_CASE("killed before any call, an operation leaves the photo whole and no half one")
