@@ -11,18 +11,20 @@ namespace pixelhain {
 
 namespace {
 
-// Some file systems cannot sync, and some folders may be written to but not read.
+// Some file systems cannot sync.
 bool syncs(int descriptor)
 {
     return uninterrupted([&] { return ::fsync(descriptor); }) == 0 || errno == EINVAL
         || errno == ENOSYS || errno == EOPNOTSUPP;
 }
 
-bool syncFolder(int folder)
+// Makes a new name in a folder last. A folder that may be written to but not read cannot be synced;
+// most file systems write a file's name with it.
+bool syncName(int folder, int file)
 {
     Descriptor const readable(
         uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    return readable ? syncs(readable.get()) : errno == EACCES || errno == EPERM;
+    return syncs(readable ? readable.get() : file);
 }
 
 FileOutcome outcomeOf(RenameResult result)
@@ -109,7 +111,7 @@ private:
         outcome = outcomeOf(file->publish(to_));
         if (outcome != FileOutcome::done)
             return outcome == FileOutcome::taken;
-        if (!syncFolder(to_.folder()) || !syncs(file->descriptor())) {
+        if (!syncName(to_.folder(), file->descriptor())) {
             static_cast<void>(to_.unlinkIfStill(copy_));
             outcome = FileOutcome::failed;
         }
@@ -147,7 +149,10 @@ private:
         static_cast<void>(::fchownat(
             to_.folder(), to_.name(), source_.st_uid, source_.st_gid, AT_SYMLINK_NOFOLLOW));
         static_cast<void>(::utimensat(to_.folder(), to_.name(), times, AT_SYMLINK_NOFOLLOW));
-        if (syncFolder(to_.folder()))
+        // There is no opening a link to sync it.
+        if (Descriptor const folder(uninterrupted(
+                [&] { return ::openat(to_.folder(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+            !folder || syncs(folder.get()))
             return FileOutcome::done;
         static_cast<void>(to_.unlinkIfStill(copy_));
         return FileOutcome::failed;

@@ -74,7 +74,7 @@ TEST_CASE("whatever call fails however, no photo is lost, halved or replaced")
                         // asked for here no signal interrupts.
                         if (error == EINTR && (count != 1 || call == "fcntl"))
                             continue;
-                        Trial const trial { scenario, { call, error, from, count } };
+                        Trial const trial { scenario, { call, error, from, count, nullptr } };
                         auto const problem = attempt(scene, trial, bytes);
                         ++trials;
                         if (!problem.empty())
@@ -99,7 +99,7 @@ TEST_CASE("killed before any call, an operation leaves the photo whole and no ha
             REQUIRE(child >= 0);
             if (child == 0) {
                 auto faults = scenario.world;
-                faults.insert(faults.begin(), { "", Fault::kill, call, 1 });
+                faults.insert(faults.begin(), { "", Fault::kill, call, 1, nullptr });
                 SystemCallFaults const active(faults);
                 static_cast<void>(scenario.run(scene));
                 ::_exit(0);

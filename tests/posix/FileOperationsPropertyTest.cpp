@@ -224,7 +224,9 @@ private:
             "fsetxattr", "linkat", "renameat", "renameat2", "symlinkat", "readlinkat" };
         if (pick(3) != 0)
             return {};
-        Fault fault { calls[pick(calls.size())], errors[pick(errors.size())] };
+        Fault fault;
+        fault.call = calls[pick(calls.size())];
+        fault.error = errors[pick(errors.size())];
         fault.from = static_cast<int>(pick(3)) + 1;
         // Interrupted calls are made again until they are not.
         if (fault.error != EINTR && pick(3) == 0)

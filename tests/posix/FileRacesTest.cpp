@@ -98,10 +98,10 @@ struct World {
 std::vector<World> const& worlds()
 {
     constexpr int always = Fault::always;
-    Fault const otherDrive { "renameat2", EXDEV, 1, always };
-    Fault const noExclusive { "renameat2", EINVAL, 1, always };
-    Fault const noLinks { "linkat", EPERM, 1, always };
-    Fault const noNameless { "O_TMPFILE", EOPNOTSUPP, 1, always };
+    Fault const otherDrive { "renameat2", EXDEV, 1, always, nullptr };
+    Fault const noExclusive { "renameat2", EINVAL, 1, always, nullptr };
+    Fault const noLinks { "linkat", EPERM, 1, always, nullptr };
+    Fault const noNameless { "O_TMPFILE", EOPNOTSUPP, 1, always, nullptr };
     static std::vector<World> const all {
         { "rename", {} },
         { "links", { noExclusive } },

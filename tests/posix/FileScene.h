@@ -171,12 +171,12 @@ inline std::vector<FileScenario> const& fileScenarios()
 {
     constexpr int always = Fault::always;
     // Syncing is slow, and what it is for no test can see.
-    Fault const quickSync { "fsync", Fault::pretendSuccess, 1, always };
-    Fault const otherDrive { "renameat2", EXDEV, 1, always };
-    Fault const noExclusive { "renameat2", EINVAL, 1, always };
-    Fault const noLinks { "linkat", EPERM, 1, always };
-    Fault const noNameless { "O_TMPFILE", EOPNOTSUPP, 1, always };
-    Fault const noKernelCopy { "copy_file_range", EXDEV, 1, always };
+    Fault const quickSync { "fsync", Fault::pretendSuccess, 1, always, nullptr };
+    Fault const otherDrive { "renameat2", EXDEV, 1, always, nullptr };
+    Fault const noExclusive { "renameat2", EINVAL, 1, always, nullptr };
+    Fault const noLinks { "linkat", EPERM, 1, always, nullptr };
+    Fault const noNameless { "O_TMPFILE", EOPNOTSUPP, 1, always, nullptr };
+    Fault const noKernelCopy { "copy_file_range", EXDEV, 1, always, nullptr };
     static std::vector<FileScenario> const all {
         { "copy", { quickSync }, copyInScene, true },
         { "copy by reading", { quickSync, noKernelCopy }, copyInScene, true },

@@ -54,6 +54,13 @@ SystemCallFaults::Verdict SystemCallFaults::judge(std::string_view call)
             continue;
         if (fault.error == Fault::kill)
             std::raise(SIGKILL);
+        if (fault.before) {
+            active = nullptr;
+            fault.before();
+            active = &faults;
+        }
+        if (fault.error == Fault::none)
+            continue;
         errno = fault.error;
         verdict = { true, fault.error == Fault::pretendSuccess ? 0 : -1 };
     }

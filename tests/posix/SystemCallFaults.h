@@ -1,5 +1,6 @@
 #pragma once
 #include <climits>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,16 +12,19 @@ struct Fault {
     static constexpr int always = INT_MAX;
     static constexpr int pretendSuccess = 0;
     static constexpr int kill = -1;
+    static constexpr int none = -2;
 
     /// The call's name; empty for all that can be made to fail. Making a nameless file goes by
     /// "O_TMPFILE".
     std::string_view call;
     /// What the call fails with, or `pretendSuccess` without doing anything, or `kill`: the process
-    /// ends before the call.
+    /// ends before the call, or `none`: it does what it should.
     int error = 0;
     /// Which of the calls is the first that fails, and how many do.
     int from = 1;
     int count = 1;
+    /// What happens before the call, such as what other programs do.
+    std::function<void()> before = nullptr;
 };
 
 /// While this lives, system calls of its thread go wrong as the faults say; the first that applies
