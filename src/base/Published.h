@@ -62,7 +62,7 @@ private:
 /// notify the owner's observers.
 template <typename T, typename Owner> class Published {
 public:
-    explicit Published(Owner& owner, T value = {})
+    explicit Published(Observable& owner, T value = {})
         : owner_(owner)
         , value_(std::move(value))
     {
@@ -94,7 +94,14 @@ private:
         return std::exchange(value_, std::move(value));
     }
 
-    Owner& owner_;
+    /// The value, to be changed in place: for what is too large to be copied.
+    T& edit()
+    {
+        owner_.fieldChanged();
+        return value_;
+    }
+
+    Observable& owner_;
     T value_;
 };
 
