@@ -49,6 +49,25 @@ std::optional<FileUrl> fileUrlFromUri(std::string_view uri)
     return FileUrl(*path);
 }
 
+std::string uriOf(FileUrl const& url)
+{
+    constexpr std::string_view plain = "-_.!~*'()/&=:@+$,";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string uri = "file://";
+    for (char const byte : url.path()) {
+        bool const isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+        if (isLetter || (byte >= '0' && byte <= '9') || plain.find(byte) != plain.npos) {
+            uri += byte;
+            continue;
+        }
+        auto const value = static_cast<unsigned char>(byte);
+        uri += '%';
+        uri += digits[value / 16];
+        uri += digits[value % 16];
+    }
+    return uri;
+}
+
 std::vector<FileUrl> fileUrlsFromUriList(std::string_view list)
 {
     std::vector<FileUrl> urls;

@@ -11,6 +11,10 @@ namespace pixelhain {
 /// anything else.
 [[nodiscard]] std::optional<FileUrl> fileUrlFromUri(std::string_view uri);
 
+/// "file:///…" for the file; bytes that a URI has no letter for, and all that are not ASCII, stand
+/// as %HH. The same spelling as other programs use, so that theirs and ours can be compared.
+[[nodiscard]] std::string uriOf(FileUrl const& url);
+
 /// The files of a text/uri-list, in its order; lines that are none are left out.
 [[nodiscard]] std::vector<FileUrl> fileUrlsFromUriList(std::string_view list);
 

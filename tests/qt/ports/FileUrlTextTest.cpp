@@ -37,3 +37,19 @@ TEST_CASE("an argument means a path, from the current folder on, or a file URI")
     CHECK(fileUrlFromArgument("file://server/a", here) == FileUrl("/home/me/file:/server/a"));
     CHECK_FALSE(fileUrlFromArgument("", here));
 }
+
+TEST_CASE("a file's URI brings back its exact bytes")
+{
+    std::string every = "/";
+    for (int byte = 1; byte < 256; ++byte)
+        if (byte != '/')
+            every += static_cast<char>(byte);
+    CHECK(fileUrlFromUri(uriOf(FileUrl(every))) == FileUrl(every));
+    CHECK(uriOf(FileUrl("/")) == "file:///");
+}
+
+TEST_CASE("a URI is spelt as other programs spell it")
+{
+    CHECK(uriOf(FileUrl("/Fotos/a b (2)+ü.jpg")) == "file:///Fotos/a%20b%20(2)+%C3%BC.jpg");
+    CHECK(uriOf(FileUrl("/\xe4#100%?.jpg")) == "file:///%E4%23100%25%3F.jpg");
+}
