@@ -1,11 +1,11 @@
 #include "qt/app/DesktopColors.h"
+#include "qt/ports/SessionBus.h"
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QFile>
 #include <utility>
 
 namespace pixelhain {
@@ -18,13 +18,6 @@ QString const interface = QStringLiteral("org.freedesktop.portal.Settings");
 QString const appearance = QStringLiteral("org.freedesktop.appearance");
 QString const colorScheme = QStringLiteral("color-scheme");
 constexpr uint prefersDark = 1;
-
-// Without an address libdbus would start a bus of its own, which takes long and helps nobody.
-bool hasSessionBus()
-{
-    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")
-        || QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
 
 // The portal wraps the value once or twice, depending on its version.
 uint unwrapped(QVariant value)

@@ -1,8 +1,8 @@
 #include "qt/app/DesktopColors.h"
 #include "qt/Wait.h"
+#include "qt/ports/BusService.h"
 #include "qt/window/Tones.h"
 #include <QApplication>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <algorithm>
@@ -19,16 +19,8 @@ class FakePortal final : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
 public:
-    bool start()
-    {
-        auto bus = QDBusConnection::connectToBus(
-            QDBusConnection::SessionBus, QStringLiteral("portal of the test"));
-        return bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
-                   QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals)
-            && bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
-    }
-
     uint scheme = 0;
+    bool isRunning() const { return service_.isRunning(); }
 
 public slots:
     QDBusVariant Read(QString const& group, QString const& key)
@@ -40,6 +32,10 @@ public slots:
 
 signals:
     void SettingChanged(QString const& group, QString const& key, QDBusVariant const& value);
+
+private:
+    BusService service_ { QStringLiteral("org.freedesktop.portal.Desktop"),
+        QStringLiteral("/org/freedesktop/portal/desktop"), *this };
 };
 
 double luminance(QColor const& color)
@@ -87,12 +83,11 @@ TEST_CASE("the dark palette is dark")
 
 TEST_CASE("the window follows the desktop between light and dark")
 {
-    // Only where the tests have a bus of their own: the desktop's is not to be taken over.
-    if (qEnvironmentVariableIsEmpty("PIXELHAIN_TEST_BUS"))
+    if (!hasTestBus())
         return;
     auto const light = QApplication::palette();
     FakePortal portal;
-    REQUIRE(portal.start());
+    REQUIRE(portal.isRunning());
     portal.scheme = 1;
     DesktopColors const colors;
     auto const ground = [] { return QApplication::palette().color(QPalette::Base); };

@@ -1,0 +1,54 @@
+#include "qt/ports/SessionBus.h"
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QFile>
+#include <QGuiApplication>
+#include <QWindow>
+#include <utility>
+
+namespace pixelhain {
+
+bool hasSessionBus()
+{
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")
+        || QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+}
+
+void callSessionBus(
+    QObject* context, QDBusMessage const& call, std::function<void(QDBusMessage const&)> answered)
+{
+    if (!hasSessionBus()) {
+        answered(call.createErrorReply(QDBusError::Disconnected, QStringLiteral("no session bus")));
+        return;
+    }
+    auto* watcher
+        = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
+        [watcher, answered = std::move(answered)] {
+            watcher->deleteLater();
+            answered(watcher->reply());
+        });
+}
+
+QDBusMessage portalCall(QString const& interface, QString const& method)
+{
+    return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.portal.Desktop"),
+        QStringLiteral("/org/freedesktop/portal/desktop"), interface, method);
+}
+
+QString portalParentWindow()
+{
+    auto const* const window = QGuiApplication::focusWindow();
+    if (!window || QGuiApplication::platformName() != QStringLiteral("xcb"))
+        return {};
+    return QStringLiteral("x11:%1").arg(window->winId(), 0, 16);
+}
+
+bool isRefused(QDBusMessage const& answer)
+{
+    auto const error = QDBusError(answer).type();
+    return answer.type() == QDBusMessage::ErrorMessage && error != QDBusError::NoReply
+        && error != QDBusError::Timeout && error != QDBusError::TimedOut;
+}
+
+} // namespace pixelhain

@@ -1,0 +1,24 @@
+#pragma once
+#include <QObject>
+#include <string>
+
+namespace pixelhain {
+
+/// Remembers when the user last did something, which other programs need to know to be let in front
+/// of this one.
+class UserTime final : public QObject {
+public:
+    UserTime();
+
+    /// Names a start of another program by the user; empty where the display has no such names.
+    [[nodiscard]] std::string newStartupId();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    quint64 time_ = 0; ///< of the display server, milliseconds
+    int count_ = 0;
+};
+
+} // namespace pixelhain

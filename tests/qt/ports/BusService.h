@@ -1,0 +1,38 @@
+#pragma once
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+
+namespace pixelhain {
+
+/// Whether the tests have a bus of their own: the desktop's is not to be taken over.
+inline bool hasTestBus()
+{
+    return !qEnvironmentVariableIsEmpty("PIXELHAIN_TEST_BUS");
+}
+
+/// Puts an object's slots and signals on the bus under a name, with a connection of its own, as
+/// long as this lives.
+class BusService {
+public:
+    BusService(QString const& name, QString const& path, QObject& object)
+        : connection_(QStringLiteral("%1 %2").arg(name).arg(++count))
+    {
+        auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection_);
+        isRunning_ = bus.registerObject(path, &object,
+                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals)
+            && bus.registerService(name);
+    }
+    BusService(BusService const&) = delete;
+    ~BusService() { QDBusConnection::disconnectFromBus(connection_); }
+
+    bool isRunning() const { return isRunning_; }
+
+private:
+    static inline int count = 0;
+
+    QString connection_;
+    bool isRunning_ = false;
+};
+
+} // namespace pixelhain
