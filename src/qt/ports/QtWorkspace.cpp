@@ -2,6 +2,7 @@
 #include "posix/Descriptor.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/ports/SessionBus.h"
+#include "qt/ports/UserTime.h"
 #include <QDBusUnixFileDescriptor>
 #include <QVariantMap>
 #include <cstdlib>
@@ -34,8 +35,9 @@ bool isSandboxed()
 
 } // namespace
 
-QtWorkspace::QtWorkspace(MainLoop& loop)
+QtWorkspace::QtWorkspace(MainLoop& loop, UserTime& userTime)
     : loop_(loop)
+    , userTime_(userTime)
 {
 }
 
@@ -80,33 +82,28 @@ void QtWorkspace::openFolderOf(FileUrl const& file)
 
 void QtWorkspace::open(FileUrl const& file)
 {
-    queue_.add([this, alive = std::weak_ptr(alive_), file, variables = startVariables()] {
-        if (isSandboxed() || !programs_.start({ "xdg-open", uriOf(file) }, variables)) {
-            auto const handle = handleOf(file);
-            loop_.post([this, alive, handle, file] {
-                if (alive.expired() || !*handle)
-                    return;
-                callSessionBus(this, openUriCall(QStringLiteral("OpenFile"), *handle),
-                    [this, file](QDBusMessage const& answer) {
-                        if (isRefused(answer))
-                            startOpener(file);
-                    });
-            });
-        }
-    });
+    queue_.add(
+        [this, alive = std::weak_ptr(alive_), file, variables = userTime_.newStartVariables()] {
+            if (isSandboxed() || !programs_.start({ "xdg-open", uriOf(file) }, variables)) {
+                auto const handle = handleOf(file);
+                loop_.post([this, alive, handle, file] {
+                    if (alive.expired() || !*handle)
+                        return;
+                    callSessionBus(this, openUriCall(QStringLiteral("OpenFile"), *handle),
+                        [this, file](QDBusMessage const& answer) {
+                            if (isRefused(answer))
+                                startOpener(file);
+                        });
+                });
+            }
+        });
 }
 
 void QtWorkspace::startOpener(FileUrl const& file)
 {
-    queue_.add([this, file, variables = startVariables()] {
+    queue_.add([this, file, variables = userTime_.newStartVariables()] {
         (void)programs_.start({ "xdg-open", uriOf(file) }, variables);
     });
-}
-
-std::vector<std::string> QtWorkspace::startVariables()
-{
-    auto const id = userTime_.newStartupId();
-    return id.empty() ? std::vector<std::string>() : std::vector { "DESKTOP_STARTUP_ID=" + id };
 }
 
 } // namespace pixelhain

@@ -3,18 +3,18 @@
 #include "ports/Workspace.h"
 #include "posix/DetachedPrograms.h"
 #include "posix/ThreadQueue.h"
-#include "qt/ports/UserTime.h"
 #include <QObject>
 #include <memory>
-#include <string>
 
 namespace pixelhain {
+
+class UserTime;
 
 /// Other programs as the desktop names them: the file manager by its name on the session bus,
 /// applications by the desktop's opener, or both by the portal where that is the way.
 class QtWorkspace final : public QObject, public Workspace {
 public:
-    explicit QtWorkspace(MainLoop& loop);
+    QtWorkspace(MainLoop& loop, UserTime& userTime);
 
     void reveal(std::span<FileUrl const> files) override;
     void open(FileUrl const& file) override;
@@ -22,10 +22,9 @@ public:
 private:
     void openFolderOf(FileUrl const& file);
     void startOpener(FileUrl const& file);
-    std::vector<std::string> startVariables();
 
     MainLoop& loop_;
-    UserTime userTime_;
+    UserTime& userTime_;
     DetachedPrograms programs_;
     std::shared_ptr<char> alive_ = std::make_shared<char>();
     ThreadQueue queue_ { 1 }; ///< one after the other, so that files open in their order

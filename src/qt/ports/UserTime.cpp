@@ -18,6 +18,12 @@ std::string UserTime::newStartupId()
         + std::to_string(++count_) + "_TIME" + std::to_string(time_);
 }
 
+std::vector<std::string> UserTime::newStartVariables()
+{
+    auto const id = newStartupId();
+    return id.empty() ? std::vector<std::string>() : std::vector { "DESKTOP_STARTUP_ID=" + id };
+}
+
 bool UserTime::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {

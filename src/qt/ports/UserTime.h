@@ -1,6 +1,7 @@
 #pragma once
 #include <QObject>
 #include <string>
+#include <vector>
 
 namespace pixelhain {
 
@@ -12,6 +13,9 @@ public:
 
     /// Names a start of another program by the user; empty where the display has no such names.
     [[nodiscard]] std::string newStartupId();
+
+    /// The environment variables that tell the program its name.
+    [[nodiscard]] std::vector<std::string> newStartVariables();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

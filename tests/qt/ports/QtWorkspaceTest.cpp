@@ -3,6 +3,7 @@
 #include "qt/ports/BusService.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/ports/SessionBus.h"
+#include "qt/ports/UserTime.h"
 #include "support/FakePrograms.h"
 #include <QApplication>
 #include <QDBusContext>
@@ -80,7 +81,8 @@ private:
 
 struct WorkspaceDesk {
     QtMainLoop loop;
-    QtWorkspace workspace { loop };
+    UserTime userTime;
+    QtWorkspace workspace { loop, userTime };
     TemporaryFolder folder;
     FileUrl one = folder.file("1.jpg");
     FileUrl two = folder.file("2 \xe4.jpg");
@@ -228,10 +230,11 @@ TEST_CASE("a workspace may go while calls are on their way")
     FakePrograms programs;
     programs.add("xdg-open");
     QtMainLoop loop;
+    UserTime userTime;
     TemporaryFolder folder;
     std::vector const files { folder.file("1.jpg") };
     {
-        QtWorkspace workspace(loop);
+        QtWorkspace workspace(loop, userTime);
         for (int i = 0; i < 20; ++i) {
             workspace.reveal(files);
             workspace.open(files.front());
