@@ -11,6 +11,7 @@ struct FolderPanelRequest {
     std::string button;
     std::string message;
     std::optional<FileUrl> start;
+    bool mayCreateFolders = false;
 };
 
 /// Dialogs of the desktop that ask for a place. Main thread only.

@@ -3,6 +3,8 @@
 namespace pixelhain {
 
 class Background;
+class Clipboard;
+class FileOperations;
 class FileSystem;
 class FolderEvents;
 class ImageTypes;
@@ -10,6 +12,7 @@ class MainLoop;
 class Panels;
 class Preferences;
 class TextOrder;
+class Workspace;
 
 /// What the browser model asks of the world, plugged together once by the program. Everything here
 /// outlives the model.
@@ -21,6 +24,9 @@ struct Ports {
     TextOrder& textOrder;
     ImageTypes& imageTypes;
     Panels& panels;
+    FileOperations& operations;
+    Clipboard& clipboard;
+    Workspace& workspace;
     /// Absent where changes are not reported; nothing is watched then.
     FolderEvents* folderEvents = nullptr;
 };

@@ -2,10 +2,13 @@
 #include "model/BrowserModel.h"
 #include "ports/Background.h"
 #include "posix/PosixFileSystem.h"
+#include "support/FakeClipboard.h"
+#include "support/FakeFileOperations.h"
 #include "support/FakeImageTypes.h"
 #include "support/FakeLoop.h"
 #include "support/FakePanels.h"
 #include "support/FakePreferences.h"
+#include "support/FakeWorkspace.h"
 #include "support/TemporaryFolder.h"
 #include <doctest/doctest.h>
 #include <mutex>
@@ -49,8 +52,13 @@ struct RealWorld {
     IcuTextOrder order { "de_DE" };
     FakeImageTypes types;
     FakePanels panels;
+    FakeFileSystem noFiles;
+    FakeFileOperations operations { noFiles };
+    FakeClipboard clipboard;
+    FakeWorkspace workspace;
     Threads threads;
-    BrowserModel model { Ports { loop, threads, files, preferences, order, types, panels } };
+    BrowserModel model { Ports { loop, threads, files, preferences, order, types, panels,
+        operations, clipboard, workspace } };
 
     void settle()
     {

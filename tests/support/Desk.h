@@ -1,6 +1,8 @@
 #pragma once
 #include "model/BrowserModel.h"
 #include "support/FakeBackground.h"
+#include "support/FakeClipboard.h"
+#include "support/FakeFileOperations.h"
 #include "support/FakeFileSystem.h"
 #include "support/FakeFolderEvents.h"
 #include "support/FakeImageTypes.h"
@@ -9,6 +11,7 @@
 #include "support/FakePanels.h"
 #include "support/FakePreferences.h"
 #include "support/FakeTextOrder.h"
+#include "support/FakeWorkspace.h"
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +28,9 @@ struct Desk {
     FakeTextOrder textOrder;
     FakeImageTypes imageTypes;
     FakePanels panels;
+    FakeFileOperations operations { files };
+    FakeClipboard clipboard;
+    FakeWorkspace workspace;
     FakeFolderEvents folderEvents;
     FakeMainWindow window;
     std::optional<BrowserModel> browser;
@@ -35,8 +41,8 @@ struct Desk {
     void start()
     {
         browser.reset();
-        browser.emplace(Ports {
-            loop, background, files, preferences, textOrder, imageTypes, panels, &folderEvents });
+        browser.emplace(Ports { loop, background, files, preferences, textOrder, imageTypes, panels,
+            operations, clipboard, workspace, &folderEvents });
         browser->setWindow(&window);
         loop.settle();
     }

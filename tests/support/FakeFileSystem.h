@@ -35,6 +35,20 @@ public:
         std::erase_if(entries_, [&](auto const& entry) { return entry.first.isWithin(url); });
     }
 
+    /// Puts a file's copy at another place; false if there is no such file.
+    bool duplicate(FileUrl const& file, FileUrl const& destination)
+    {
+        std::optional<FileDetails> details;
+        {
+            std::scoped_lock const guard(lock_);
+            if (auto const found = entries_.find(file); found != entries_.end())
+                details = found->second.details;
+        }
+        if (details)
+            put(destination, *details);
+        return details.has_value();
+    }
+
     bool list(FileUrl const& folder, EntryVisitor const& visit) const override
     {
         auto const place = folder.standardized();

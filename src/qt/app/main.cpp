@@ -4,6 +4,7 @@
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
 #include "model/BrowserModel.h"
+#include "posix/PosixFileOperations.h"
 #include "posix/PosixFileSystem.h"
 #include "posix/ThreadPool.h"
 #include "posix/ThreadQueue.h"
@@ -12,10 +13,13 @@
 #include "qt/app/Milestones.h"
 #include "qt/app/Screenshot.h"
 #include "qt/app/Trace.h"
+#include "qt/ports/QtClipboard.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/ports/QtPanels.h"
 #include "qt/ports/QtPreferences.h"
 #include "qt/ports/QtScreens.h"
+#include "qt/ports/QtWorkspace.h"
+#include "qt/ports/UserTime.h"
 #include "qt/window/MainWindowWidget.h"
 #include <QApplication>
 #include <QDir>
@@ -71,6 +75,10 @@ struct Services {
     IcuTextOrder textOrder { orderingLocale(::getenv) };
     CodecImageTypes imageTypes;
     QtPanels panels;
+    PosixFileOperations operations;
+    QtClipboard clipboard;
+    UserTime userTime;
+    QtWorkspace workspace { loop, userTime };
     ThreadPool background;
     ThreadQueue thumbQueue { thumbWidth(), thumbNiceness };
     ThreadQueue displayQueue { displayWidth, displayNiceness };
@@ -92,7 +100,8 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     ImageLoader loader({ services.loop, services.background, *services.decoder, services.thumbQueue,
         services.displayQueue });
     BrowserModel model({ services.loop, services.background, services.files, preferences,
-        services.textOrder, services.imageTypes, services.panels });
+        services.textOrder, services.imageTypes, services.panels, services.operations,
+        services.clipboard, services.workspace });
     LoaderThumbnails thumbnails(loader);
     MainWindowWidget window({ model, thumbnails, services.background, services.loop });
     services.panels.setParent(&window);

@@ -1,0 +1,20 @@
+#pragma once
+#include "ports/Clipboard.h"
+#include <vector>
+
+namespace pixelhain {
+
+/// A clipboard that remembers what was put on it.
+class FakeClipboard final : public Clipboard {
+public:
+    void setFiles(std::span<FileUrl const> files) override
+    {
+        contents.assign(files.begin(), files.end());
+        ++changes;
+    }
+
+    std::vector<FileUrl> contents;
+    int changes = 0;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,20 @@
+#pragma once
+#include "ports/Workspace.h"
+#include <vector>
+
+namespace pixelhain {
+
+/// Other programs that remember what they were asked.
+class FakeWorkspace final : public Workspace {
+public:
+    void reveal(std::span<FileUrl const> files) override
+    {
+        revealed.emplace_back(files.begin(), files.end());
+    }
+    void open(FileUrl const& file) override { opened.push_back(file); }
+
+    std::vector<std::vector<FileUrl>> revealed; ///< one list a call
+    std::vector<FileUrl> opened; ///< one file a call
+};
+
+} // namespace pixelhain
