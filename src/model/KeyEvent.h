@@ -23,6 +23,12 @@ inline constexpr int other = -1; ///< any key without a meaning by its position
 /// What has the keyboard focus, as far as keys care.
 enum class KeyFocus { gallery, textView, tableView };
 
+/// The keys held while a cell was clicked.
+struct ClickModifiers {
+    bool command = false; ///< ⌘, here Ctrl: marks or unmarks
+    bool shift = false; ///< marks a range
+};
+
 /// A key that went down.
 struct KeyEvent {
     int keyCode = keyCodes::other;
