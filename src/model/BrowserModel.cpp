@@ -12,10 +12,13 @@
 namespace pixelhain {
 
 BrowserModel::BrowserModel(Ports const& ports)
-    : Observable([&loop = ports.loop](std::function<void()> work) { loop.post(std::move(work)); })
+    : BrowserFields(
+        [&loop = ports.loop](std::function<void()> work) { loop.post(std::move(work)); })
     , ports_(ports)
     , photoTest_(std::make_shared<PhotoTest>(ports.imageTypes))
     , folderWatcher_(ports.folderEvents, [this] { refreshTree(); })
+    , fileWork_(ports.background, ports.loop,
+          [this](std::optional<FileProgress> progress) { fileProgress = progress; })
 {
     auto const stored = Settings::read(ports.preferences);
     sortKey = stored.sortKey;
@@ -50,11 +53,6 @@ void BrowserModel::applyFilter()
 // The viewer and the cursor stay with their photos, wherever those now stand.
 void BrowserModel::showItems(std::vector<PhotoItem> visible)
 {
-    auto const urlAt = [this](std::optional<std::size_t> index) -> std::optional<FileUrl> {
-        if (!index || *index >= items->size())
-            return std::nullopt;
-        return (*items)[*index].url;
-    };
     auto const inViewer = urlAt(viewerIndex);
     auto const atCursor = urlAt(cursor);
     if (!(visible.empty() && items->empty()))
@@ -83,6 +81,13 @@ std::optional<std::size_t> BrowserModel::indexOf(std::optional<FileUrl> const& u
     if (found == items->end())
         return std::nullopt;
     return static_cast<std::size_t>(found - items->begin());
+}
+
+std::optional<FileUrl> BrowserModel::urlAt(std::optional<std::size_t> index) const
+{
+    if (!index || *index >= items->size())
+        return std::nullopt;
+    return (*items)[*index].url;
 }
 
 std::string BrowserModel::windowTitle() const

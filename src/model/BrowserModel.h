@@ -1,73 +1,35 @@
 #pragma once
 #include "base/FileUrl.h"
-#include "base/Published.h"
+#include "model/BrowserFields.h"
+#include "model/BrowserOptions.h"
+#include "model/FileWork.h"
 #include "model/PhotoIndex.h"
-#include "model/PhotoItem.h"
 #include "model/PhotoTest.h"
 #include "model/Slideshow.h"
-#include "model/SortKey.h"
 #include "model/TrashedPhoto.h"
 #include "ports/Ports.h"
 #include "sidebar/FolderWatcher.h"
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 namespace pixelhain {
 
-class MainWindow;
-
-/// Whether showing other folders also moves the keyboard focus to the gallery.
-enum class FocusGallery { no, yes };
-
-/// Whether a new root of the folder tree is also the folder that is shown.
-enum class AlsoSelect { no, yes };
+struct ClickModifiers;
+struct KeyEvent;
 
 /// The one observable object behind the main window: which folders are open, the scan result, the
 /// visible list, the selection and the settings. Views read its fields and call its operations.
-/// Main thread only; scans run in the background and come back.
-class BrowserModel final : public Observable {
-    template <typename T> using Field = Published<T, BrowserModel>;
-
+/// Main thread only; scans and changes of files run in the background and come back.
+class BrowserModel final : public BrowserFields {
 public:
     /// Reads the settings. Starts no scan.
     explicit BrowserModel(Ports const& ports);
     ~BrowserModel();
 
-    Field<std::optional<FileUrl>> folder { *this }; ///< the first of `folders`
-    Field<std::vector<FileUrl>> folders { *this }; ///< whose photos are shown
-    Field<std::optional<FileUrl>> rootFolder { *this }; ///< the top of the folder tree
-    Field<int> treeVersion { *this, 0 }; ///< bumped to make the sidebar rebuild its tree
-    Field<int> countsVersion { *this, 0 }; ///< bumped to make the sidebar recount
-    Field<std::vector<PhotoItem>> items { *this }; ///< `allItems` filtered and sorted
-    Field<std::set<FileUrl>> selection { *this }; ///< the marked photos
-    Field<std::optional<std::size_t>> cursor { *this }; ///< index into `items`
-    Field<std::optional<std::size_t>> viewerIndex { *this }; ///< none while the gallery shows
-    Field<bool> isSlideshow { *this, false };
-    Field<bool> isSlideshowPaused { *this, false };
-    Field<bool> isLoading { *this, false }; ///< a scan is under way
-    Field<bool> canUndoTrash { *this, false };
-    Field<std::optional<std::string>> status { *this }; ///< the status bar's message
-    Field<bool> showInfo { *this, false };
-    Field<bool> showContactSheetDialog { *this, false };
-    Field<std::string> searchText { *this };
-    Field<SortKey> sortKey { *this, SortKey::name };
-    Field<bool> ascending { *this, true };
-    Field<bool> includeSubfolders { *this, false };
-    Field<double> thumbSize { *this, 170 }; ///< edge of a gallery cell in points
-    Field<bool> showFilenames { *this, true };
-    Field<bool> showResolution { *this, true };
-    Field<double> slideshowInterval { *this, 4 }; ///< seconds per slide
-    Field<bool> slideshowShuffle { *this, false };
-
     /// The last accepted scan, unfiltered and unsorted.
     std::vector<PhotoItem> const& allItems() const { return allItems_; }
-    int columns() const { return columns_; }
-    std::optional<std::size_t> anchor() const { return anchor_; }
-    int scanGeneration() const { return scanGeneration_; }
-    std::optional<FileUrl> const& pendingFileToShow() const { return pendingFileToShow_; }
     std::string windowTitle() const;
 
     // Folders. What has to look at a disk first answers later; the newest request wins.
@@ -101,22 +63,50 @@ public:
     void setSlideshowShuffle(bool value);
 
     // Selection and viewer. An index outside `items` does nothing.
+    void click(std::size_t index, ClickModifiers modifiers);
     void toggle(std::size_t index);
+    void selectAll();
     void selectNone();
+    void invertSelection();
+    /// -1 and +1 for a photo, the number of columns for a row.
+    void moveCursor(std::ptrdiff_t delta, Extend extend);
     void openViewer(std::size_t index);
     void closeViewer();
+    void stepViewer(std::ptrdiff_t delta);
+    void markInViewer();
     void stopSlideshow();
+    /// The photo in the viewer, else the marked visible ones, else the one under the cursor.
+    std::vector<FileUrl> actionTargets() const;
 
-    /// The columns of the gallery as last laid out; at least 1.
-    void setColumns(int count) { columns_ = count < 1 ? 1 : count; }
+    /// Whether the key was ours. Every key that goes down in the program is to pass here first.
+    bool handleKey(KeyEvent const& event);
+    /// Keeps what passes the keys on; there is one at most, a second one is dropped.
+    void setKeyMonitor(Task monitor);
+    bool hasKeyMonitor() const { return static_cast<bool>(keyMonitor_); }
 
-    MainWindow* window() const { return window_; }
-    /// The window withdraws itself with null before it goes.
-    void setWindow(MainWindow* window) { window_ = window; }
+    // Files. Changes happen one after the other in the background; one that is given while another
+    // is under way waits, and is meant for what will then be where the user saw it.
+    void trashTargets();
+    void trash(std::vector<FileUrl> urls);
+    void undoTrash();
+    void moveOrCopyTargets(Transfer transfer);
+    void copyToClipboard();
+    void revealInFinder();
+    void openWithDefaultApp();
+    /// Drops photos that have left their folder.
+    void removeItems(UrlSet const& urls);
+    std::vector<TrashedPhoto> const& lastTrashed() const { return lastTrashed_; }
+    bool isBusyWithFiles() const { return fileWork_.isBusy(); }
+    /// Stops after the file that is under way, and forgets what waits.
+    void cancelFileWork() { fileWork_.cancel(); }
+    /// Cancels, and calls `done` once no file is under way; at once if none is.
+    void stopFileWork(std::function<void()> done) { fileWork_.stopThen(std::move(done)); }
 
 private:
     struct ScanAnswer;
     struct Restorable;
+    struct KeyActions;
+    struct FileChanges;
 
     void openPlace(FileUrl const& folder, std::optional<FileUrl> const& file);
     void restore(Restorable const& found);
@@ -124,17 +114,17 @@ private:
     void showItems(std::vector<PhotoItem> visible);
     void discard(std::vector<PhotoItem> photos);
     std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
+    std::optional<FileUrl> urlAt(std::optional<std::size_t> index) const;
+    void mark(std::size_t from, std::size_t to);
+    bool toggleSlideshow();
+    CommandTargets targetsNow() const;
+    void followRemoval(UrlSet const& urls, std::vector<bool> const& gone);
 
     Ports ports_;
     std::shared_ptr<PhotoTest> photoTest_; ///< shared with scans that outlive the model
     FolderWatcher folderWatcher_;
     std::vector<PhotoItem> allItems_;
     PhotoIndex index_;
-    MainWindow* window_ = nullptr;
-    int columns_ = 1;
-    std::optional<std::size_t> anchor_;
-    int scanGeneration_ = 0;
-    std::optional<FileUrl> pendingFileToShow_;
     Slideshow slideshow_;
     std::vector<TrashedPhoto> lastTrashed_; ///< what `canUndoTrash` can bring back
     std::shared_ptr<Restorable> heldRestore_; ///< found while an open request still looked
@@ -144,6 +134,9 @@ private:
     Task restoreTask_;
     Task statusTask_;
     Task scanTask_;
+    UrlSet removedWhileScanning_; ///< by us; the scan under way may have seen them before
+    Task keyMonitor_;
+    FileWork fileWork_;
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 

@@ -42,8 +42,8 @@ struct BrowserModel::ScanAnswer {
     ScanResult found;
     ViewChoice choice;
     std::vector<PhotoItem> visible;
-    std::set<FileUrl> selected;
-    std::set<FileUrl> stillSelected;
+    UrlSet selected;
+    UrlSet stillSelected;
 };
 
 void BrowserModel::chooseFolder()
@@ -163,7 +163,7 @@ void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGa
     discard(std::exchange(allItems_, {}));
     index_ = PhotoIndex();
     showItems({});
-    selection = std::set<FileUrl>();
+    selection = UrlSet();
     searchText = std::string();
     lastTrashed_.clear();
     canUndoTrash = false;
@@ -180,6 +180,7 @@ void BrowserModel::startScan()
     if (folders->empty())
         return;
     ++scanGeneration_;
+    removedWhileScanning_.clear();
     isLoading = true;
     auto const scan = [generation = scanGeneration_, photoTest = photoTest_, &files = ports_.files,
                           &textOrder = ports_.textOrder, places = folders.get(),

@@ -1,44 +1,87 @@
 #include "model/BrowserModel.h"
+#include "model/CursorRules.h"
+#include "model/KeyEvent.h"
+#include "model/SelectionRules.h"
+#include "ports/MainWindow.h"
+#include <algorithm>
 
 namespace pixelhain {
+
+void BrowserModel::click(std::size_t index, ClickModifiers modifiers)
+{
+    if (index >= items->size())
+        return;
+    if (window_)
+        window_->focusGallery();
+    if (modifiers.command) {
+        toggle(index);
+        anchor_ = index;
+    } else if (modifiers.shift) {
+        mark(anchor_.value_or(cursor->value_or(index)), index);
+    } else {
+        anchor_ = index;
+        openViewer(index);
+    }
+    cursor = index;
+}
 
 void BrowserModel::toggle(std::size_t index)
 {
     if (index >= items->size())
         return;
-    auto marked = selection.get();
     auto const& url = (*items)[index].url;
+    auto& marked = selection.edit();
     if (marked.erase(url) == 0)
         marked.insert(url);
-    selection.replace(std::move(marked));
+}
+
+// A range only ever adds.
+void BrowserModel::mark(std::size_t from, std::size_t to)
+{
+    auto const last = std::min(std::max(from, to), items->size() - 1);
+    auto& marked = selection.edit();
+    for (auto i = std::min(from, to); i <= last; ++i)
+        marked.insert((*items)[i].url);
+}
+
+void BrowserModel::selectAll()
+{
+    selection.replace(allPhotos(*items));
 }
 
 void BrowserModel::selectNone()
 {
-    selection = std::set<FileUrl>();
+    selection = UrlSet();
 }
 
-void BrowserModel::openViewer(std::size_t index)
+void BrowserModel::invertSelection()
 {
-    if (index >= items->size())
+    selection.replace(invertedSelection(selection, *items));
+}
+
+void BrowserModel::moveCursor(std::ptrdiff_t delta, Extend extend)
+{
+    if (items->empty())
         return;
+    auto const index = movedCursor(cursor, delta, items->size());
+    if (extend == Extend::yes) {
+        anchor_ = anchor_.value_or(cursor->value_or(index));
+        mark(*anchor_, index);
+    } else {
+        anchor_ = index;
+    }
     cursor = index;
-    viewerIndex = index;
 }
 
-void BrowserModel::closeViewer()
+std::vector<FileUrl> BrowserModel::actionTargets() const
 {
-    stopSlideshow();
-    if (*viewerIndex)
-        cursor = viewerIndex.get();
-    viewerIndex = std::nullopt;
-}
-
-void BrowserModel::stopSlideshow()
-{
-    slideshow_ = {};
-    isSlideshow = false;
-    isSlideshowPaused = false;
+    if (auto const photo = urlAt(viewerIndex))
+        return { *photo };
+    if (!selection->empty())
+        return markedPhotos(selection, *items);
+    if (auto const photo = urlAt(cursor))
+        return { *photo };
+    return {};
 }
 
 } // namespace pixelhain

@@ -1,6 +1,21 @@
 #include "model/Messages.h"
+#include "base/Text.h"
 
 namespace pixelhain {
+
+namespace {
+
+std::string photos(std::size_t count)
+{
+    return std::to_string(count) + (count == 1 ? " Foto" : " Fotos");
+}
+
+std::string failures(std::size_t count)
+{
+    return count == 0 ? "" : " (" + std::to_string(count) + " fehlgeschlagen)";
+}
+
+} // namespace
 
 std::string messages::folderCount(std::size_t count)
 {
@@ -10,6 +25,45 @@ std::string messages::folderCount(std::size_t count)
 std::string messages::photoCount(std::size_t count)
 {
     return std::to_string(count) + " Fotos";
+}
+
+std::string messages::trashed(std::size_t count, std::size_t failed)
+{
+    return photos(count) + " in den Papierkorb gelegt – ⌘Z macht es rückgängig" + failures(failed);
+}
+
+std::string messages::restored(std::size_t count)
+{
+    return photos(count) + " wiederhergestellt";
+}
+
+std::string messages::transferred(
+    std::size_t count, std::string_view folderName, Transfer transfer, std::size_t failed)
+{
+    auto const* const participle = transfer == Transfer::copy ? "kopiert" : "verschoben";
+    return photos(count) + " nach „" + displayText(folderName) + "“ " + participle
+        + failures(failed);
+}
+
+std::string messages::copiedToClipboard(std::size_t count)
+{
+    return photos(count) + " in die Zwischenablage kopiert";
+}
+
+std::string messages::transferQuestion(std::size_t count, Transfer transfer)
+{
+    auto const* const verb = transfer == Transfer::copy ? "kopieren" : "verschieben";
+    return photos(count) + " " + verb + " nach …";
+}
+
+std::string_view messages::transferButton(Transfer transfer)
+{
+    return transfer == Transfer::copy ? "Hierher kopieren" : "Hierher verschieben";
+}
+
+std::string messages::progress(std::size_t done, std::size_t total)
+{
+    return std::to_string(done) + " von " + std::to_string(total);
 }
 
 } // namespace pixelhain

@@ -1,4 +1,5 @@
 #pragma once
+#include "model/BrowserOptions.h"
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -16,6 +17,25 @@ inline constexpr std::string_view openFolderMessage = "Wähle einen Ordner mit F
 
 /// "1 Fotos", "40 Fotos": counts on display keep the plural.
 [[nodiscard]] std::string photoCount(std::size_t count);
+
+// What happened to files. Unlike counts on display, these speak of one "Foto". Files that failed
+// are mentioned only if there are any.
+
+/// "3 Fotos in den Papierkorb gelegt – ⌘Z macht es rückgängig (1 fehlgeschlagen)"
+[[nodiscard]] std::string trashed(std::size_t count, std::size_t failed);
+[[nodiscard]] std::string restored(std::size_t count);
+
+/// "2 Fotos nach „Urlaub“ verschoben"; a folder's name need not be text.
+[[nodiscard]] std::string transferred(
+    std::size_t count, std::string_view folderName, Transfer transfer, std::size_t failed);
+[[nodiscard]] std::string copiedToClipboard(std::size_t count);
+
+/// What the panel asks that chooses the folder to move or copy to, and its button.
+[[nodiscard]] std::string transferQuestion(std::size_t count, Transfer transfer);
+[[nodiscard]] std::string_view transferButton(Transfer transfer);
+
+/// "3 von 120"
+[[nodiscard]] std::string progress(std::size_t done, std::size_t total);
 } // namespace messages
 
 } // namespace pixelhain

@@ -1,22 +1,45 @@
 #include "model/SelectionRules.h"
-#include <string_view>
-#include <unordered_set>
 
 namespace pixelhain {
 
-std::set<FileUrl> stillPresent(std::set<FileUrl> const& selection, std::span<PhotoItem const> items)
+UrlSet stillPresent(UrlSet const& selection, std::span<PhotoItem const> items)
 {
     if (selection.empty())
         return {};
-    std::unordered_set<std::string_view> marked;
-    marked.reserve(selection.size());
-    for (auto const& url : selection)
-        marked.insert(url.path());
-    std::set<FileUrl> present;
+    UrlSet present;
     for (auto const& item : items)
-        if (marked.contains(item.url.path()))
+        if (selection.contains(item.url))
             present.insert(item.url);
     return present;
+}
+
+std::vector<FileUrl> markedPhotos(UrlSet const& selection, std::span<PhotoItem const> items)
+{
+    std::vector<FileUrl> marked;
+    if (selection.empty())
+        return marked;
+    for (auto const& item : items)
+        if (selection.contains(item.url))
+            marked.push_back(item.url);
+    return marked;
+}
+
+UrlSet allPhotos(std::span<PhotoItem const> items)
+{
+    UrlSet all;
+    all.reserve(items.size());
+    for (auto const& item : items)
+        all.insert(item.url);
+    return all;
+}
+
+UrlSet invertedSelection(UrlSet const& selection, std::span<PhotoItem const> items)
+{
+    UrlSet inverted;
+    for (auto const& item : items)
+        if (!selection.contains(item.url))
+            inverted.insert(item.url);
+    return inverted;
 }
 
 } // namespace pixelhain

@@ -1,13 +1,22 @@
 #pragma once
 #include "base/FileUrl.h"
 #include "model/PhotoItem.h"
-#include <set>
+#include "model/UrlSet.h"
 #include <span>
+#include <vector>
 
 namespace pixelhain {
 
 /// The part of `selection` whose photos are still in `items`.
-[[nodiscard]] std::set<FileUrl> stillPresent(
-    std::set<FileUrl> const& selection, std::span<PhotoItem const> items);
+[[nodiscard]] UrlSet stillPresent(UrlSet const& selection, std::span<PhotoItem const> items);
+
+/// The marked photos among `items`, in the order of `items`.
+[[nodiscard]] std::vector<FileUrl> markedPhotos(
+    UrlSet const& selection, std::span<PhotoItem const> items);
+
+[[nodiscard]] UrlSet allPhotos(std::span<PhotoItem const> items);
+
+/// Those of `items` that are not marked.
+[[nodiscard]] UrlSet invertedSelection(UrlSet const& selection, std::span<PhotoItem const> items);
 
 } // namespace pixelhain

@@ -87,4 +87,15 @@ void LastFolders::writeRoot(Preferences& preferences, FileUrl const& root)
     preferences.setText(settings::lastRootKey, std::string(root.path()));
 }
 
+std::optional<FileUrl> LastFolders::target(Preferences const& preferences)
+{
+    auto const path = preferences.text(settings::lastTargetKey);
+    return path ? storedPlace(*path) : std::nullopt;
+}
+
+void LastFolders::writeTarget(Preferences& preferences, FileUrl const& folder)
+{
+    preferences.setText(settings::lastTargetKey, std::string(folder.path()));
+}
+
 } // namespace pixelhain

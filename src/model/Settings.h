@@ -65,6 +65,10 @@ struct LastFolders {
     [[nodiscard]] static LastFolders read(Preferences const& preferences);
     static void write(Preferences& preferences, std::vector<FileUrl> const& folders);
     static void writeRoot(Preferences& preferences, FileUrl const& root);
+
+    /// The folder that photos were last moved or copied to.
+    [[nodiscard]] static std::optional<FileUrl> target(Preferences const& preferences);
+    static void writeTarget(Preferences& preferences, FileUrl const& folder);
 };
 
 } // namespace pixelhain

@@ -127,7 +127,7 @@ TEST_CASE("marked photos that the filter hides stay marked after a scan")
     desk.model().setSearchText("2");
     desk.model().reload();
     desk.settle();
-    CHECK(*desk.model().selection == std::set { folder.child("1.jpg") });
+    CHECK(*desk.model().selection == UrlSet { folder.child("1.jpg") });
 }
 
 TEST_CASE("photos of several folders are shown together, each once")

@@ -83,7 +83,7 @@ TEST_CASE("marking a photo twice unmarks it, an index out of range marks nothing
     auto const folder = desk.open("/b", { "1.jpg", "2.jpg" });
     desk.model().toggle(1);
     desk.model().toggle(2);
-    CHECK(*desk.model().selection == std::set { folder.child("2.jpg") });
+    CHECK(*desk.model().selection == UrlSet { folder.child("2.jpg") });
     desk.model().toggle(1);
     CHECK(desk.model().selection->empty());
     desk.model().toggle(0);

@@ -1,0 +1,166 @@
+#include "model/BrowserModel.h"
+#include "model/FileJobs.h"
+#include "model/Messages.h"
+#include "model/Settings.h"
+#include "ports/Clipboard.h"
+#include "ports/MainWindow.h"
+#include "ports/Panels.h"
+#include "ports/Workspace.h"
+#include <utility>
+
+namespace pixelhain {
+
+// What commands do when their turn comes. Each does nothing if nothing is left for it to do.
+struct BrowserModel::FileChanges {
+    BrowserModel& model;
+
+    void trash(std::vector<FileUrl> photos);
+    void trashed(TrashResult result);
+    void undo();
+    void undone(RestoreResult result);
+    void askForFolder(std::vector<FileUrl> photos, Transfer transfer);
+    void transfer(std::vector<FileUrl> photos, FileUrl const& target, Transfer transfer);
+};
+
+void BrowserModel::trashTargets()
+{
+    if (window_ && window_->isEditingText())
+        return;
+    fileWork_.give(
+        { targetsNow(), [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); } });
+}
+
+void BrowserModel::trash(std::vector<FileUrl> urls)
+{
+    fileWork_.give({ { std::move(urls), std::nullopt },
+        [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); } });
+}
+
+void BrowserModel::undoTrash()
+{
+    fileWork_.give({ {}, [this](auto const&) { FileChanges { *this }.undo(); } });
+}
+
+void BrowserModel::moveOrCopyTargets(Transfer transfer)
+{
+    fileWork_.give({ targetsNow(), [this, transfer](auto photos) {
+                        FileChanges { *this }.askForFolder(std::move(photos), transfer);
+                    } });
+}
+
+// With nothing in the viewer and nothing marked the photo under the cursor is meant, and so it is
+// once commands before this one have taken all the marked ones away.
+CommandTargets BrowserModel::targetsNow() const
+{
+    if (auto const photo = urlAt(viewerIndex))
+        return { {}, photo };
+    if (!selection->empty())
+        return { actionTargets(), urlAt(cursor) };
+    return { {}, urlAt(cursor) };
+}
+
+void BrowserModel::FileChanges::trash(std::vector<FileUrl> photos)
+{
+    if (photos.empty())
+        return;
+    auto const total = photos.size();
+    auto const work = [&operations = model.ports_.operations, photos = std::move(photos)](
+                          FileRun& run) { return trashFiles(operations, photos, run); };
+    model.fileWork_.run(total, work,
+        [&model = model](TrashResult result) { FileChanges { model }.trashed(std::move(result)); });
+}
+
+void BrowserModel::FileChanges::trashed(TrashResult result)
+{
+    UrlSet removed;
+    for (auto const& photo : result.trashed)
+        removed.insert(photo.original);
+    auto const count = result.trashed.size();
+    model.lastTrashed_ = std::move(result.trashed);
+    model.canUndoTrash = !model.lastTrashed_.empty();
+    model.removeItems(removed);
+    model.showStatus(messages::trashed(count, result.failed));
+}
+
+void BrowserModel::FileChanges::undo()
+{
+    if (model.lastTrashed_.empty())
+        return;
+    auto const work = [&operations = model.ports_.operations, trashed = model.lastTrashed_](
+                          FileRun& run) { return restoreFiles(operations, trashed, run); };
+    model.fileWork_.run(model.lastTrashed_.size(), work, [&model = model](RestoreResult result) {
+        FileChanges { model }.undone(std::move(result));
+    });
+}
+
+void BrowserModel::FileChanges::undone(RestoreResult result)
+{
+    model.lastTrashed_ = std::move(result.left);
+    model.canUndoTrash = !model.lastTrashed_.empty();
+    model.countsVersion = model.countsVersion + 1;
+    model.showStatus(messages::restored(result.restored));
+    model.startScan();
+}
+
+void BrowserModel::FileChanges::askForFolder(std::vector<FileUrl> photos, Transfer transfer)
+{
+    if (photos.empty())
+        return;
+    auto& preferences = model.ports_.preferences;
+    FolderPanelRequest const request { std::string(messages::transferButton(transfer)),
+        messages::transferQuestion(photos.size(), transfer), LastFolders::target(preferences),
+        true };
+    auto const chosen = [&model = model, alive = std::weak_ptr(model.alive_),
+                            photos = std::move(photos), transfer](FileUrl const& target) {
+        if (alive.expired())
+            return;
+        LastFolders::writeTarget(model.ports_.preferences, target);
+        auto const begin = [&model, target, transfer](auto files) {
+            FileChanges { model }.transfer(std::move(files), target, transfer);
+        };
+        model.fileWork_.give({ { photos, std::nullopt }, begin });
+    };
+    model.ports_.panels.chooseFolder(request, chosen);
+}
+
+void BrowserModel::FileChanges::transfer(
+    std::vector<FileUrl> photos, FileUrl const& target, Transfer transfer)
+{
+    if (photos.empty())
+        return;
+    auto const total = photos.size();
+    auto const work = [&operations = model.ports_.operations, &files = model.ports_.files,
+                          photos = std::move(photos), target, transfer](FileRun& run) {
+        return transferFiles(operations, files, transfer, photos, target, run);
+    };
+    auto const done = [&model = model, target, transfer](TransferResult const& result) {
+        if (transfer == Transfer::move)
+            model.removeItems(UrlSet(result.done.begin(), result.done.end()));
+        model.showStatus(
+            messages::transferred(result.done.size(), target.name(), transfer, result.failed));
+    };
+    model.fileWork_.run(total, work, done);
+}
+
+void BrowserModel::copyToClipboard()
+{
+    auto const photos = actionTargets();
+    if (photos.empty())
+        return;
+    ports_.clipboard.setFiles(photos);
+    showStatus(messages::copiedToClipboard(photos.size()));
+}
+
+void BrowserModel::revealInFinder()
+{
+    if (auto const photos = actionTargets(); !photos.empty())
+        ports_.workspace.reveal(photos);
+}
+
+void BrowserModel::openWithDefaultApp()
+{
+    for (auto const& photo : actionTargets())
+        ports_.workspace.open(photo);
+}
+
+} // namespace pixelhain

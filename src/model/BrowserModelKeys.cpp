@@ -1,0 +1,153 @@
+#include "model/BrowserModel.h"
+#include "model/KeyEvent.h"
+#include "model/KeyTable.h"
+#include "ports/MainWindow.h"
+
+namespace pixelhain {
+
+namespace {
+
+constexpr double thumbSizeStep = 30; // points
+
+} // namespace
+
+// What the actions do; each says whether there was anything to do with the key.
+struct BrowserModel::KeyActions {
+    BrowserModel& model;
+
+    bool performAnywhere(KeyAction action);
+    bool performInGallery(KeyAction action, Extend extend);
+    bool performMovement(KeyAction action, Extend extend);
+    bool performInViewer(KeyAction action);
+};
+
+void BrowserModel::setKeyMonitor(Task monitor)
+{
+    if (!keyMonitor_)
+        keyMonitor_ = std::move(monitor);
+}
+
+bool BrowserModel::handleKey(KeyEvent const& event)
+{
+    if (!window_ || event.window != window_ || event.windowIsSheet || event.windowHasSheet)
+        return false;
+    if (*fileProgress && isEscape(event)) {
+        cancelFileWork();
+        return true;
+    }
+    if (event.focus == KeyFocus::textView)
+        return false;
+    if (event.focus == KeyFocus::tableView && isArrowKey(event))
+        return false;
+    KeyActions keys { *this };
+    if (*viewerIndex)
+        return keys.performInViewer(viewerAction(event));
+    return keys.performInGallery(galleryAction(event), event.shift ? Extend::yes : Extend::no);
+}
+
+// The keys with ⌘ work in an empty gallery too.
+bool BrowserModel::KeyActions::performAnywhere(KeyAction action)
+{
+    switch (action) {
+    case KeyAction::selectAll:
+        model.selectAll();
+        return true;
+    case KeyAction::selectNone:
+        model.selectNone();
+        return true;
+    case KeyAction::slideshow:
+        return model.toggleSlideshow();
+    default:
+        return false;
+    }
+}
+
+bool BrowserModel::KeyActions::performInGallery(KeyAction action, Extend extend)
+{
+    if (performAnywhere(action))
+        return true;
+    if (model.items->empty())
+        return false;
+    switch (action) {
+    case KeyAction::openViewer:
+        model.openViewer(model.cursor->value_or(0));
+        return true;
+    case KeyAction::unmarkAll: {
+        auto const anyMarked = !model.selection->empty();
+        model.selectNone();
+        return anyMarked;
+    }
+    case KeyAction::toggleMark:
+        if (*model.cursor)
+            model.toggle(**model.cursor);
+        return true;
+    case KeyAction::larger:
+        model.setThumbSize(model.thumbSize + thumbSizeStep);
+        return true;
+    case KeyAction::smaller:
+        model.setThumbSize(model.thumbSize - thumbSizeStep);
+        return true;
+    default:
+        return performMovement(action, extend);
+    }
+}
+
+bool BrowserModel::KeyActions::performMovement(KeyAction action, Extend extend)
+{
+    switch (action) {
+    case KeyAction::firstPhoto:
+        model.cursor = 0;
+        return true;
+    case KeyAction::lastPhoto:
+        model.cursor = model.items->size() - 1;
+        return true;
+    case KeyAction::left:
+        model.moveCursor(-1, extend);
+        return true;
+    case KeyAction::right:
+        model.moveCursor(+1, extend);
+        return true;
+    case KeyAction::up:
+        model.moveCursor(-model.columns_, extend);
+        return true;
+    case KeyAction::down:
+        model.moveCursor(+model.columns_, extend);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool BrowserModel::KeyActions::performInViewer(KeyAction action)
+{
+    switch (action) {
+    case KeyAction::closeViewer:
+        model.closeViewer();
+        return true;
+    case KeyAction::showFirst:
+        model.openViewer(0);
+        return true;
+    case KeyAction::showLast:
+        model.openViewer(model.items->size() - 1);
+        return true;
+    case KeyAction::previous:
+        model.stepViewer(-1);
+        return true;
+    case KeyAction::next:
+        model.stepViewer(+1);
+        return true;
+    case KeyAction::markAndMoveOn:
+        model.markInViewer();
+        return true;
+    case KeyAction::toggleInfo:
+        model.showInfo = !model.showInfo;
+        return true;
+    case KeyAction::toggleFullScreen:
+        model.window_->toggleFullScreen();
+        return true;
+    default:
+        return performAnywhere(action);
+    }
+}
+
+} // namespace pixelhain

@@ -1,0 +1,46 @@
+#include "model/BrowserModel.h"
+#include "model/CursorRules.h"
+#include <vector>
+
+namespace pixelhain {
+
+void BrowserModel::removeItems(UrlSet const& urls)
+{
+    if (urls.empty())
+        return;
+    stopSlideshow();
+    countsVersion = countsVersion + 1;
+    if (*isLoading)
+        removedWhileScanning_.insert(urls.begin(), urls.end());
+    auto& marked = selection.edit();
+    for (auto const& url : urls)
+        marked.erase(url);
+
+    auto const isGone = [&](PhotoItem const& item) { return urls.contains(item.url); };
+    std::vector<bool> gone;
+    gone.reserve(items->size());
+    for (auto const& item : *items)
+        gone.push_back(isGone(item));
+    followRemoval(urls, gone);
+    removePhotos(allItems_, index_, isGone);
+    auto const after = [&](std::optional<std::size_t> index) -> std::optional<std::size_t> {
+        auto const kept = survivor(index, gone);
+        return kept ? std::optional(indexAfterRemoval(*kept, gone)) : std::nullopt;
+    };
+    auto const newViewer = after(viewerIndex);
+    auto const newCursor = after(cursor);
+    anchor_ = after(anchor_);
+    std::erase_if(items.edit(), isGone);
+    viewerIndex = newViewer;
+    cursor = newCursor;
+}
+
+// Commands that wait are meant for what will then be in the viewer.
+void BrowserModel::followRemoval(UrlSet const& urls, std::vector<bool> const& gone)
+{
+    auto const successor = [&](FileUrl const& url) { return urlAt(survivor(indexOf(url), gone)); };
+    for (auto& command : fileWork_.waiting())
+        command.targets.follow(urls, successor);
+}
+
+} // namespace pixelhain
