@@ -32,7 +32,7 @@ struct ClickModifiers {
 /// A key that went down.
 struct KeyEvent {
     int keyCode = keyCodes::other;
-    std::string characters; ///< UTF-8, as if no modifier but Shift were held; may be empty
+    std::string characters {}; ///< UTF-8, as if no modifier but Shift were held; may be empty
     bool command = false; ///< ⌘, here Ctrl
     bool shift = false;
     bool option = false; ///< ⌥, here Alt

@@ -1,5 +1,6 @@
 #pragma once
 #include "model/BrowserModel.h"
+#include "model/KeyEvent.h"
 #include "support/FakeBackground.h"
 #include "support/FakeClipboard.h"
 #include "support/FakeFileOperations.h"
@@ -12,8 +13,10 @@
 #include "support/FakePreferences.h"
 #include "support/FakeTextOrder.h"
 #include "support/FakeWorkspace.h"
+#include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pixelhain {
@@ -83,6 +86,34 @@ struct Desk {
         settle();
         return url;
     }
+
+    /// Presses a key in the main window; whether it was consumed.
+    bool press(KeyEvent event)
+    {
+        event.window = &window;
+        return model().handleKey(event);
+    }
+    bool press(int keyCode, bool shift = false)
+    {
+        return press(KeyEvent { .keyCode = keyCode, .shift = shift });
+    }
+    bool type(std::string characters)
+    {
+        return press(KeyEvent { .characters = std::move(characters) });
+    }
+
+    /// The names of the marked photos, hidden ones too, sorted.
+    std::vector<std::string> marked()
+    {
+        std::vector<std::string> names;
+        for (auto const& url : *model().selection)
+            names.emplace_back(url.name());
+        std::ranges::sort(names);
+        return names;
+    }
+
+    /// The message in the status bar; empty if there is none.
+    std::string status() { return model().status->value_or(""); }
 
     /// The names of the visible photos in their order.
     std::vector<std::string> names()
