@@ -110,6 +110,7 @@ private:
 
     void openPlace(FileUrl const& folder, std::optional<FileUrl> const& file);
     void restore(Restorable const& found);
+    void takeOutRemoved(ScanAnswer& answer);
     void accept(ScanAnswer answer);
     void showItems(std::vector<PhotoItem> visible);
     void discard(std::vector<PhotoItem> photos);
@@ -134,6 +135,7 @@ private:
     Task restoreTask_;
     Task statusTask_;
     Task scanTask_;
+    std::vector<FileUrl> leaving_; ///< what a change of files that is under way takes away
     UrlSet removedWhileScanning_; ///< by us; the scan under way may have seen them before
     Task keyMonitor_;
     FileWork fileWork_;

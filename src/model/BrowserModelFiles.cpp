@@ -26,14 +26,14 @@ void BrowserModel::trashTargets()
 {
     if (window_ && window_->isEditingText())
         return;
-    fileWork_.give(
-        { targetsNow(), [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); } });
+    auto const begin = [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); };
+    fileWork_.give({ targetsNow(), begin, true });
 }
 
 void BrowserModel::trash(std::vector<FileUrl> urls)
 {
-    fileWork_.give({ { std::move(urls), std::nullopt },
-        [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); } });
+    auto const begin = [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); };
+    fileWork_.give({ { std::move(urls), std::nullopt }, begin, true });
 }
 
 void BrowserModel::undoTrash()
@@ -41,11 +41,17 @@ void BrowserModel::undoTrash()
     fileWork_.give({ {}, [this](auto const&) { FileChanges { *this }.undo(); } });
 }
 
+// What is meant stands unless something under way takes photos away; the panel need not wait for a
+// long copy.
 void BrowserModel::moveOrCopyTargets(Transfer transfer)
 {
-    fileWork_.give({ targetsNow(), [this, transfer](auto photos) {
-                        FileChanges { *this }.askForFolder(std::move(photos), transfer);
-                    } });
+    auto const ask = [this, transfer](std::vector<FileUrl> photos) {
+        FileChanges { *this }.askForFolder(std::move(photos), transfer);
+    };
+    if (fileWork_.takesPhotosAway())
+        fileWork_.give({ targetsNow(), ask });
+    else
+        ask(actionTargets());
 }
 
 // With nothing in the viewer and nothing marked the photo under the cursor is meant, and so it is
@@ -64,6 +70,7 @@ void BrowserModel::FileChanges::trash(std::vector<FileUrl> photos)
     if (photos.empty())
         return;
     auto const total = photos.size();
+    model.leaving_ = photos;
     auto const work = [&operations = model.ports_.operations, photos = std::move(photos)](
                           FileRun& run) { return trashFiles(operations, photos, run); };
     model.fileWork_.run(total, work,
@@ -72,6 +79,9 @@ void BrowserModel::FileChanges::trash(std::vector<FileUrl> photos)
 
 void BrowserModel::FileChanges::trashed(TrashResult result)
 {
+    model.leaving_.clear();
+    if (result.trashed.empty() && result.failed == 0)
+        return; // cancelled before the first file: what could be undone still can
     UrlSet removed;
     for (auto const& photo : result.trashed)
         removed.insert(photo.original);
@@ -118,7 +128,7 @@ void BrowserModel::FileChanges::askForFolder(std::vector<FileUrl> photos, Transf
         auto const begin = [&model, target, transfer](auto files) {
             FileChanges { model }.transfer(std::move(files), target, transfer);
         };
-        model.fileWork_.give({ { photos, std::nullopt }, begin });
+        model.fileWork_.give({ { photos, std::nullopt }, begin, transfer == Transfer::move });
     };
     model.ports_.panels.chooseFolder(request, chosen);
 }
@@ -129,11 +139,14 @@ void BrowserModel::FileChanges::transfer(
     if (photos.empty())
         return;
     auto const total = photos.size();
+    if (transfer == Transfer::move)
+        model.leaving_ = photos;
     auto const work = [&operations = model.ports_.operations, &files = model.ports_.files,
                           photos = std::move(photos), target, transfer](FileRun& run) {
         return transferFiles(operations, files, transfer, photos, target, run);
     };
     auto const done = [&model = model, target, transfer](TransferResult const& result) {
+        model.leaving_.clear();
         if (transfer == Transfer::move)
             model.removeItems(UrlSet(result.done.begin(), result.done.end()));
         model.showStatus(

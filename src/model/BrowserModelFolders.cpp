@@ -201,11 +201,27 @@ void BrowserModel::startScan()
         [this](ScanAnswer answer) { accept(std::move(answer)); });
 }
 
+// The scan may have seen photos that have been taken away since.
+void BrowserModel::takeOutRemoved(ScanAnswer& answer)
+{
+    auto const removed = std::exchange(removedWhileScanning_, {});
+    if (removed.empty())
+        return;
+    auto const isGone = [&](PhotoItem const& item) { return removed.contains(item.url); };
+    removePhotos(answer.found.items, answer.found.index, isGone);
+    std::erase_if(answer.visible, isGone);
+    std::erase_if(answer.stillSelected, [&](FileUrl const& url) { return removed.contains(url); });
+}
+
 void BrowserModel::accept(ScanAnswer answer)
 {
     if (answer.generation != scanGeneration_)
         return;
     isLoading = false;
+    takeOutRemoved(answer);
+    // What left its folder for good before the scan came by is followed as if it were done.
+    if (!leaving_.empty())
+        removeItems(vanishedPhotos(leaving_, *items, answer.found.items));
     discard(std::exchange(allItems_, std::move(answer.found.items)));
     index_ = std::move(answer.found.index);
     selection = *selection == answer.selected ? std::move(answer.stillSelected)

@@ -1,4 +1,5 @@
 #include "model/FileWork.h"
+#include <algorithm>
 #include <chrono>
 
 namespace pixelhain {
@@ -23,6 +24,12 @@ void FileWork::give(FileCommand command)
 {
     waiting_.push_back(std::move(command));
     beginNext();
+}
+
+bool FileWork::takesPhotosAway() const
+{
+    return (run_ && takesPhotosAway_)
+        || std::ranges::any_of(waiting_, &FileCommand::takesPhotosAway);
 }
 
 void FileWork::cancel()
@@ -59,6 +66,7 @@ void FileWork::beginNext()
     while (!run_ && !waiting_.empty()) {
         auto const command = std::move(waiting_.front());
         waiting_.pop_front();
+        takesPhotosAway_ = command.takesPhotosAway;
         command.begin(command.targets.photosNow());
     }
     if (run_)

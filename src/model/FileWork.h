@@ -27,6 +27,7 @@ struct FileCommand {
     CommandTargets targets;
     /// Called with the targets that are left by then; may call FileWork::run once.
     std::function<void(std::vector<FileUrl>)> begin;
+    bool takesPhotosAway = false; ///< from their folders
 };
 
 /// Changes of files, strictly one after the other, off the main thread. Main thread only.
@@ -59,6 +60,9 @@ public:
             });
     }
 
+    /// Whether what is under way or waits may take photos from their folders.
+    bool takesPhotosAway() const;
+
     /// Stops after the file that is under way, or in the middle of a long copy. Commands that have
     /// not begun are forgotten.
     void cancel();
@@ -81,6 +85,7 @@ private:
     std::deque<FileCommand> waiting_;
     std::shared_ptr<FileRun> run_; ///< null while nothing is under way
     std::size_t total_ = 0;
+    bool takesPhotosAway_ = false; ///< what is under way
     std::vector<std::function<void()>> stopped_;
     Task progressTask_;
     Task task_;

@@ -24,6 +24,19 @@ std::vector<FileUrl> markedPhotos(UrlSet const& selection, std::span<PhotoItem c
     return marked;
 }
 
+UrlSet vanishedPhotos(std::span<FileUrl const> urls, std::span<PhotoItem const> before,
+    std::span<PhotoItem const> after)
+{
+    UrlSet absent(urls.begin(), urls.end());
+    for (auto const& item : after)
+        absent.erase(item.url);
+    UrlSet vanished;
+    for (auto const& item : before)
+        if (absent.contains(item.url))
+            vanished.insert(item.url);
+    return vanished;
+}
+
 UrlSet allPhotos(std::span<PhotoItem const> items)
 {
     UrlSet all;

@@ -14,6 +14,10 @@ namespace pixelhain {
 [[nodiscard]] std::vector<FileUrl> markedPhotos(
     UrlSet const& selection, std::span<PhotoItem const> items);
 
+/// Those of `urls` that were among the items before and are no more.
+[[nodiscard]] UrlSet vanishedPhotos(std::span<FileUrl const> urls,
+    std::span<PhotoItem const> before, std::span<PhotoItem const> after);
+
 [[nodiscard]] UrlSet allPhotos(std::span<PhotoItem const> items);
 
 /// Those of `items` that are not marked.

@@ -1,6 +1,7 @@
 #pragma once
 #include "ports/FileSystem.h"
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
@@ -17,6 +18,7 @@ public:
     bool tellsKinds = true; ///< whether a listing says what each entry is
     std::set<FileUrl> unreadable; ///< folders that cannot be opened
     std::set<FileUrl> vanishing; ///< listed, but gone when they are looked at
+    std::function<void()> afterDetails; ///< called when files have been looked at
 
     /// Each also makes the folders above it.
     void addFolder(std::string_view path) { put(FileUrl(path), { EntryKind::folder, {}, 0 }); }
@@ -62,14 +64,10 @@ public:
     std::vector<std::optional<FileDetails>> details(std::span<FileUrl const> files) const override
     {
         std::vector<std::optional<FileDetails>> answers;
-        std::scoped_lock const guard(lock_);
-        for (auto const& file : files) {
-            questions_.push_back(file);
-            auto const found = entries_.find(file.standardized());
-            answers.push_back(found == entries_.end() || vanishing.contains(file)
-                    ? std::nullopt
-                    : std::optional(found->second.details));
-        }
+        for (auto const& file : files)
+            answers.push_back(detailsOf(file));
+        if (auto const act = afterDetails)
+            act();
         return answers;
     }
 
@@ -85,6 +83,16 @@ public:
     {
         std::scoped_lock const guard(lock_);
         return url == FileUrl("/") || entries_.contains(url.standardized());
+    }
+
+    /// Every file and folder there is.
+    std::map<FileUrl, FileDetails> everything() const
+    {
+        std::scoped_lock const guard(lock_);
+        std::map<FileUrl, FileDetails> all;
+        for (auto const& [url, entry] : entries_)
+            all.emplace(url, entry.details);
+        return all;
     }
 
     std::vector<FileUrl> listings() const { return copyOf(listings_); } ///< folders, in order
@@ -105,6 +113,16 @@ private:
         put(place.parent(), { EntryKind::folder, {}, 0 });
         std::scoped_lock const guard(lock_);
         entries_[place] = { details, ++count_ };
+    }
+
+    std::optional<FileDetails> detailsOf(FileUrl const& file) const
+    {
+        std::scoped_lock const guard(lock_);
+        questions_.push_back(file);
+        auto const found = entries_.find(file.standardized());
+        if (found == entries_.end() || vanishing.contains(file))
+            return std::nullopt;
+        return found->second.details;
     }
 
     Children childrenOf(FileUrl const& folder) const
