@@ -22,6 +22,14 @@ std::optional<std::string> StatusBar::message() const
     return model_.status;
 }
 
+std::optional<std::string> StatusBar::progress() const
+{
+    auto const& progress = *model_.fileProgress;
+    if (!progress)
+        return std::nullopt;
+    return messages::progress(progress->done, progress->total);
+}
+
 bool StatusBar::showsSelectNone() const
 {
     return !model_.selection->empty();

@@ -8,7 +8,7 @@ namespace pixelhain {
 class BrowserModel;
 
 /// What the bar below the gallery says. From the left: activity, count, message; at the right end
-/// the link that unmarks everything.
+/// the progress of long work and the link that unmarks everything.
 class StatusBar {
 public:
     static constexpr double itemSpacing = 10;
@@ -27,6 +27,9 @@ public:
     /// "40 Fotos · 3 ausgewählt", secondary colour.
     [[nodiscard]] std::string countText() const;
     [[nodiscard]] std::optional<std::string> message() const;
+    /// "3 von 120": how far a long change of files has come, before the link at the right end.
+    /// Escape cancels it.
+    [[nodiscard]] std::optional<std::string> progress() const;
     [[nodiscard]] bool showsSelectNone() const;
     void selectNone();
 

@@ -69,3 +69,25 @@ TEST_CASE("the message is the model's")
     desk.model().showStatus("Fertig");
     CHECK(StatusBar(desk.model()).message() == "Fertig");
 }
+
+TEST_CASE("the progress of long work has a place of its own beside the message")
+{
+    using namespace std::chrono_literals;
+    Desk desk;
+    desk.open("/b", { "1.jpg", "2.jpg", "3.jpg" });
+    StatusBar const bar(desk.model());
+    CHECK_FALSE(bar.progress().has_value());
+    desk.model().showStatus("Fertig");
+    desk.model().selectAll();
+    desk.operations.during = [&] {
+        if (desk.operations.calls.size() != 3)
+            return;
+        desk.loop.advance(200ms);
+        CHECK(bar.progress() == "2 von 3");
+        CHECK(bar.message() == "Fertig");
+    };
+    desk.model().trashTargets();
+    desk.settle();
+    CHECK(desk.operations.calls.size() == 3);
+    CHECK_FALSE(bar.progress().has_value());
+}
