@@ -207,9 +207,9 @@ void BrowserModel::takeOutRemoved(ScanAnswer& answer)
     auto const removed = std::exchange(removedWhileScanning_, {});
     if (removed.empty())
         return;
-    auto const isGone = [&](PhotoItem const& item) { return removed.contains(item.url); };
-    removePhotos(answer.found.items, answer.found.index, isGone);
-    std::erase_if(answer.visible, isGone);
+    auto const gone = membership(removed, answer.found.items);
+    removePhotos(answer.found.items, answer.found.index, gone);
+    removePhotos(answer.visible, membership(removed, answer.visible));
     std::erase_if(answer.stillSelected, [&](FileUrl const& url) { return removed.contains(url); });
 }
 

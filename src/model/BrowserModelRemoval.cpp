@@ -1,5 +1,6 @@
 #include "model/BrowserModel.h"
 #include "model/CursorRules.h"
+#include "model/SelectionRules.h"
 #include <vector>
 
 namespace pixelhain {
@@ -16,13 +17,9 @@ void BrowserModel::removeItems(UrlSet const& urls)
     for (auto const& url : urls)
         marked.erase(url);
 
-    auto const isGone = [&](PhotoItem const& item) { return urls.contains(item.url); };
-    std::vector<bool> gone;
-    gone.reserve(items->size());
-    for (auto const& item : *items)
-        gone.push_back(isGone(item));
+    auto const gone = membership(urls, *items);
     followRemoval(urls, gone);
-    removePhotos(allItems_, index_, isGone);
+    removePhotos(allItems_, index_, membership(urls, allItems_));
     auto const after = [&](std::optional<std::size_t> index) -> std::optional<std::size_t> {
         auto const kept = survivor(index, gone);
         return kept ? std::optional(indexAfterRemoval(*kept, gone)) : std::nullopt;
@@ -30,7 +27,7 @@ void BrowserModel::removeItems(UrlSet const& urls)
     auto const newViewer = after(viewerIndex);
     auto const newCursor = after(cursor);
     anchor_ = after(anchor_);
-    std::erase_if(items.edit(), isGone);
+    removePhotos(items.edit(), gone);
     viewerIndex = newViewer;
     cursor = newCursor;
 }

@@ -146,17 +146,23 @@ PhotoIndex::Positions PhotoIndex::matching(std::string_view foldedText) const
     return found;
 }
 
-void removePhotos(std::vector<PhotoItem>& items, PhotoIndex& index,
-    std::function<bool(PhotoItem const&)> const& isGone)
+void removePhotos(std::vector<PhotoItem>& items, std::vector<bool> const& gone)
 {
-    std::vector<PhotoItem> kept;
-    index.removeIf([&](std::size_t i) {
-        if (isGone(items[i]))
-            return true;
-        kept.push_back(std::move(items[i]));
-        return false;
-    });
-    items = std::move(kept);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (gone[i])
+            continue;
+        if (kept != i)
+            items[kept] = std::move(items[i]);
+        ++kept;
+    }
+    items.resize(kept);
+}
+
+void removePhotos(std::vector<PhotoItem>& items, PhotoIndex& index, std::vector<bool> const& gone)
+{
+    index.removeIf([&](std::size_t i) { return gone[i]; });
+    removePhotos(items, gone);
 }
 
 } // namespace pixelhain

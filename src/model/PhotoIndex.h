@@ -46,8 +46,10 @@ private:
     std::vector<std::size_t> foldedEnd_; ///< where each ends; empty until the first search
 };
 
-/// Takes the photos for which `isGone` says yes out of a list and its index.
-void removePhotos(std::vector<PhotoItem>& items, PhotoIndex& index,
-    std::function<bool(PhotoItem const&)> const& isGone);
+/// Takes the photos marked in `gone` out of a list.
+void removePhotos(std::vector<PhotoItem>& items, std::vector<bool> const& gone);
+
+/// Takes them out of a list and its index.
+void removePhotos(std::vector<PhotoItem>& items, PhotoIndex& index, std::vector<bool> const& gone);
 
 } // namespace pixelhain

@@ -1,4 +1,5 @@
 #include "model/SelectionRules.h"
+#include <unordered_set>
 
 namespace pixelhain {
 
@@ -13,14 +14,36 @@ UrlSet stillPresent(UrlSet const& selection, std::span<PhotoItem const> items)
     return present;
 }
 
+// Copies of a URL share their bytes. To compare addresses is to read the list from front to back;
+// to compare names is to jump to each of them.
+std::vector<bool> membership(UrlSet const& urls, std::span<PhotoItem const> items)
+{
+    std::vector<bool> isIn(items.size(), false);
+    std::unordered_set<char const*> addresses;
+    addresses.reserve(urls.size());
+    for (auto const& url : urls)
+        addresses.insert(url.cString());
+    std::size_t found = 0;
+    for (std::size_t i = 0; i < items.size(); ++i)
+        if (addresses.contains(items[i].url.cString())) {
+            isIn[i] = true;
+            ++found;
+        }
+    for (std::size_t i = 0; i < items.size() && found < urls.size(); ++i)
+        if (!isIn[i] && urls.contains(items[i].url)) {
+            isIn[i] = true;
+            ++found;
+        }
+    return isIn;
+}
+
 std::vector<FileUrl> markedPhotos(UrlSet const& selection, std::span<PhotoItem const> items)
 {
+    auto const isMarked = membership(selection, items);
     std::vector<FileUrl> marked;
-    if (selection.empty())
-        return marked;
-    for (auto const& item : items)
-        if (selection.contains(item.url))
-            marked.push_back(item.url);
+    for (std::size_t i = 0; i < items.size(); ++i)
+        if (isMarked[i])
+            marked.push_back(items[i].url);
     return marked;
 }
 

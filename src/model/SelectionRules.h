@@ -10,6 +10,10 @@ namespace pixelhain {
 /// The part of `selection` whose photos are still in `items`.
 [[nodiscard]] UrlSet stillPresent(UrlSet const& selection, std::span<PhotoItem const> items);
 
+/// For each of `items`, none twice, whether it is in `urls`. Quickest for URLs that are copies of
+/// those of the items, as marks are.
+[[nodiscard]] std::vector<bool> membership(UrlSet const& urls, std::span<PhotoItem const> items);
+
 /// The marked photos among `items`, in the order of `items`.
 [[nodiscard]] std::vector<FileUrl> markedPhotos(
     UrlSet const& selection, std::span<PhotoItem const> items);

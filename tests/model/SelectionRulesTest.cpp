@@ -26,6 +26,18 @@ TEST_CASE("the marked photos come in the order of the items")
     CHECK(markedPhotos({}, items).empty());
 }
 
+TEST_CASE("membership is told by the name, whether or not the bytes are shared")
+{
+    using Marks = std::vector<bool>;
+    UrlSet const copies { items[0].url, items[2].url };
+    CHECK(membership(copies, items) == Marks { true, false, true });
+    CHECK(membership({ FileUrl("/a"), hidden }, items) == Marks { false, true, false });
+    CHECK(
+        membership({ items[0].url, FileUrl("/b"), hidden }, items) == Marks { true, false, true });
+    CHECK(membership({}, items) == Marks { false, false, false });
+    CHECK(membership(copies, {}).empty());
+}
+
 TEST_CASE("inverted are those of the items that were not marked")
 {
     CHECK(invertedSelection({ b, hidden }, items) == UrlSet { a, c });
