@@ -1,0 +1,42 @@
+#pragma once
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace pixelhain {
+
+class BrowserModel;
+
+/// One command of the menu bar. A command without a title is a divider.
+struct AppCommand {
+    std::string title;
+    /// The toolkit's portable names ("Ctrl+Shift+M"), the command's own key first, then the habits
+    /// of this desktop.
+    std::vector<std::string> keys;
+    std::function<void()> run;
+    std::function<bool()> isEnabled; ///< always if null
+};
+
+struct AppMenu {
+    std::string title;
+    std::vector<AppCommand> commands;
+};
+
+/// The commands of the menu bar. Each only calls an operation of the model; none holds state of its
+/// own. Keys that titles show in parentheses are the gallery's, not the menu's.
+class AppCommands {
+public:
+    explicit AppCommands(BrowserModel& model)
+        : model_(model)
+    {
+    }
+
+    [[nodiscard]] AppMenu file() const;
+    [[nodiscard]] AppMenu edit() const;
+    [[nodiscard]] AppMenu photos() const;
+
+private:
+    BrowserModel& model_;
+};
+
+} // namespace pixelhain
