@@ -32,6 +32,12 @@ void ContentView::appeared()
     model_.restoreLastFolders();
 }
 
+void ContentView::monitorKeys(std::function<Task()> const& install)
+{
+    if (!model_.hasKeyMonitor())
+        model_.setKeyMonitor(install());
+}
+
 void ContentView::hosted(MainWindow* window)
 {
     if (!window || window == model_.window())

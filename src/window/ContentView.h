@@ -1,5 +1,7 @@
 #pragma once
 #include "base/FileUrl.h"
+#include "base/Task.h"
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -47,6 +49,9 @@ public:
 
     /// To be called when the content first appears.
     void appeared();
+
+    /// Has the keys passed to the model by what `install` gives, unless they are already.
+    void monitorKeys(std::function<Task()> const& install);
 
     /// Hands the hosting window to the model, after the current turn of the loop, unless the model
     /// holds it already. The window outlives this or takes itself back with

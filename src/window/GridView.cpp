@@ -1,5 +1,6 @@
 #include "window/GridView.h"
 #include "model/BrowserModel.h"
+#include "model/SelectionRules.h"
 #include <utility>
 
 namespace pixelhain {
@@ -87,6 +88,7 @@ ThumbnailCell GridView::cell(std::size_t index) const
     cell.selectionActive = !model_.selection->empty();
     cell.showName = model_.showFilenames;
     cell.showResolution = model_.showResolution;
+    cell.hovering = hovered() == index;
     cell.onToggle = [&model = model_, index] { model.toggle(index); };
     if (auto const found = cells_.find(cell.item.url); found != cells_.end()) {
         cell.image = found->second->image();
@@ -94,6 +96,35 @@ ThumbnailCell GridView::cell(std::size_t index) const
         cell.failed = found->second->failed();
     }
     return cell;
+}
+
+std::optional<std::size_t> GridView::hovered() const
+{
+    return pointer_ ? layout_.indexAt(*pointer_) : std::nullopt;
+}
+
+std::optional<GridView::Hit> GridView::hit(Point point) const
+{
+    auto const index = layout_.indexAt(point);
+    if (!index || *index >= model_.items->size())
+        return std::nullopt;
+    auto const shown = cell(*index);
+    auto const area = layout_.thumbnailArea(*index);
+    auto const circle = shown.circleRect();
+    Rect const reach { area.x + circle.x - circleReach, area.y + circle.y - circleReach,
+        circle.width + 2 * circleReach, circle.height + 2 * circleReach };
+    return Hit { *index, shown.showsCircle() && reach.contains(point) };
+}
+
+std::vector<FileUrl> GridView::dragged(std::size_t index) const
+{
+    auto const& items = *model_.items;
+    if (index >= items.size())
+        return {};
+    auto const& photo = items[index].url;
+    if (!model_.selection->contains(photo))
+        return { photo };
+    return markedPhotos(model_.selection, items);
 }
 
 std::optional<double> GridView::scrollWish(double top, double height)

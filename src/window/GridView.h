@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 namespace pixelhain {
 
@@ -30,6 +31,16 @@ public:
     GridView(BrowserModel& model, ThumbnailSource& source,
         std::function<void(FileUrl const&)> cellChanged);
 
+    /// How far around the selection circle a click still means it, points.
+    static constexpr double circleReach = 5;
+
+    /// A place of the gallery as the pointer means it.
+    struct Hit {
+        std::size_t index = 0;
+        bool isOnCircle = false;
+        bool operator==(Hit const&) const = default;
+    };
+
     /// Device pixels per point of the window's screen.
     double displayScale = 1;
 
@@ -50,6 +61,18 @@ public:
     /// What to draw for the photo at `index` of the model's items.
     ThumbnailCell cell(std::size_t index) const;
 
+    /// The pointer's place in the scrolled content; none while it is elsewhere. Its cell shows the
+    /// selection circle.
+    void movePointer(std::optional<Point> point) { pointer_ = point; }
+    [[nodiscard]] std::optional<std::size_t> hovered() const;
+
+    /// What lies at a point of the scrolled content. A circle that is not shown is not hit.
+    [[nodiscard]] std::optional<Hit> hit(Point point) const;
+
+    /// The photos that are dragged along when the one at `index` is: all visible marked ones if it
+    /// is one of them.
+    [[nodiscard]] std::vector<FileUrl> dragged(std::size_t index) const;
+
     /// Where the last changes of the model want the grid to be scrolled to: to the cursor's cell,
     /// or with it in the middle after the viewer was closed. Nothing if nothing asks for it.
     std::optional<double> scrollWish(double top, double height);
@@ -64,6 +87,7 @@ private:
     std::function<void(FileUrl const&)> cellChanged_;
     GridLayout layout_;
     IndexRange inView_;
+    std::optional<Point> pointer_;
     Cells cells_;
     LastSeen<std::optional<std::size_t>> cursor_;
     LastSeen<bool> viewerOpen_;

@@ -15,6 +15,8 @@ public:
     static constexpr double paddingX = 12;
     static constexpr double paddingY = 6;
     static constexpr std::string_view messageDot = "·"; ///< before the message, tertiary colour
+    /// Beside the progress, tertiary colour.
+    static constexpr std::string_view cancelHint = "Esc bricht ab";
     static constexpr std::string_view selectNoneTitle = "Auswahl aufheben";
 
     explicit StatusBar(BrowserModel& model)

@@ -147,3 +147,24 @@ TEST_CASE("content that has lost its window takes none from the model")
     desk.loop.settle();
     CHECK(desk.model().window() == &desk.window);
 }
+
+TEST_CASE("content that appears again installs no second key monitor")
+{
+    Desk desk;
+    int installed = 0;
+    int removed = 0;
+    auto const install = [&] {
+        ++installed;
+        return Task([&] { ++removed; });
+    };
+    {
+        ContentView first(desk.model(), desk.loop);
+        first.monitorKeys(install);
+        ContentView second(desk.model(), desk.loop);
+        second.monitorKeys(install);
+    }
+    CHECK(installed == 1);
+    CHECK(removed == 0);
+    desk.browser.reset();
+    CHECK(removed == 1);
+}

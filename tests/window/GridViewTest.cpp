@@ -192,3 +192,63 @@ TEST_CASE("a cursor that is gone scrolls nowhere")
     gallery.layOut(458);
     CHECK_FALSE(gallery.grid->scrollWish(500, 300).has_value());
 }
+
+TEST_CASE("the cell under the pointer shows its circle, captions included")
+{
+    Gallery gallery;
+    gallery.grid->layOut(458, { 14, 12 });
+    auto const area = gallery.grid->layout().cell(5);
+    gallery.grid->movePointer(Point { area.x + 50, area.bottom() - 1 });
+    CHECK(gallery.grid->hovered() == 5U);
+    CHECK(gallery.grid->cell(5).hovering);
+    CHECK(gallery.grid->cell(5).showsCircle());
+    CHECK_FALSE(gallery.grid->cell(6).showsCircle());
+    gallery.grid->movePointer(Point { area.x - 5, area.y });
+    CHECK_FALSE(gallery.grid->hovered().has_value());
+    CHECK_FALSE(gallery.grid->cell(5).showsCircle());
+    gallery.grid->movePointer(std::nullopt);
+    CHECK_FALSE(gallery.grid->hovered().has_value());
+}
+
+TEST_CASE("a hit tells the cell and whether it is on the circle")
+{
+    Gallery gallery;
+    auto const area = gallery.grid->layout().thumbnailArea(2);
+    auto const at = [&](double x, double y) {
+        Point const point { area.x + x, area.y + y };
+        gallery.grid->movePointer(point);
+        return gallery.grid->hit(point);
+    };
+    CHECK(at(18, 18) == GridView::Hit { 2, true });
+    CHECK(at(2, 2) == GridView::Hit { 2, true });
+    CHECK(at(33.9, 33.9) == GridView::Hit { 2, true });
+    CHECK(at(34, 18) == GridView::Hit { 2, false });
+    CHECK(at(1.9, 18) == GridView::Hit { 2, false });
+    CHECK(at(70, 70) == GridView::Hit { 2, false });
+    CHECK_FALSE(at(-5, 18).has_value());
+}
+
+TEST_CASE("a circle that is not shown is not hit")
+{
+    Gallery gallery;
+    auto const area = gallery.grid->layout().thumbnailArea(2);
+    Point const circle { area.x + 18, area.y + 18 };
+    CHECK(gallery.grid->hit(circle) == GridView::Hit { 2, false });
+    gallery.desk.model().toggle(7);
+    CHECK(gallery.grid->hit(circle) == GridView::Hit { 2, true });
+}
+
+TEST_CASE("dragging a marked photo takes all visible marked ones along, another one goes alone")
+{
+    Gallery gallery;
+    auto& model = gallery.desk.model();
+    for (std::size_t const index : { 9U, 0U, 4U })
+        model.toggle(index);
+    auto const photo = [](int number) { return FileUrl("/b/" + std::to_string(number) + ".jpg"); };
+    CHECK(gallery.grid->dragged(4) == std::vector { photo(1), photo(5), photo(10) });
+    CHECK(gallery.grid->dragged(5) == std::vector { photo(6) });
+    model.setSearchText("0");
+    gallery.layOut(458);
+    CHECK(gallery.grid->dragged(0) == std::vector { photo(10) });
+    CHECK(gallery.grid->dragged(99).empty());
+}
