@@ -1,28 +1,16 @@
 #include "qt/window/GridWidget.h"
 #include "model/BrowserModel.h"
-#include "qt/ports/FileUrlText.h"
-#include <QApplication>
-#include <QHelpEvent>
-#include <QKeyEvent>
-#include <QScreen>
+#include <QDrag>
+#include <QEvent>
 #include <QScrollBar>
-#include <QToolTip>
-#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
 namespace pixelhain {
 
-namespace {
-
-constexpr double wheelNotch = 120; ///< what Qt reports for one notch
-constexpr double pointsPerLine = 40;
-constexpr double pageOverlap = 40; ///< stays in view when paging, so that the eye keeps its place
-
-} // namespace
-
 GridWidget::GridWidget(Services const& services, QWidget* parent)
     : QAbstractScrollArea(parent)
+    , runDrag([](QDrag* drag) { drag->exec(Qt::CopyAction); })
     , services_(services)
     , view_(services.model, services.thumbnails, [this](FileUrl const& url) { cellChanged(url); })
     , pictures_(services.background, services.loop,
@@ -35,6 +23,7 @@ GridWidget::GridWidget(Services const& services, QWidget* parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_NoSystemBackground);
+    viewport()->setMouseTracking(true);
     setAccessibleName(QStringLiteral("Galerie"));
 }
 
@@ -81,6 +70,7 @@ void GridWidget::layOut()
     top_ = view_.layout().clampedScroll(top_, viewportHeight());
     updateScrollBar();
     showCells();
+    updateHover();
     if (!held)
         first_ = anchor();
 }
@@ -170,6 +160,7 @@ void GridWidget::moveTo(double top)
     first_ = anchor();
     updateScrollBar();
     scrollPixels(before, after);
+    updateHover();
 }
 
 // What stays in view is moved, not painted again, where the way is a whole number of points and
@@ -184,62 +175,6 @@ void GridWidget::scrollPixels(long long before, long long after)
         viewport()->scroll(0, static_cast<int>(way / scale));
     else
         viewport()->update();
-}
-
-void GridWidget::wheelEvent(QWheelEvent* event)
-{
-    auto const now = motion_.isMoving() ? motion_.goal() : top_;
-    auto const limited
-        = [&](double goal) { return view_.layout().clampedScroll(goal, viewportHeight()); };
-    auto const turned = event->angleDelta().y();
-    event->accept();
-    if (!event->pixelDelta().isNull()) {
-        scrollTo(top_ - event->pixelDelta().y());
-        return;
-    }
-    auto const way = turned / wheelNotch * QApplication::wheelScrollLines() * pointsPerLine;
-    if (turned % static_cast<int>(wheelNotch) != 0)
-        scrollTo(top_ - way);
-    else if (turned != 0)
-        glideTo(limited(now - way));
-}
-
-void GridWidget::glideTo(double goal)
-{
-    auto const refresh = screen() ? screen()->refreshRate() : 60.0;
-    auto const frame = std::clamp(static_cast<int>(1000 / std::max(refresh, 1.0)), 4, 17);
-    motion_.start(top_, std::round(goal), frame);
-}
-
-void GridWidget::keyPressEvent(QKeyEvent* event)
-{
-    auto const height = viewportHeight();
-    auto const page = std::max(height - pageOverlap, height / 2);
-    auto const now = motion_.isMoving() ? motion_.goal() : top_;
-    double goal = 0;
-    switch (event->key()) {
-    case Qt::Key_PageUp:
-        goal = now - page;
-        break;
-    case Qt::Key_PageDown:
-        goal = now + page;
-        break;
-    case Qt::Key_Home:
-        break;
-    case Qt::Key_End:
-        goal = view_.layout().contentHeight();
-        break;
-    default:
-        event->ignore();
-        return;
-    }
-    // A long way is not worth watching, and every cell along it would be asked for.
-    constexpr double longWay = 3;
-    goal = view_.layout().clampedScroll(goal, height);
-    if (std::abs(goal - top_) > longWay * height)
-        scrollTo(goal);
-    else
-        glideTo(goal);
 }
 
 void GridWidget::resizeEvent(QResizeEvent*)
@@ -257,34 +192,6 @@ void GridWidget::changeEvent(QEvent* event)
     painter_.reset();
     layOut();
     viewport()->update();
-}
-
-bool GridWidget::viewportEvent(QEvent* event)
-{
-    if (event->type() != QEvent::ToolTip)
-        return QAbstractScrollArea::viewportEvent(event);
-    auto const* help = static_cast<QHelpEvent*>(event);
-    if (!showBadgeTip(help->pos(), help->globalPos()))
-        QToolTip::hideText();
-    return true;
-}
-
-bool GridWidget::showBadgeTip(QPoint position, QPoint globalPosition)
-{
-    auto const& layout = view_.layout();
-    auto const point = Point { static_cast<double>(position.x()), position.y() + top_ };
-    auto const index = layout.indexAt(point);
-    if (!index || !view_.cell(*index).showsBadge())
-        return false;
-    // About the size of the badge, whatever its letters.
-    constexpr double width = 50;
-    constexpr double height = 28;
-    auto const area = layout.thumbnailArea(*index);
-    if (point.x < area.right() - width || point.y < area.bottom() - height
-        || point.y >= area.bottom())
-        return false;
-    QToolTip::showText(globalPosition, shownText(ThumbnailCell::badgeTip), viewport());
-    return true;
 }
 
 bool GridWidget::showsAllSizes() const

@@ -3,9 +3,12 @@
 #include "qt/window/CellPictures.h"
 #include "qt/window/SmoothScroll.h"
 #include "window/GridView.h"
+#include "window/ThumbnailMenu.h"
 #include <QAbstractScrollArea>
 #include <functional>
 #include <optional>
+
+class QDrag;
 
 namespace pixelhain {
 
@@ -13,7 +16,7 @@ class Background;
 class BrowserModel;
 class MainLoop;
 
-/// The gallery on the screen: paints what GridView says, scrolls, and does nothing else. All
+/// The gallery on the screen: paints what GridView says, scrolls, and passes clicks on. All
 /// painting is in whole device pixels, pictures pixel by pixel.
 class GridWidget final : public QAbstractScrollArea {
 public:
@@ -22,11 +25,14 @@ public:
         ThumbnailSource& thumbnails;
         Background& background;
         MainLoop& loop;
+        ThumbnailMenu* menu = nullptr; ///< of the cells; none if null
     };
 
     explicit GridWidget(Services const& services, QWidget* parent = nullptr);
 
     GridView const& view() const { return view_; }
+
+    static constexpr double pointsPerLine = 40; ///< that a line of the mouse wheel scrolls
 
     /// The scroll position in points.
     double top() const { return top_; }
@@ -45,6 +51,9 @@ public:
     /// Called after each frame.
     std::function<void()> painted;
 
+    /// Lets the user drag, and returns when that is over. Takes the drag.
+    std::function<void(QDrag*)> runDrag;
+
     /// To be called after every change of the model.
     void modelChanged();
 
@@ -54,6 +63,11 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
 
@@ -62,6 +76,12 @@ private:
         FileUrl url;
         std::size_t index = 0;
         double offset = 0; ///< of its cell's top from the viewport's
+    };
+
+    struct Press {
+        GridView::Hit hit;
+        FileUrl photo;
+        QPoint position;
     };
 
     double viewportHeight() const { return viewport()->height(); }
@@ -81,7 +101,12 @@ private:
     void glideTo(double goal);
     void paintCells(QPainter& painter, QRegion const& dirty);
     bool isEachInFinalState() const;
-    bool showBadgeTip(QPoint position, QPoint globalPosition);
+    Point contentPoint(QPointF viewportPoint) const;
+    void updateHover();
+    void startDrag(Press const& press);
+    void showMenu(std::size_t index, QPoint globalPosition);
+    bool showTip(QPoint position, QPoint globalPosition);
+    bool isAboutBadge(std::size_t index, Point point) const;
 
     Services services_;
     GridView view_;
@@ -93,6 +118,9 @@ private:
     bool isSettingBar_ = false;
     bool isComplete_ = false;
     bool hasShownPicture_ = false;
+    std::optional<QPointF> pointer_; ///< in the viewport, while it is there
+    std::optional<std::size_t> hovered_;
+    std::optional<Press> pressed_; ///< the left button, on a cell
     std::optional<Anchor> first_; ///< the cell at the top after the last scroll
     LastSeen<std::vector<FileUrl>> shownFolders_;
 };

@@ -28,6 +28,8 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     , count_(new QLabel(this))
     , dot_(new QLabel(shownText(StatusBar::messageDot), this))
     , message_(new QLabel(this))
+    , progress_(new QLabel(this))
+    , cancelHint_(new QLabel(shownText(StatusBar::cancelHint), this))
     , selectNone_(new QToolButton(this))
 {
     auto* row = new QHBoxLayout(this);
@@ -35,7 +37,7 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     constexpr int y = static_cast<int>(StatusBar::paddingY);
     row->setContentsMargins(x, y, x, y);
     row->setSpacing(static_cast<int>(StatusBar::itemSpacing));
-    for (auto* label : { count_, dot_, message_ })
+    for (auto* label : { count_, dot_, message_, progress_, cancelHint_ })
         label->setTextFormat(Qt::PlainText);
     message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     selectNone_->setObjectName(QStringLiteral("selectNone"));
@@ -47,6 +49,8 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     row->addWidget(count_);
     row->addWidget(dot_);
     row->addWidget(message_, 1);
+    row->addWidget(progress_);
+    row->addWidget(cancelHint_);
     row->addWidget(selectNone_);
     useTones();
     modelChanged();
@@ -59,6 +63,10 @@ void StatusBarWidget::modelChanged()
     count_->setText(shownText(bar_.countText()));
     dot_->setVisible(message.has_value());
     message_->setText(message ? shownText(*message) : QString());
+    auto const progress = bar_.progress();
+    progress_->setVisible(progress.has_value());
+    progress_->setText(progress ? shownText(*progress) : QString());
+    cancelHint_->setVisible(progress.has_value());
     selectNone_->setVisible(bar_.showsSelectNone());
 }
 
@@ -66,10 +74,13 @@ void StatusBarWidget::useTones()
 {
     Tones const tones(palette());
     auto const font = scaledFont(this->font(), calloutScale);
-    for (auto* part : std::initializer_list<QWidget*> { count_, dot_, message_, selectNone_ })
+    for (auto* part : std::initializer_list<QWidget*> {
+             count_, dot_, message_, progress_, cancelHint_, selectNone_ })
         part->setFont(font);
     setRole(*count_, QPalette::WindowText, tones.of(ColorRole::secondary));
-    setRole(*dot_, QPalette::WindowText, tones.of(ColorRole::tertiary));
+    setRole(*progress_, QPalette::WindowText, tones.of(ColorRole::secondary));
+    for (auto* part : { dot_, cancelHint_ })
+        setRole(*part, QPalette::WindowText, tones.of(ColorRole::tertiary));
     setRole(*selectNone_, QPalette::ButtonText, tones.link());
     // The bar keeps its height when the link comes and goes.
     auto const line = QFontMetrics(font).height();

@@ -29,6 +29,8 @@ private:
     QLabel* count_;
     QLabel* dot_;
     QLabel* message_;
+    QLabel* progress_;
+    QLabel* cancelHint_;
     QToolButton* selectNone_;
 };
 

@@ -2,6 +2,7 @@
 #include "qt/Wait.h"
 #include "qt/window/GridWidget.h"
 #include "support/Desk.h"
+#include "support/FakeSharing.h"
 #include "support/FakeThumbnails.h"
 #include <QImage>
 #include <cmath>
@@ -17,7 +18,9 @@ struct Gallery {
 
     Desk desk;
     FakeThumbnails thumbnails;
-    GridWidget grid { { desk.model(), thumbnails, desk.background, desk.loop } };
+    FakeSharing sharing;
+    ThumbnailMenu menu { { desk.model(), desk.workspace, sharing, desk.clipboard } };
+    GridWidget grid { { desk.model(), thumbnails, desk.background, desk.loop, &menu } };
     Observation observation = desk.model().observe([this] { grid.modelChanged(); });
 
     explicit Gallery(int count)
