@@ -7,10 +7,14 @@
 #include "icu/IcuTextOrder.h"
 #include "model/BrowserModel.h"
 #include "ports/Panels.h"
+#include "posix/PosixFileOperations.h"
 #include "posix/PosixFileSystem.h"
 #include "posix/ThreadPool.h"
+#include "qt/ports/QtClipboard.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/ports/QtPreferences.h"
+#include "qt/ports/QtWorkspace.h"
+#include "qt/ports/UserTime.h"
 #include "qt/window/DrawnPicture.h"
 #include "qt/window/GridWidget.h"
 #include "window/ThumbnailSource.h"
@@ -213,8 +217,12 @@ private:
     NoPanels panels_;
     ThreadPool background_;
     CachedThumbnails thumbnails_;
+    PosixFileOperations operations_;
+    QtClipboard clipboard_;
+    UserTime userTime_;
+    QtWorkspace workspace_ { loop_, userTime_ };
     BrowserModel model_ { { loop_, background_, files_, preferences_, textOrder_, imageTypes_,
-        panels_ } };
+        panels_, operations_, clipboard_, workspace_ } };
 };
 
 } // namespace

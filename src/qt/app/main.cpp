@@ -12,12 +12,14 @@
 #include "qt/app/DesktopColors.h"
 #include "qt/app/Milestones.h"
 #include "qt/app/Screenshot.h"
+#include "qt/app/TerminationSignals.h"
 #include "qt/app/Trace.h"
 #include "qt/ports/QtClipboard.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/ports/QtPanels.h"
 #include "qt/ports/QtPreferences.h"
 #include "qt/ports/QtScreens.h"
+#include "qt/ports/QtSharing.h"
 #include "qt/ports/QtWorkspace.h"
 #include "qt/ports/UserTime.h"
 #include "qt/window/MainWindowWidget.h"
@@ -79,6 +81,7 @@ struct Services {
     QtClipboard clipboard;
     UserTime userTime;
     QtWorkspace workspace { loop, userTime };
+    QtSharing sharing { loop, userTime };
     ThreadPool background;
     ThreadQueue thumbQueue { thumbWidth(), thumbNiceness };
     ThreadQueue displayQueue { displayWidth, displayNiceness };
@@ -103,7 +106,10 @@ int run(QApplication& application, CommandLine const& line, Services& services)
         services.textOrder, services.imageTypes, services.panels, services.operations,
         services.clipboard, services.workspace });
     LoaderThumbnails thumbnails(loader);
-    MainWindowWidget window({ model, thumbnails, services.background, services.loop });
+    ThumbnailMenu menu({ model, services.workspace, services.sharing, services.clipboard });
+    MainWindowWidget window({ model, thumbnails, services.background, services.loop, &menu });
+    // The same way out as by the window's own button: files are finished, settings are written.
+    TerminationSignals const endings([] { QApplication::closeAllWindows(); });
     services.panels.setParent(&window);
 
     std::unique_ptr<AppDelegate> delegate;
@@ -113,7 +119,10 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     window.activated = [&] { delegate->applicationDidBecomeActive(); };
 
     Milestones milestones(trace, model, window);
-    window.shown = [&] { milestones.windowShown(); };
+    window.shown = [&] {
+        milestones.windowShown();
+        services.sharing.refresh();
+    };
     window.content().grid().painted = [&] { milestones.painted(); };
 
     delegate->openUrls(line.files);
@@ -132,6 +141,7 @@ int run(QApplication& application, CommandLine const& line, Services& services)
 
 int main(int argc, char** argv)
 {
+    TerminationSignals::hold();
     QCoreApplication::setApplicationName(QStringLiteral("pixelhain"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PIXELHAIN_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("de.pixelhain.Pixelhain"));

@@ -20,6 +20,7 @@ void QtPanels::chooseFolder(FolderPanelRequest const& request, std::function<voi
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setWindowTitle(shownText(request.message));
     dialog->setLabelText(QFileDialog::Accept, shownText(request.button));
+    dialog->setOption(QFileDialog::ReadOnly, !request.mayCreateFolders);
     if (request.start)
         dialog->setDirectory(QFile::decodeName(QByteArray(request.start->cString())));
     QObject::connect(dialog, &QFileDialog::accepted, dialog, [dialog, chosen = std::move(chosen)] {

@@ -111,7 +111,9 @@ void ContentWidget::setDropTargeted(bool targeted)
 
 void ContentWidget::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (filesIn(*event->mimeData()).empty())
+    auto const* const source = qobject_cast<QWidget*>(event->source());
+    bool const isOwn = source && source->window() == window();
+    if (isOwn || filesIn(*event->mimeData()).empty())
         return;
     // Never a move: the sender would take the file away once it is accepted.
     event->setDropAction(Qt::CopyAction);

@@ -2,7 +2,10 @@
 #include "model/BrowserModel.h"
 #include "ports/MainLoop.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/window/KeyMonitor.h"
+#include "qt/window/Menus.h"
 #include <QApplication>
+#include <QCloseEvent>
 #include <QEvent>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -49,26 +52,50 @@ MainWindowWidget::~MainWindowWidget()
 
 void MainWindowWidget::addMenus()
 {
-    auto* file = menuBar()->addMenu(QStringLiteral("&Datei"));
-    auto const add = [&](QString const& title, QList<QKeySequence> const& keys, auto operation) {
-        auto* action = file->addAction(title);
-        action->setShortcuts(keys);
+    AppCommands const commands(model_);
+    auto* const file = addMenu(commands.file());
+    file->addSeparator();
+    auto const add = [&](QString const& title, QKeySequence const& key, auto operation) {
+        auto* const action = file->addAction(title);
+        action->setShortcut(key);
         connect(action, &QAction::triggered, this, operation);
     };
-    add(QStringLiteral("&Ordner öffnen …"), { QKeySequence(Qt::CTRL | Qt::Key_O) },
-        [this] { model_.chooseFolder(); });
-    add(QStringLiteral("&Neu laden"),
-        { QKeySequence(Qt::CTRL | Qt::Key_R), QKeySequence(Qt::Key_F5) },
-        [this] { model_.reload(); });
-    file->addSeparator();
-    add(QStringLiteral("S&chließen"), { QKeySequence(Qt::CTRL | Qt::Key_W) }, [this] { close(); });
-    add(QStringLiteral("&Beenden"), { QKeySequence(Qt::CTRL | Qt::Key_Q) },
+    add(QStringLiteral("S&chließen"), QKeySequence(Qt::CTRL | Qt::Key_W), [this] { close(); });
+    add(QStringLiteral("&Beenden"), QKeySequence(Qt::CTRL | Qt::Key_Q),
         [] { QApplication::closeAllWindows(); });
+    addMenu(commands.edit());
+    addMenu(commands.photos());
+}
+
+QMenu* MainWindowWidget::addMenu(AppMenu const& menu)
+{
+    QString taken;
+    auto* const added = menuBar()->addMenu(withMnemonic(shownText(menu.title), taken));
+    taken.clear();
+    for (auto const& command : menu.commands) {
+        if (command.title.empty()) {
+            added->addSeparator();
+            continue;
+        }
+        auto* const action = added->addAction(withMnemonic(shownText(command.title), taken));
+        QList<QKeySequence> keys;
+        for (auto const& key : command.keys)
+            keys += QKeySequence(shownText(key), QKeySequence::PortableText);
+        action->setShortcuts(keys);
+        // A key that is held down must not go through the gallery photo by photo.
+        action->setAutoRepeat(false);
+        connect(action, &QAction::triggered, this, command.run);
+        if (command.isEnabled)
+            conditions_.push_back({ action, command.isEnabled });
+    }
+    return added;
 }
 
 void MainWindowWidget::modelChanged()
 {
     setWindowTitle(titleText(content_->view()));
+    for (auto const& [action, condition] : conditions_)
+        action->setEnabled(condition());
     content_->modelChanged();
 }
 
@@ -106,12 +133,30 @@ void MainWindowWidget::toggleFullScreen()
     setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
+// A file that is being moved or copied is finished, or given up cleanly, before the program may
+// end.
+void MainWindowWidget::closeEvent(QCloseEvent* event)
+{
+    if (!model_.isBusyWithFiles())
+        return;
+    event->ignore();
+    if (std::exchange(isClosing_, true))
+        return;
+    model_.stopFileWork([alive = QPointer<MainWindowWidget>(this)] {
+        if (!alive)
+            return;
+        alive->isClosing_ = false;
+        alive->close();
+    });
+}
+
 void MainWindowWidget::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
     if (std::exchange(hasAppeared_, true))
         return;
     content_->view().hosted(this);
+    content_->view().monitorKeys([this] { return monitorKeys(model_); });
     // After whatever was handed over at the start, so that this is opened instead.
     loop_.post([alive = QPointer<MainWindowWidget>(this)] {
         if (alive)

@@ -1,8 +1,10 @@
 #pragma once
+#include "app/AppCommands.h"
 #include "ports/MainWindow.h"
 #include "qt/window/ContentWidget.h"
 #include <QMainWindow>
 #include <functional>
+#include <vector>
 
 namespace pixelhain {
 
@@ -32,18 +34,27 @@ public:
     void toggleFullScreen() override;
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    struct EnabledWhile {
+        QAction* action;
+        std::function<bool()> condition;
+    };
+
     void addMenus();
+    QMenu* addMenu(AppMenu const& menu);
     void modelChanged();
 
     BrowserModel& model_;
     MainLoop& loop_;
     ContentWidget* content_;
+    std::vector<EnabledWhile> conditions_;
     bool hasAppeared_ = false;
+    bool isClosing_ = false; ///< as soon as no file is under way
     bool hasPainted_ = false;
     bool isOnScreen_ = false;
     Observation observation_;

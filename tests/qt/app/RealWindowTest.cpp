@@ -3,14 +3,17 @@
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
 #include "model/BrowserModel.h"
+#include "posix/PosixFileOperations.h"
 #include "posix/PosixFileSystem.h"
 #include "posix/ThreadPool.h"
 #include "posix/ThreadQueue.h"
 #include "qt/Wait.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/window/MainWindowWidget.h"
+#include "support/FakeClipboard.h"
 #include "support/FakePanels.h"
 #include "support/FakePreferences.h"
+#include "support/FakeWorkspace.h"
 #include "support/TemporaryFolder.h"
 #include <QPixmap>
 #include <doctest/doctest.h>
@@ -41,11 +44,15 @@ struct Program {
     CodecImageTypes imageTypes;
     FakePreferences preferences;
     FakePanels panels;
+    PosixFileOperations operations;
+    FakeClipboard clipboard;
+    FakeWorkspace workspace;
     ThreadPool background;
     ThreadQueue thumbQueue { 2, 5 };
     ThreadQueue displayQueue { 3, 2 };
     ImageLoader loader { { loop, background, decoder, thumbQueue, displayQueue } };
-    BrowserModel model { { loop, background, files, preferences, textOrder, imageTypes, panels } };
+    BrowserModel model { { loop, background, files, preferences, textOrder, imageTypes, panels,
+        operations, clipboard, workspace } };
     LoaderThumbnails thumbnails { loader };
     MainWindowWidget window { { model, thumbnails, background, loop } };
 

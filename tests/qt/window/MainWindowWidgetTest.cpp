@@ -1,5 +1,6 @@
 #include "qt/window/MainWindowWidget.h"
 #include "qt/window/Gallery.h"
+#include "support/FakeSharing.h"
 #include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
@@ -15,7 +16,9 @@ namespace {
 struct WindowDesk {
     Desk desk;
     FakeThumbnails thumbnails;
-    MainWindowWidget window { { desk.model(), thumbnails, desk.background, desk.loop } };
+    FakeSharing sharing;
+    ThumbnailMenu menu { { desk.model(), desk.workspace, sharing, desk.clipboard } };
+    MainWindowWidget window { { desk.model(), thumbnails, desk.background, desk.loop, &menu } };
 
     WindowDesk()
     {
