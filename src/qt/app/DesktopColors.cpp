@@ -85,8 +85,14 @@ void DesktopColors::settingChanged(QDBusMessage const& message)
 void DesktopColors::use(uint scheme)
 {
     bool const dark = scheme == prefersDark;
-    if (std::exchange(isDark_, dark) != dark)
-        QApplication::setPalette(dark ? darkPalette() : light_);
+    if (std::exchange(isDark_, dark) == dark)
+        return;
+    QApplication::setPalette(dark ? darkPalette() : light_);
+    // A menu over the dark gallery would otherwise have no visible edge.
+    auto menus = QApplication::palette();
+    if (dark)
+        menus.setColor(QPalette::Base, QColor(0x36, 0x36, 0x3a));
+    QApplication::setPalette(menus, "QMenu");
 }
 
 } // namespace pixelhain

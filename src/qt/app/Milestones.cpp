@@ -30,6 +30,8 @@ void Milestones::modelChanged()
             look();
     }
     wasLoading_ = model_.isLoading;
+    if (status_.changed(model_.status) && *model_.status)
+        trace_.milestone("status: " + **model_.status);
 }
 
 // Pictures may be painted within the window's very first frame, which nobody sees before it is on

@@ -1,6 +1,8 @@
 #pragma once
 #include "base/Published.h"
 #include "qt/app/Trace.h"
+#include <optional>
+#include <string>
 
 namespace pixelhain {
 
@@ -8,7 +10,8 @@ class BrowserModel;
 class MainWindowWidget;
 
 /// Watches the window and reports to the trace when it stands, when a folder's photos are known,
-/// when the first picture shows, when all in view do, and when nothing is left to do.
+/// when the first picture shows, when all in view do, when nothing is left to do, and each message
+/// of the status bar.
 class Milestones {
 public:
     Milestones(Trace const& trace, BrowserModel& model, MainWindowWidget& window);
@@ -27,6 +30,7 @@ private:
     BrowserModel& model_;
     MainWindowWidget& window_;
     Observation observation_;
+    LastSeen<std::optional<std::string>> status_;
     bool isShown_ = false;
     bool wasLoading_ = false;
     bool sawPicture_ = false;

@@ -1,0 +1,77 @@
+"""A running window, and hands on its mouse and keyboard."""
+import os
+import queue
+import subprocess
+import threading
+import time
+
+from Programs import BUILD
+
+PATIENCE = 60  # seconds, for what hangs
+
+
+class Session:
+    """The program over a folder, with settings, trash and caches of its own below `home`."""
+
+    def __init__(self, home, *arguments):
+        home.mkdir(mode=0o700, exist_ok=True)
+        self.data = home / "data"
+        environment = {
+            **os.environ, "HOME": str(home), "LC_ALL": "C.UTF-8", "XDG_CONFIG_HOME": str(home / "config"),
+            "XDG_DATA_HOME": str(self.data), "XDG_CACHE_HOME": str(home / "cache"), "PIXELHAIN_TRACE": "1",
+            "QT_QPA_PLATFORM": "xcb", "WAYLAND_DISPLAY": "", "DBUS_SESSION_BUS_ADDRESS": "",
+            "XDG_RUNTIME_DIR": str(home)}
+        self.said = []
+        self._lines = queue.Queue()
+        self.program = subprocess.Popen(
+            [BUILD / "pixelhain", *arguments], env=environment, text=True, stdin=subprocess.DEVNULL,
+            stderr=subprocess.PIPE)
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def _read(self):
+        for line in self.program.stderr:
+            self._lines.put(line.rstrip("\n"))
+
+    def wait_for(self, what):
+        """Waits until the program says a line that ends in `what`, after those waited for before."""
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            try:
+                line = self._lines.get(timeout=max(0.01, end - time.monotonic()))
+            except queue.Empty:
+                break
+            self.said.append(line)
+            if line.endswith(what):
+                return
+        raise AssertionError(f"never said: {what}\n" + "\n".join(self.said))
+
+    def take_focus(self):
+        """Gives the window the keyboard: there is no window manager that would."""
+        self.window = self._xdotool("search", "--sync", "--onlyvisible", "--pid", self.program.pid).split()[0]
+        self._xdotool("windowfocus", "--sync", self.window)
+
+    def keys(self, *names):
+        self._xdotool("key", "--delay", "30", *names)
+
+    def click(self, x, y, held=None):
+        self._xdotool("mousemove", "--window", self.window, x, y)
+        if held:
+            self._xdotool("keydown", held, "click", 1, "keyup", held)
+        else:
+            self._xdotool("click", 1)
+
+    def end(self):
+        """Asks the program to end; gives its exit code."""
+        self.program.terminate()
+        return self.program.wait(PATIENCE)
+
+    def abandon(self):
+        if self.program.poll() is None:
+            self.program.kill()
+            self.program.wait()
+        self.program.stderr.close()
+
+    def _xdotool(self, *arguments):
+        return subprocess.run(
+            ["xdotool", *map(str, arguments)], check=True, text=True, timeout=PATIENCE,
+            stdout=subprocess.PIPE).stdout
