@@ -20,13 +20,13 @@
 #include "codecs/WebpSource.h"
 #include <algorithm>
 #include <array>
-#include <new>
+#include <exception>
 
 namespace pixelhain {
 
 namespace {
 
-/// Turns running out of memory into "no picture": nothing is thrown across the port.
+/// Turns running out of memory or of threads into "no picture": nothing is thrown across the port.
 class GuardedSource final : public ImageSource {
 public:
     explicit GuardedSource(std::unique_ptr<ImageSource> source)
@@ -72,7 +72,7 @@ private:
     {
         try {
             return work();
-        } catch (std::bad_alloc const&) {
+        } catch (std::exception const&) {
             return failed;
         }
     }
@@ -190,7 +190,7 @@ std::unique_ptr<ImageSource> openImage(std::unique_ptr<ByteSource> bytes)
         if (!source)
             return nullptr;
         return std::make_unique<GuardedSource>(std::move(source));
-    } catch (std::bad_alloc const&) {
+    } catch (std::exception const&) {
         return nullptr;
     }
 }
