@@ -4,8 +4,8 @@
 #include "codecs/HeifDecoder.h"
 #include "codecs/HeifIndex.h"
 #include "codecs/PhotoSource.h"
-#include "codecs/PreviewShape.h"
 #include "codecs/PictureBuilder.h"
+#include "codecs/PreviewShape.h"
 #include <algorithm>
 #include <array>
 
