@@ -77,10 +77,17 @@ bool GridView::isComplete() const
     return true;
 }
 
+bool GridView::isCurrent() const
+{
+    return layout_.measures().count == model_.items->size();
+}
+
 ThumbnailCell GridView::cell(std::size_t index) const
 {
     ThumbnailCell cell;
-    cell.item = model_.items->at(index);
+    if (index >= model_.items->size())
+        return cell;
+    cell.item = (*model_.items)[index];
     cell.size = model_.thumbSize;
     cell.pixel = thumbnailPixelSize(model_.thumbSize, displayScale);
     cell.isSelected = model_.selection->contains(cell.item.url);

@@ -58,7 +58,11 @@ public:
     /// Whether every photo in view has its picture or is known to have none.
     bool isComplete() const;
 
-    /// What to draw for the photo at `index` of the model's items.
+    /// Whether the model's list is as long as it was when it was laid out: views hear of a change
+    /// only after it, and a frame or a click may come in between.
+    bool isCurrent() const;
+
+    /// What to draw for the photo at `index` of the model's items; nothing if there is none by now.
     ThumbnailCell cell(std::size_t index) const;
 
     /// The pointer's place in the scrolled content; none while it is elsewhere. Its cell shows the

@@ -252,3 +252,17 @@ TEST_CASE("dragging a marked photo takes all visible marked ones along, another 
     CHECK(gallery.grid->dragged(0) == std::vector { photo(10) });
     CHECK(gallery.grid->dragged(99).empty());
 }
+
+TEST_CASE("a list that is shorter than when it was laid out shows and hits nothing beyond its end")
+{
+    Gallery gallery;
+    gallery.grid->showRows(0, 2000);
+    auto const area = gallery.grid->layout().cell(39);
+    CHECK(gallery.grid->isCurrent());
+    gallery.desk.model().setSearchText("1.jpg");
+    CHECK_FALSE(gallery.grid->isCurrent());
+    CHECK(gallery.grid->cell(39).item.url.empty());
+    CHECK_FALSE(gallery.grid->hit({ area.x + 50, area.y + 50 }).has_value());
+    gallery.layOut(458);
+    CHECK(gallery.grid->isCurrent());
+}

@@ -55,6 +55,12 @@ void GridWidget::modelChanged()
     viewport()->update();
 }
 
+void GridWidget::catchUp()
+{
+    if (!view_.isCurrent())
+        modelChanged();
+}
+
 // The photo at the top stays where it is, however the columns fall. It is the same one until the
 // next scroll: taking another after each change would move the page with every resize.
 void GridWidget::layOut()
@@ -98,9 +104,10 @@ void GridWidget::showCell(std::size_t index)
 std::optional<GridWidget::Anchor> GridWidget::anchor() const
 {
     auto const inView = view_.inView();
-    if (inView.empty())
+    auto const& items = *services_.model.items;
+    if (inView.empty() || inView.first >= items.size())
         return std::nullopt;
-    return Anchor { services_.model.items->at(inView.first).url, inView.first,
+    return Anchor { items[inView.first].url, inView.first,
         view_.layout().cell(inView.first).y - top_ };
 }
 

@@ -85,6 +85,7 @@ private:
     };
 
     double viewportHeight() const { return viewport()->height(); }
+    void catchUp();
     void renewPainter();
     void layOut();
     void showCells();

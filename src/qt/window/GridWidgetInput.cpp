@@ -108,6 +108,7 @@ void GridWidget::updateHover()
 
 void GridWidget::mousePressEvent(QMouseEvent* event)
 {
+    catchUp();
     pressed_.reset();
     if (event->button() != Qt::LeftButton) {
         event->ignore();
@@ -127,6 +128,7 @@ void GridWidget::mouseDoubleClickEvent(QMouseEvent* event)
 
 void GridWidget::mouseMoveEvent(QMouseEvent* event)
 {
+    catchUp();
     pointer_ = event->position();
     updateHover();
     if (!pressed_ || pressed_->hit.isOnCircle || !event->buttons().testFlag(Qt::LeftButton))
@@ -140,6 +142,7 @@ void GridWidget::mouseMoveEvent(QMouseEvent* event)
 // elsewhere.
 void GridWidget::mouseReleaseEvent(QMouseEvent* event)
 {
+    catchUp();
     if (event->button() != Qt::LeftButton)
         return;
     auto const pressed = std::exchange(pressed_, std::nullopt);
@@ -178,6 +181,7 @@ void GridWidget::startDrag(Press const& press)
 
 void GridWidget::contextMenuEvent(QContextMenuEvent* event)
 {
+    catchUp();
     pressed_.reset();
     if (!services_.menu)
         return;

@@ -70,6 +70,7 @@ CellPainter::Place GridWidget::placeOf(std::size_t index) const
 
 void GridWidget::paintEvent(QPaintEvent* event)
 {
+    catchUp();
     if (devicePixelRatioF() != view_.displayScale) {
         renewPainter();
         layOut();

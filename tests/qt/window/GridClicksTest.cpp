@@ -320,3 +320,33 @@ TEST_CASE("the cursor's cell comes into view with the least scrolling")
     hand.frame();
     CHECK(hand.grid.top() == before);
 }
+
+TEST_CASE("whatever comes between a change of the list and the news of it, nothing breaks")
+{
+    Hand hand(1000);
+    auto& grid = hand.grid;
+    auto const press = hand.middle(1);
+    for (int step = 0; step < 6; ++step) {
+        hand.desk.model().setSearchText("");
+        hand.frame();
+        grid.scrollTo(1e6);
+        hand.frame();
+        hand.desk.model().setSearchText("IMG_1.jpg");
+        REQUIRE(hand.desk.model().items->size() == 1);
+        if (step == 0)
+            (void)grid.grab();
+        else if (step == 1)
+            QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, press);
+        else if (step == 2)
+            hand.openMenu(press, QContextMenuEvent::Mouse);
+        else if (step == 3)
+            grid.scrollTo(5000);
+        else if (step == 4)
+            hand.answerAll(plainPicture(64, 64, Qt::green));
+        else
+            grid.resize(700, 500);
+    }
+    hand.frame();
+    CHECK(grid.view().isCurrent());
+    CHECK(grid.top() == 0);
+}
