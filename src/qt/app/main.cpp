@@ -28,6 +28,7 @@
 #include <QFile>
 #include <QLibraryInfo>
 #include <QTranslator>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -119,11 +120,12 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     window.activated = [&] { delegate->applicationDidBecomeActive(); };
 
     Milestones milestones(trace, model, window);
-    window.shown = [&] {
-        milestones.windowShown();
-        services.sharing.refresh();
-    };
+    window.shown = [&] { milestones.windowShown(); };
     window.content().grid().painted = [&] { milestones.painted(); };
+
+    // So that the first menu knows what is installed; nobody opens one sooner.
+    auto const looking
+        = services.loop.after(std::chrono::seconds(2), [&] { services.sharing.refresh(); });
 
     delegate->openUrls(line.files);
     window.show();
