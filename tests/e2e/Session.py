@@ -60,6 +60,13 @@ class Session:
         else:
             self._xdotool("click", 1)
 
+    def drag(self, start, *way):
+        """Presses at a place in the window, moves over others, and lets go at the last one."""
+        self._xdotool("mousemove", "--window", self.window, *start, "mousedown", 1)
+        for place in way:
+            self._xdotool("mousemove", "--window", self.window, *place, "sleep", 0.2)
+        self._xdotool("sleep", 0.5, "mouseup", 1)
+
     def end(self):
         """Asks the program to end; gives its exit code."""
         self.program.terminate()

@@ -1,0 +1,53 @@
+"""Dragging photos into another program, with a mouse in a virtual X server."""
+import os
+import subprocess
+import unittest
+import urllib.parse
+
+from Programs import BUILD, GALLERY, Programs
+from Session import Session
+
+
+@unittest.skipUnless(os.environ.get("DISPLAY"), "needs an X server: xvfb-run -a ctest …")
+class DragTest(Programs):
+    def start(self, name):
+        session = Session(self.place / name, self.samples)
+        self.addCleanup(session.abandon)
+        session.wait_for("idle")
+        session.take_focus()
+        return session
+
+    def uris(self, *names):
+        return ["file://" + urllib.parse.quote(str(self.samples / name), safe="/!$&'()*+,=:@~") for name in names]
+
+    def test_marked_photos_are_dragged_into_another_program_as_copies(self):
+        target = subprocess.Popen(
+            [BUILD / "drop-target"], env={**os.environ, "QT_QPA_PLATFORM": "xcb", "HOME": str(self.place)},
+            text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self.addCleanup(target.stdout.close)
+        self.addCleanup(target.wait)
+        self.addCleanup(target.kill)
+        session = self.start("drag")
+        session.click(300, 120, held="ctrl")
+        session.keys("Right", "x")
+        session.drag((300, 120), (330, 140), (1350, 250), (1400, 260), (1410, 270))
+        dropped = dict(target.stdout.readline().rstrip("\n").split(": ", 1) for _ in range(3))
+        wanted = self.uris(*GALLERY[1:3])
+        self.assertEqual(
+            urllib.parse.unquote(dropped["x-special/gnome-copied-files"]), "\n".join(["copy", *wanted]))
+        self.assertEqual(
+            urllib.parse.unquote(dropped["text/uri-list"]), "".join(uri + "\r\n" for uri in wanted))
+        self.assertEqual(dropped["offers to move"], "no")
+        self.assertEqual(session.end(), 0)
+
+    def test_photos_that_fall_back_onto_their_own_window_open_nothing(self):
+        session = self.start("own")
+        session.drag((300, 120), (330, 140), (600, 300), (610, 310))
+        session.keys("Right", "ctrl+c")
+        session.wait_for("status: 1 Foto in die Zwischenablage kopiert")
+        self.assertEqual(sum("scan-accepted" in line for line in session.said), 1)
+        self.assertEqual(session.end(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
