@@ -1,8 +1,8 @@
 #include "decoder/WorkerPool.h"
 #include <algorithm>
+#include <fstream>
 #include <future>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 namespace pixelhain {
@@ -22,11 +22,15 @@ bool isSpent(WorkerProcess const& worker)
             && worker.keptMemory() > WorkerLimits::keptMemory);
 }
 
+// What the kernel could give without taking it from other programs; 0 if it does not say.
 std::uint64_t availableMemory()
 {
-    auto const pages = ::sysconf(_SC_AVPHYS_PAGES);
-    auto const page = ::sysconf(_SC_PAGESIZE);
-    return pages > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(page) : 0;
+    std::ifstream file("/proc/meminfo");
+    std::uint64_t kilobytes = 0;
+    for (std::string word; file >> word;)
+        if (word == "MemAvailable:" && file >> kilobytes)
+            return kilobytes * 1024;
+    return 0;
 }
 
 } // namespace
@@ -44,14 +48,17 @@ WorkerPool::WorkerPool(Options options)
 
 WorkerPool::~WorkerPool()
 {
+    if (!starter_)
+        return;
     std::vector<std::unique_ptr<WorkerProcess>> idle;
     {
         std::scoped_lock const guard(lock_);
+        isClosing_ = true;
         idle.swap(idle_);
     }
     for (auto& worker : idle)
         starter_->bury(std::move(worker));
-    starter_.reset();
+    starter_->stop();
 }
 
 void WorkerPool::prepare(std::size_t count)
@@ -185,7 +192,10 @@ void WorkerPool::started(WorkerProcess::Started result)
     {
         std::scoped_lock const guard(lock_);
         --starting_;
-        if (auto* const worker = std::get_if<std::unique_ptr<WorkerProcess>>(&result))
+        auto* const worker = std::get_if<std::unique_ptr<WorkerProcess>>(&result);
+        if (worker && isClosing_)
+            starter_->bury(std::move(*worker));
+        else if (worker)
             idle_.push_back(std::move(*worker));
         else
             failedToStart(std::get<Failure>(result).reason);

@@ -71,6 +71,7 @@ private:
     std::size_t taken_ = 0;
     std::size_t waiting_ = 0;
     std::size_t starting_ = 0;
+    bool isClosing_ = false;
     bool hasAnswered_ = false;
     bool hasComplained_ = false;
     int unready_ = 0; ///< that ended in a row before they were ready

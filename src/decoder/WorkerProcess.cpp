@@ -19,21 +19,6 @@ namespace pixelhain {
 
 namespace {
 
-// Libraries take orders from the environment. A worker gets only what finds the libraries
-// themselves, and what sanitizers are told.
-std::vector<char*> workerEnvironment()
-{
-    constexpr auto passed = std::to_array<std::string_view>({ "LD_LIBRARY_PATH=", "ASAN_OPTIONS=",
-        "UBSAN_OPTIONS=", "LSAN_OPTIONS=", "TSAN_OPTIONS=" });
-    std::vector<char*> chosen;
-    for (auto** variable = environ; *variable != nullptr; ++variable)
-        for (auto const name : passed)
-            if (std::string_view(*variable).starts_with(name))
-                chosen.push_back(*variable);
-    chosen.push_back(nullptr);
-    return chosen;
-}
-
 /// What a new process finds open: nothing but the socket and the space.
 class SpawnActions {
 public:
@@ -70,8 +55,13 @@ public:
         auto memory = std::to_string(command.addressSpace);
         char option[] = "--memory";
         std::array<char*, 4> words { program.data(), option, memory.data(), nullptr };
-        return ::posix_spawn(&id, program.c_str(), &actions_, &attributes_, words.data(),
-            workerEnvironment().data());
+        auto environment = command.environment;
+        std::vector<char*> variables;
+        for (auto& variable : environment)
+            variables.push_back(variable.data());
+        variables.push_back(nullptr);
+        return ::posix_spawn(
+            &id, program.c_str(), &actions_, &attributes_, words.data(), variables.data());
     }
 
 private:
@@ -92,6 +82,18 @@ Failure failureOf(int error)
 }
 
 } // namespace
+
+std::vector<std::string> workerEnvironment()
+{
+    constexpr auto passed = std::to_array<std::string_view>({ "LD_LIBRARY_PATH=", "ASAN_OPTIONS=",
+        "UBSAN_OPTIONS=", "LSAN_OPTIONS=", "TSAN_OPTIONS=" });
+    std::vector<std::string> chosen;
+    for (auto** variable = environ; *variable != nullptr; ++variable)
+        for (auto const name : passed)
+            if (std::string_view(*variable).starts_with(name))
+                chosen.emplace_back(*variable);
+    return chosen;
+}
 
 WorkerProcess::Started WorkerProcess::start(WorkerCommand const& command)
 {

@@ -9,6 +9,7 @@
 #include <string>
 #include <sys/types.h>
 #include <variant>
+#include <vector>
 
 namespace pixelhain {
 
@@ -16,7 +17,13 @@ namespace pixelhain {
 struct WorkerCommand {
     std::string program; ///< absolute path
     std::uint64_t addressSpace = 0;
+    std::vector<std::string> environment {}; ///< "NAME=value"
 };
+
+/// What a worker is told of this program's environment: where libraries lie, and what sanitizers
+/// have to do. Libraries take orders from much else in it. To be asked before there are threads
+/// that may change it.
+[[nodiscard]] std::vector<std::string> workerEnvironment();
 
 /// A decoder process and what the program shares with it. It dies with this object, but only the
 /// kernel knows when: whoever lets go of one hands it to its starter, which waits for the end.

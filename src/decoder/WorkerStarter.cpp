@@ -25,14 +25,17 @@ void lowerOwnPriority(int niceness)
 
 WorkerStarter::WorkerStarter(std::string program, int niceness)
     : program_(std::move(program))
+    , environment_(workerEnvironment())
     , niceness_(niceness)
     , wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     , thread_([this] { work(); })
 {
 }
 
-WorkerStarter::~WorkerStarter()
+void WorkerStarter::stop()
 {
+    if (!thread_.joinable())
+        return;
     {
         std::scoped_lock const guard(lock_);
         isStopping_ = true;
@@ -102,7 +105,7 @@ void WorkerStarter::takeOrders()
             order = std::move(orders_.front());
             orders_.pop_front();
         }
-        order.done(WorkerProcess::start({ program_, order.addressSpace }));
+        order.done(WorkerProcess::start({ program_, order.addressSpace, environment_ }));
     }
 }
 

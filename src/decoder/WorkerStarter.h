@@ -18,8 +18,11 @@ public:
     WorkerStarter(std::string program, int niceness);
     WorkerStarter(WorkerStarter const&) = delete;
     WorkerStarter& operator=(WorkerStarter const&) = delete;
-    /// Ends every worker it was given back. `done` is not called any more.
-    ~WorkerStarter();
+    ~WorkerStarter() { stop(); }
+
+    /// Ends every worker that was given back, those included that come in meanwhile. `done` is not
+    /// called any more when this returns.
+    void stop();
 
     /// Any thread, never waits; `done` runs on the starter's thread.
     void start(std::uint64_t addressSpace, Done done);
@@ -38,6 +41,7 @@ private:
     void forgetTheDead();
 
     std::string const program_;
+    std::vector<std::string> const environment_;
     int const niceness_;
     Descriptor wake_;
     std::mutex lock_;
