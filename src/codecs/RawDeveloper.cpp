@@ -68,7 +68,8 @@ public:
         auto const isHalved = chooseHalf(maxPixel);
         stream_.expectPixels();
         omp_set_num_threads(std::min(omp_get_num_procs(), mostThreads));
-        if (library_->unpack() != LIBRAW_SUCCESS || library_->dcraw_process() != LIBRAW_SUCCESS)
+        if (library_->unpack() != LIBRAW_SUCCESS || !stream_.hasPixels()
+            || library_->dcraw_process() != LIBRAW_SUCCESS)
             return {};
         DevelopedRaw developed;
         developed.isCut = stream_.isCut();

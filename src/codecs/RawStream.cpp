@@ -80,6 +80,8 @@ int RawStream::read(void* into, size_t size, size_t count)
         got += there;
         position_ += there;
     }
+    if (expectsPixels_)
+        got_ += got;
     if (got / size < count)
         noteEnd(std::min<std::uint64_t>(count, bytes_.size()) * size - got);
     return static_cast<int>(got / size);
@@ -108,6 +110,8 @@ int RawStream::get_char()
         noteEnd(1);
         return -1;
     }
+    if (expectsPixels_)
+        ++got_;
     return window_[static_cast<std::size_t>(position_++ - windowStart_)];
 }
 

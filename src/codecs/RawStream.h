@@ -41,6 +41,9 @@ public:
     void expectPixels() { expectsPixels_ = true; }
     /// Whether more pixels were asked for behind the end of the file than decoders read ahead.
     [[nodiscard]] bool isCut() const { return missing_ > bytes_.size() / 64; }
+    /// Whether pixels were there, at least an eighth of what was asked for in vain. The decoders
+    /// make a picture all the same, of whatever lies in memory.
+    [[nodiscard]] bool hasPixels() const { return got_ > missing_ / 8; }
 
     int valid() override { return 1; }
     int read(void* into, size_t size, size_t count) override;
@@ -68,6 +71,7 @@ private:
     std::uint32_t ends_ = 0;
     bool expectsPixels_ = false;
     std::uint64_t missing_ = 0;
+    std::uint64_t got_ = 0;
 };
 
 } // namespace pixelhain
