@@ -1,4 +1,5 @@
 #include "decoder/WorkerMain.h"
+#include "codecs/ImageCodecs.h"
 #include "decoder/Lockdown.h"
 #include <charconv>
 #include <cstdio>
@@ -28,6 +29,7 @@ std::optional<std::uint64_t> memoryIn(std::span<char* const> arguments)
 void warmUp()
 {
     ::tzset(); // a library that converts times reads the zone
+    warmUpCodecs();
 }
 
 // Pages that a picture took stay for the next one: getting new ones from the kernel takes as long
