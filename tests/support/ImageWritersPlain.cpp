@@ -270,7 +270,8 @@ FileBytes writeTga(RgbaPixels const& pixels, TgaOptions const& options)
     ByteWriter out;
     auto const isPalette = options.kind == Kind::palette;
     auto const type = isPalette ? 1U : options.kind == Kind::grey ? 3U : 2U;
-    auto const [width, height] = pixels.size;
+    auto const width = pixels.size.width;
+    auto const height = pixels.size.height;
     out.u8(3); // the length of the name
     out.u8(isPalette ? 1 : 0);
     out.u8(type | (options.hasRuns ? 8U : 0U));
@@ -336,7 +337,8 @@ FileBytes writeIco(std::vector<IcoPicture> const& pictures)
 FileBytes writeRadiance(RgbaPixels const& pixels, RadianceOptions const& options)
 {
     ByteWriter out(true);
-    auto const [width, height] = pixels.size;
+    auto const width = pixels.size.width;
+    auto const height = pixels.size.height;
     auto const& axes = options.axes;
     auto const isByColumns = axes[1] == 'X';
     auto const lines = isByColumns ? width : height;
