@@ -15,6 +15,10 @@ public:
     /// gathered for a second, one call a batch. Changes of plain files are not reported. Dropping
     /// the task ends it. An empty task if nothing can be watched there.
     [[nodiscard]] virtual Task watch(FileUrl const& root, std::function<void()> folderChanged) = 0;
+
+    /// Whether changes in this folder are reported at all: on network drives others change things
+    /// that the system here is never told of. Thread-safe; may wait for a disk.
+    [[nodiscard]] virtual bool areReported(FileUrl const& folder) const = 0;
 };
 
 } // namespace pixelhain

@@ -3,12 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <climits>
-#include <cstddef>
-#include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <limits>
-#include <memory>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
@@ -18,30 +14,11 @@ namespace pixelhain {
 
 namespace {
 
-// Large enough that a big folder costs few calls; small ones touch only the pages they need.
-constexpr std::size_t listingBuffer = 512 * 1024;
-
 // Files that one thread looks at before it takes more.
 constexpr std::size_t filesPerBlock = 1024;
 
 // More threads only queue for the same disk and the same locks of the kernel.
 constexpr std::size_t mostThreads = 4;
-
-EntryKind kindOfEntry(unsigned char type)
-{
-    switch (type) {
-    case DT_REG:
-        return EntryKind::file;
-    case DT_DIR:
-        return EntryKind::folder;
-    case DT_LNK:
-        return EntryKind::link;
-    case DT_UNKNOWN:
-        return EntryKind::unknown;
-    default:
-        return EntryKind::other;
-    }
-}
 
 EntryKind kindOfMode(unsigned mode)
 {
@@ -67,22 +44,6 @@ Timestamp timestampOf(statx_timestamp const& time)
     if (time.tv_sec < -most)
         return distantPast;
     return Timestamp(std::chrono::nanoseconds(time.tv_sec * nanosPerSecond + time.tv_nsec));
-}
-
-bool isDotOrDotDot(std::string_view name)
-{
-    return name == "." || name == "..";
-}
-
-void visitEntries(std::byte const* buffer, std::size_t used, FileSystem::EntryVisitor const& visit)
-{
-    for (std::size_t at = 0; at < used;) {
-        auto const* const entry = reinterpret_cast<dirent64 const*>(buffer + at);
-        std::string_view const name = entry->d_name;
-        if (!isDotOrDotDot(name))
-            visit(name, kindOfEntry(entry->d_type));
-        at += entry->d_reclen;
-    }
 }
 
 // Asks about files relative to their folder, which stays open as long as the next file lies in it:
@@ -167,14 +128,8 @@ bool PosixFileSystem::list(FileUrl const& folder, EntryVisitor const& visit) con
     auto const handle = openFolder(folder.path(), O_RDONLY | O_NONBLOCK);
     if (!handle)
         return false;
-    auto const buffer = std::make_unique_for_overwrite<std::byte[]>(listingBuffer);
-    for (;;) {
-        auto const used = uninterrupted(
-            [&] { return ::getdents64(handle.get(), buffer.get(), listingBuffer); });
-        if (used <= 0)
-            return true;
-        visitEntries(buffer.get(), static_cast<std::size_t>(used), visit);
-    }
+    visitEntries(handle, visit);
+    return true;
 }
 
 std::vector<std::optional<FileDetails>> PosixFileSystem::details(

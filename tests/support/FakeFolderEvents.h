@@ -2,6 +2,7 @@
 #include "ports/FolderEvents.h"
 #include <algorithm>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace pixelhain {
@@ -28,6 +29,8 @@ public:
         return Task([stream] { stream->running = false; });
     }
 
+    bool areReported(FileUrl const& folder) const override { return !remote.contains(folder); }
+
     std::vector<std::shared_ptr<Stream>> running() const
     {
         std::vector<std::shared_ptr<Stream>> live;
@@ -45,6 +48,7 @@ public:
 
     std::vector<std::shared_ptr<Stream>> streams;
     bool refuses = false; ///< nothing can be watched
+    std::set<FileUrl> remote; ///< folders whose changes are not reported; set before use
 };
 
 } // namespace pixelhain

@@ -4,6 +4,8 @@
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
 #include "model/BrowserModel.h"
+#include "model/FolderNames.h"
+#include "posix/InotifyFolderEvents.h"
 #include "posix/PosixFileOperations.h"
 #include "posix/PosixFileSystem.h"
 #include "posix/ThreadPool.h"
@@ -64,6 +66,11 @@ FileUrl currentFolder()
     return FileUrl(error ? "/" : path);
 }
 
+bool isTreeName(std::string_view name)
+{
+    return !isHiddenName(name) && !isPackageName(name);
+}
+
 // What the whole program needs besides its window. Threads that decode are never waited for: they
 // only read, and end with the process.
 struct Services {
@@ -84,6 +91,7 @@ struct Services {
     QtWorkspace workspace { loop, userTime };
     QtSharing sharing { loop, userTime };
     ThreadPool background;
+    InotifyFolderEvents folderEvents { loop, { isTreeName } };
     ThreadQueue thumbQueue { thumbWidth(), thumbNiceness };
     ThreadQueue displayQueue { displayWidth, displayNiceness };
 };
@@ -105,7 +113,7 @@ int run(QApplication& application, CommandLine const& line, Services& services)
         services.displayQueue });
     BrowserModel model({ services.loop, services.background, services.files, preferences,
         services.textOrder, services.imageTypes, services.panels, services.operations,
-        services.clipboard, services.workspace });
+        services.clipboard, services.workspace, &services.folderEvents });
     LoaderThumbnails thumbnails(loader);
     ThumbnailMenu menu({ model, services.workspace, services.sharing, services.clipboard });
     MainWindowWidget window({ model, thumbnails, services.background, services.loop, &menu });
