@@ -46,6 +46,9 @@ public:
     void reload();
     /// Makes the sidebar list and count its folders again; the gallery stays as it is.
     void refreshTree();
+    bool canGoUp() const;
+    /// Makes the folder above the root the root; the shown folders stay.
+    void showParentFolder();
     void applyFilter();
 
     /// Shows a message in the status bar for five seconds.

@@ -140,6 +140,17 @@ void BrowserModel::setRoot(FileUrl const& url, AlsoSelect alsoSelect)
         selectFolders({ root }, FocusGallery::yes);
 }
 
+bool BrowserModel::canGoUp() const
+{
+    return *rootFolder && *rootFolder != FileUrl("/");
+}
+
+void BrowserModel::showParentFolder()
+{
+    if (canGoUp())
+        setRoot((*rootFolder)->parent(), AlsoSelect::no);
+}
+
 void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGallery)
 {
     for (auto& url : urls)

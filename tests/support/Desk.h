@@ -1,6 +1,7 @@
 #pragma once
 #include "model/BrowserModel.h"
 #include "model/KeyEvent.h"
+#include "sidebar/SidebarView.h"
 #include "support/FakeBackground.h"
 #include "support/FakeClipboard.h"
 #include "support/FakeFileOperations.h"
@@ -51,6 +52,11 @@ struct Desk {
     }
 
     BrowserModel& model() { return *browser; }
+
+    SidebarPorts sidebarPorts()
+    {
+        return { loop, background, files, textOrder, imageTypes, &folderEvents, &workspace };
+    }
 
     /// Lets everything end that is under way, in the order in which it was asked for.
     void settle()

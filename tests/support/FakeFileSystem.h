@@ -30,6 +30,13 @@ public:
     /// A link, a pipe, a device: whatever is neither file nor folder.
     void addOther(FileUrl const& url, EntryKind kind) { put(url, { kind, {}, 0 }); }
 
+    /// Gives what lies there another date.
+    void setModified(FileUrl const& url, Timestamp modified)
+    {
+        std::scoped_lock const guard(lock_);
+        entries_.at(url).details.modified = modified;
+    }
+
     /// Takes away what lies there, and what lies in it.
     void remove(FileUrl const& url)
     {

@@ -1,0 +1,66 @@
+#include "sidebar/UnreportedFolders.h"
+#include "ports/Background.h"
+#include "ports/FileSystem.h"
+#include "ports/FolderEvents.h"
+#include "sidebar/FolderListing.h"
+#include <utility>
+
+namespace pixelhain {
+
+UnreportedFolders::UnreportedFolders(
+    MainLoop& loop, Background& background, FolderEvents const* events, Asks asks)
+    : loop_(loop)
+    , background_(background)
+    , events_(events)
+    , asks_(std::move(asks))
+{
+    waitForNext();
+}
+
+void UnreportedFolders::waitForNext()
+{
+    next_ = loop_.after(interval, [this] { look(); });
+}
+
+// The next look waits for this one: a drive that does not answer is asked once.
+void UnreportedFolders::look()
+{
+    auto drawn = asks_.drawn();
+    if (drawn.empty())
+        return waitForNext();
+    auto const work
+        = [tools = asks_.tools(), held = asks_.held, events = events_, drawn = std::move(drawn),
+              before = looks_] { return lookAt(tools, events, drawn, before); };
+    looking_ = runThen(background_, loop_, Priority::utility, work, [this](Answer answer) {
+        looks_ = std::move(answer.looks);
+        waitForNext();
+        if (answer.changed)
+            asks_.changed();
+    });
+}
+
+UnreportedFolders::Answer UnreportedFolders::lookAt(FolderTools const& tools,
+    FolderEvents const* events, std::vector<Known> const& drawn, Looks const& before)
+{
+    Answer answer;
+    for (auto const& [folder, namesHash] : drawn) {
+        if (events && events->areReported(folder))
+            continue;
+        auto const details = tools.files.details(std::span(&folder, 1)).front();
+        Look now { details ? details->modified : distantPast, namesHash, false,
+            details.has_value() };
+        auto const last = before.find(folder);
+        bool const isFirst = last == before.end();
+        bool const isDated
+            = isFirst || last->second.modified != now.modified || last->second.exists != now.exists;
+        if (isDated || last->second.again || last->second.namesHash != namesHash) {
+            now.again = isDated;
+            answer.changed
+                = answer.changed || hashOfNames(subfolderURLs(tools, folder)) != namesHash;
+        }
+        answer.looks[folder] = now;
+    }
+    return answer;
+}
+
+} // namespace pixelhain
