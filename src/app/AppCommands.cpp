@@ -10,6 +10,8 @@ AppMenu AppCommands::file() const
         {
             { "Ordner öffnen …", { "Ctrl+O" }, [&model] { model.chooseFolder(); }, nullptr },
             { "Neu laden", { "Ctrl+R", "F5" }, [&model] { model.reload(); }, nullptr },
+            { "Ordnerliste aktualisieren", { "Ctrl+Alt+R" }, [&model] { model.refreshTree(); },
+                nullptr },
         } };
 }
 
@@ -20,6 +22,16 @@ AppMenu AppCommands::edit() const
         {
             { "Papierkorb rückgängig", { "Ctrl+Z" }, [&model] { model.undoTrash(); },
                 [&model]() -> bool { return model.canUndoTrash; } },
+        } };
+}
+
+AppMenu AppCommands::view() const
+{
+    auto& model = model_;
+    return { "Ansicht",
+        {
+            { "Übergeordneter Ordner", { "Ctrl+Up", "Alt+Up" },
+                [&model] { model.showParentFolder(); }, [&model] { return model.canGoUp(); } },
         } };
 }
 

@@ -33,6 +33,7 @@ public:
 
     [[nodiscard]] AppMenu file() const;
     [[nodiscard]] AppMenu edit() const;
+    [[nodiscard]] AppMenu view() const;
     [[nodiscard]] AppMenu photos() const;
 
 private:

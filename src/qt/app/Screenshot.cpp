@@ -1,5 +1,6 @@
 #include "qt/app/Screenshot.h"
 #include "model/BrowserModel.h"
+#include "qt/sidebar/SidebarWidget.h"
 #include "qt/window/MainWindowWidget.h"
 #include <QApplication>
 #include <QPixmap>
@@ -35,6 +36,8 @@ std::optional<QString> Screenshot::obstacle() const
         return QStringLiteral("das Fenster steht nicht auf dem Bildschirm");
     if (!window_.isComplete())
         return QStringLiteral("es haben nicht alle sichtbaren Zellen ein Bild");
+    if (!window_.content().sidebar().view().isComplete())
+        return QStringLiteral("es sind nicht alle sichtbaren Ordner gelesen");
     return std::nullopt;
 }
 

@@ -25,6 +25,7 @@
 #include "qt/ports/QtWorkspace.h"
 #include "qt/ports/UserTime.h"
 #include "qt/window/MainWindowWidget.h"
+#include "sidebar/SidebarView.h"
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -116,7 +117,9 @@ int run(QApplication& application, CommandLine const& line, Services& services)
         services.clipboard, services.workspace, &services.folderEvents });
     LoaderThumbnails thumbnails(loader);
     ThumbnailMenu menu({ model, services.workspace, services.sharing, services.clipboard });
-    MainWindowWidget window({ model, thumbnails, services.background, services.loop, &menu });
+    MainWindowWidget window({ model, thumbnails, services.background, services.loop, &menu },
+        { services.loop, services.background, services.files, services.textOrder,
+            services.imageTypes, &services.folderEvents, &services.workspace });
     // The same way out as by the window's own button: files are finished, settings are written.
     TerminationSignals const endings([] { QApplication::closeAllWindows(); });
     services.panels.setParent(&window);

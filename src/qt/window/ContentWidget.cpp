@@ -1,6 +1,7 @@
 #include "qt/window/ContentWidget.h"
 #include "model/BrowserModel.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/sidebar/SidebarWidget.h"
 #include "qt/window/EmptyStateWidget.h"
 #include "qt/window/StatusBarWidget.h"
 #include "qt/window/Tones.h"
@@ -41,6 +42,31 @@ protected:
     }
 };
 
+// A thin line; the toolkit lets it be grasped a little beside it too.
+class ColumnHandle final : public QSplitterHandle {
+public:
+    using QSplitterHandle::QSplitterHandle;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        QPainter(this).fillRect(event->rect(), Tones(palette()).separator());
+    }
+};
+
+class Columns final : public QSplitter {
+public:
+    explicit Columns(QWidget* parent)
+        : QSplitter(Qt::Horizontal, parent)
+    {
+        setHandleWidth(1);
+        setChildrenCollapsible(false);
+    }
+
+protected:
+    QSplitterHandle* createHandle() override { return new ColumnHandle(orientation(), this); }
+};
+
 std::vector<FileUrl> filesIn(QMimeData const& data)
 {
     auto const list = data.data(QStringLiteral("text/uri-list"));
@@ -49,11 +75,13 @@ std::vector<FileUrl> filesIn(QMimeData const& data)
 
 } // namespace
 
-ContentWidget::ContentWidget(GridWidget::Services const& services, QWidget* parent)
+ContentWidget::ContentWidget(
+    GridWidget::Services const& services, SidebarPorts const& sidebar, QWidget* parent)
     : QWidget(parent)
     , model_(services.model)
     , view_(services.model, services.loop)
-    , columns_(new QSplitter(Qt::Horizontal, this))
+    , columns_(new Columns(this))
+    , sidebar_(new SidebarWidget(services.model, sidebar))
     , detail_(new QStackedWidget)
     , empty_(new EmptyStateWidget([this] { model_.chooseFolder(); }))
     , grid_(new GridWidget(services))
@@ -69,12 +97,29 @@ ContentWidget::ContentWidget(GridWidget::Services const& services, QWidget* pare
     stack->setSpacing(0);
     stack->addWidget(detail_, 1);
     stack->addWidget(statusBar_);
+    columns_->addWidget(sidebar_);
     columns_->addWidget(detailColumn);
-    columns_->setCollapsible(0, false);
+    columns_->setStretchFactor(1, 1);
+    constexpr int ideal = static_cast<int>(ContentView::sidebarIdealWidth);
+    columns_->setSizes({ ideal, static_cast<int>(ContentView::defaultWidth) - ideal });
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(columns_);
+    // Keys go to the gallery until the user turns to something else.
+    grid_->setFocus();
     modelChanged();
+}
+
+bool ContentWidget::showsSidebar() const
+{
+    return !sidebar_->isHidden();
+}
+
+void ContentWidget::toggleSidebar()
+{
+    if (showsSidebar() && sidebar_->isAncestorOf(focusWidget()))
+        grid_->setFocus();
+    sidebar_->setHidden(showsSidebar());
 }
 
 void ContentWidget::modelChanged()
@@ -97,6 +142,7 @@ void ContentWidget::modelChanged()
         detail_->setCurrentWidget(grid_);
         break;
     }
+    sidebar_->modelChanged();
     grid_->modelChanged();
     statusBar_->modelChanged();
 }

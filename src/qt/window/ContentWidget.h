@@ -10,17 +10,25 @@ class QStackedWidget;
 namespace pixelhain {
 
 class EmptyStateWidget;
+class SidebarWidget;
 class StatusBarWidget;
+struct SidebarPorts;
 
-/// The content of the main window: a column for the folders, which is not there yet, and beside it
+/// The content of the main window: a column for the folders, and beside it
 /// the gallery or an empty state above the status bar. Takes files that are dropped on it.
 class ContentWidget final : public QWidget {
 public:
-    explicit ContentWidget(GridWidget::Services const& services, QWidget* parent = nullptr);
+    ContentWidget(GridWidget::Services const& services, SidebarPorts const& sidebar,
+        QWidget* parent = nullptr);
 
     ContentView& view() { return view_; }
     GridWidget& grid() { return *grid_; }
     GridWidget const& grid() const { return *grid_; }
+    SidebarWidget& sidebar() { return *sidebar_; }
+    SidebarWidget const& sidebar() const { return *sidebar_; }
+
+    bool showsSidebar() const;
+    void toggleSidebar();
 
     /// To be called after every change of the model.
     void modelChanged();
@@ -37,6 +45,7 @@ private:
     BrowserModel& model_;
     ContentView view_;
     QSplitter* columns_;
+    SidebarWidget* sidebar_;
     QStackedWidget* detail_;
     EmptyStateWidget* empty_;
     GridWidget* grid_;

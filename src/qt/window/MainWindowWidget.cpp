@@ -29,10 +29,11 @@ QString titleText(ContentView const& view)
 
 } // namespace
 
-MainWindowWidget::MainWindowWidget(GridWidget::Services const& services)
+MainWindowWidget::MainWindowWidget(
+    GridWidget::Services const& services, SidebarPorts const& sidebar)
     : model_(services.model)
     , loop_(services.loop)
-    , content_(new ContentWidget(services, this))
+    , content_(new ContentWidget(services, sidebar, this))
     , observation_(services.model.observe([this] { modelChanged(); }))
 {
     setMinimumSize(
@@ -64,6 +65,7 @@ void MainWindowWidget::addMenus()
     add(QStringLiteral("&Beenden"), QKeySequence(Qt::CTRL | Qt::Key_Q),
         [] { QApplication::closeAllWindows(); });
     addMenu(commands.edit());
+    addViewMenu(commands.view());
     addMenu(commands.photos());
 }
 
@@ -89,6 +91,27 @@ QMenu* MainWindowWidget::addMenu(AppMenu const& menu)
             conditions_.push_back({ action, command.isEnabled });
     }
     return added;
+}
+
+void MainWindowWidget::addViewMenu(AppMenu const& menu)
+{
+    auto* const view = addMenu(menu);
+    sidebarAction_ = new QAction(this);
+    sidebarAction_->setShortcuts(
+        { QKeySequence(Qt::META | Qt::CTRL | Qt::Key_S), QKeySequence(Qt::Key_F9) });
+    sidebarAction_->setAutoRepeat(false);
+    connect(sidebarAction_, &QAction::triggered, this, [this] {
+        content_->toggleSidebar();
+        nameSidebarAction();
+    });
+    view->insertAction(view->actions().value(0), sidebarAction_);
+    nameSidebarAction();
+}
+
+void MainWindowWidget::nameSidebarAction()
+{
+    sidebarAction_->setText(content_->showsSidebar() ? QStringLiteral("&Seitenleiste ausblenden")
+                                                     : QStringLiteral("&Seitenleiste einblenden"));
 }
 
 void MainWindowWidget::modelChanged()

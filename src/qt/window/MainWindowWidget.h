@@ -11,7 +11,7 @@ namespace pixelhain {
 /// The main window: content, title and menus.
 class MainWindowWidget final : public QMainWindow, public MainWindow {
 public:
-    explicit MainWindowWidget(GridWidget::Services const& services);
+    MainWindowWidget(GridWidget::Services const& services, SidebarPorts const& sidebar);
     ~MainWindowWidget() override;
 
     ContentWidget& content() { return *content_; }
@@ -47,11 +47,14 @@ private:
 
     void addMenus();
     QMenu* addMenu(AppMenu const& menu);
+    void addViewMenu(AppMenu const& menu);
+    void nameSidebarAction();
     void modelChanged();
 
     BrowserModel& model_;
     MainLoop& loop_;
     ContentWidget* content_;
+    QAction* sidebarAction_ = nullptr;
     std::vector<EnabledWhile> conditions_;
     bool hasAppeared_ = false;
     bool isClosing_ = false; ///< as soon as no file is under way

@@ -10,6 +10,7 @@
 #include "qt/Wait.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/window/MainWindowWidget.h"
+#include "sidebar/SidebarView.h"
 #include "support/FakeClipboard.h"
 #include "support/FakePanels.h"
 #include "support/FakePreferences.h"
@@ -54,7 +55,8 @@ struct Program {
     BrowserModel model { { loop, background, files, preferences, textOrder, imageTypes, panels,
         operations, clipboard, workspace } };
     LoaderThumbnails thumbnails { loader };
-    MainWindowWidget window { { model, thumbnails, background, loop } };
+    MainWindowWidget window { { model, thumbnails, background, loop },
+        { loop, background, files, textOrder, imageTypes } };
 
     Program() { window.show(); }
 

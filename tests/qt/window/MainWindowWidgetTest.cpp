@@ -1,4 +1,5 @@
 #include "qt/window/MainWindowWidget.h"
+#include "qt/sidebar/SidebarWidget.h"
 #include "qt/window/Gallery.h"
 #include "support/FakeSharing.h"
 #include <QDropEvent>
@@ -18,7 +19,8 @@ struct WindowDesk {
     FakeThumbnails thumbnails;
     FakeSharing sharing;
     ThumbnailMenu menu { { desk.model(), desk.workspace, sharing, desk.clipboard } };
-    MainWindowWidget window { { desk.model(), thumbnails, desk.background, desk.loop, &menu } };
+    MainWindowWidget window { { desk.model(), thumbnails, desk.background, desk.loop, &menu },
+        desk.sidebarPorts() };
 
     WindowDesk()
     {
@@ -30,7 +32,8 @@ struct WindowDesk {
     {
         QStringList texts;
         for (auto const* label : window.findChildren<QLabel*>())
-            if (label->isVisible() && !label->text().isEmpty())
+            if (label->isVisible() && !label->text().isEmpty()
+                && !window.content().sidebar().isAncestorOf(label))
                 texts += label->text();
         return texts;
     }

@@ -17,7 +17,8 @@ struct Keyboard {
     FakeThumbnails thumbnails;
     FakeSharing sharing;
     ThumbnailMenu menu { { desk.model(), desk.workspace, sharing, desk.clipboard } };
-    MainWindowWidget window { { desk.model(), thumbnails, desk.background, desk.loop, &menu } };
+    MainWindowWidget window { { desk.model(), thumbnails, desk.background, desk.loop, &menu },
+        desk.sidebarPorts() };
 
     explicit Keyboard(int count = 20)
     {
