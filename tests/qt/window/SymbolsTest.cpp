@@ -6,7 +6,8 @@ using namespace pixelhain;
 TEST_CASE("every symbol that the window names is drawn in the wanted colour and size")
 {
     for (std::string_view const name :
-        { "photo.stack", "photo.on.rectangle.angled", "exclamationmark.triangle", "checkmark" }) {
+        { "photo.stack", "photo.on.rectangle.angled", "exclamationmark.triangle", "checkmark",
+            "folder", "folder.fill", "folder.badge.plus", "arrow.clockwise", "arrow.up" }) {
         CAPTURE(name);
         auto const image = symbolImage(name, 48, Qt::red);
         REQUIRE(image.size() == QSize(48, 48));
