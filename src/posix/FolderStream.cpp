@@ -53,6 +53,7 @@ void FolderStream::stop()
 
 void FolderStream::run()
 {
+    mounts_.emplace(root_);
     watchRoot();
     while (!stopped_) {
         if (isLost_)
@@ -204,7 +205,7 @@ bool FolderStream::hasEvents() const
     return inotify_ && ::poll(&look, 1, 0) > 0;
 }
 
-void FolderStream::wait()
+int FolderStream::waitingTime() const
 {
     auto const now = Clock::now();
     auto until = Clock::time_point::max();
@@ -214,12 +215,22 @@ void FolderStream::wait()
         until = std::min(until, now + lookForRoot);
     if (auto const due = batches_.due())
         until = std::min(until, *due);
-    int timeout = -1;
-    if (until != Clock::time_point::max())
-        timeout = static_cast<int>(std::max<std::chrono::milliseconds::rep>(
-            0, std::chrono::ceil<std::chrono::milliseconds>(until - now).count()));
-    std::array<pollfd, 2> both { { { wake_.get(), POLLIN, 0 }, { inotify_.get(), POLLIN, 0 } } };
-    ::poll(both.data(), both.size(), timeout);
+    if (until == Clock::time_point::max())
+        return -1;
+    auto const left = std::chrono::ceil<std::chrono::milliseconds>(until - now).count();
+    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left));
+}
+
+// A drive that comes or goes covers or uncovers folders without any event: all is looked at anew.
+void FolderStream::wait()
+{
+    std::array<pollfd, 3> all { { { wake_.get(), POLLIN, 0 }, { inotify_.get(), POLLIN, 0 },
+        { mounts_->descriptor(), POLLPRI, 0 } } };
+    ::poll(all.data(), all.size(), waitingTime());
+    if (all[2].revents != 0 && mounts_->haveChanged()) {
+        changed();
+        end();
+    }
 }
 
 void FolderStream::readEvents()

@@ -2,6 +2,7 @@
 #include "base/FileUrl.h"
 #include "posix/Descriptor.h"
 #include "posix/EventBatches.h"
+#include "posix/MountPoints.h"
 #include "posix/WatchedFolders.h"
 #include <atomic>
 #include <cstddef>
@@ -64,6 +65,7 @@ private:
     bool isOnReportingSystem(Descriptor const& folder, struct stat const& status);
     bool changedSinceBegin(struct stat const& status) const;
     void wait();
+    int waitingTime() const;
     void readEvents();
     void handle(inotify_event const& event);
     void handleFolder(inotify_event const& event, std::string_view name);
@@ -85,6 +87,7 @@ private:
     std::vector<Found> held_; ///< below folders that are on their way to another place
     std::unordered_map<dev_t, bool> reporting_;
     EventBatches batches_;
+    std::optional<MountPoints> mounts_; ///< as the thread that runs sees them
 };
 
 } // namespace pixelhain

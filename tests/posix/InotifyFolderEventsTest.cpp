@@ -319,9 +319,24 @@ TEST_CASE("a drive that is unmounted is reported, whether it is the root or lies
         REQUIRE(::mount("none", drive.c_str(), "tmpfs", 0, nullptr) == 0);
         fs::create_directory(drive / "a");
         w.begin(3);
+        auto const card = drive / "a/karte";
+        fs::create_directory(card);
+        CHECK(w.eventually([] { return Watches::now().folders == 4; }));
+        auto const mounted = w.settled();
+        REQUIRE(::mount("none", card.c_str(), "tmpfs", 0, nullptr) == 0);
+        CHECK(w.reported(mounted + 1));
+        (void)w.settled();
+        auto const inside = w.reports;
+        fs::create_directory(card / "DCIM");
+        CHECK(w.reported(inside + 1));
+        REQUIRE(::umount(card.c_str()) == 0);
+        fs::remove(card);
+        (void)w.settled();
+        w.reports = 0;
         REQUIRE(::umount(drive.c_str()) == 0);
         CHECK(w.reported());
-        CHECK(w.eventually([] { return Watches::now().folders == 1; }));
+        // The folder that the drive had covered is watched now.
+        CHECK(w.eventually([] { return Watches::now().folders == 2; }));
         auto const before = w.settled();
         REQUIRE(::umount(w.root.c_str()) == 0);
         CHECK(w.reported(before + 1));
