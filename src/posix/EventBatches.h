@@ -5,32 +5,41 @@
 namespace pixelhain {
 
 /// Decides which events of a stream are told at once and which are gathered: the first after a
-/// quiet second at once, those that follow within a second together at its end.
+/// quiet time, a second, at once, those that follow within that time together at its end.
 class EventBatches {
 public:
     using Time = std::chrono::steady_clock::time_point;
-    static constexpr std::chrono::milliseconds gathering { 1000 };
+    static constexpr std::chrono::milliseconds second { 1000 };
+
+    explicit EventBatches(std::chrono::milliseconds gathering = second)
+        : gathering_(gathering)
+    {
+    }
 
     /// Something happened. True: tell now.
     [[nodiscard]] bool event(Time now)
     {
-        if (openUntil_ && now < *openUntil_) {
+        if (now < openUntil_) {
             waiting_ = true;
             return false;
         }
         waiting_ = false;
-        openUntil_ = now + gathering;
+        openUntil_ = now + gathering_;
         return true;
     }
 
     /// When what was gathered is due; nothing while there is none.
-    [[nodiscard]] std::optional<Time> due() const { return waiting_ ? openUntil_ : std::nullopt; }
+    [[nodiscard]] std::optional<Time> due() const
+    {
+        return waiting_ ? std::optional(openUntil_) : std::nullopt;
+    }
 
     /// Time passed. True: tell now what was gathered.
-    [[nodiscard]] bool expire(Time now) { return waiting_ && now >= *openUntil_ && event(now); }
+    [[nodiscard]] bool expire(Time now) { return waiting_ && now >= openUntil_ && event(now); }
 
 private:
-    std::optional<Time> openUntil_;
+    std::chrono::milliseconds gathering_;
+    Time openUntil_ = Time::min();
     bool waiting_ = false;
 };
 

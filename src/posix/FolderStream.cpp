@@ -40,6 +40,7 @@ FolderStream::FolderStream(FileUrl root, FolderStreamOptions options, std::funct
     , tell_(std::move(tell))
     , inotify_(newInotify())
     , wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    , batches_(options_.gathering)
 {
     ::clock_gettime(CLOCK_REALTIME, &began_);
 }

@@ -5,6 +5,7 @@
 #include "posix/MountPoints.h"
 #include "posix/WatchedFolders.h"
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -20,12 +21,14 @@
 
 namespace pixelhain {
 
-/// What a stream of folder events leaves out.
+/// What a stream of folder events leaves out, and how long it gathers.
 struct FolderStreamOptions {
     /// Folders whose names fail this are neither watched nor reported, with all below them.
     std::function<bool(std::string_view name)> isShownName = [](std::string_view) { return true; };
     /// Watches beyond the system's own limit.
     std::size_t mostWatches = std::numeric_limits<std::size_t>::max();
+    /// How long later events are gathered.
+    std::chrono::milliseconds gathering = EventBatches::second;
 };
 
 /// One watch of a tree of folders, to be run on a thread of its own: adds a watch for each folder,

@@ -62,6 +62,12 @@ SidebarWidget::SidebarWidget(BrowserModel& model, SidebarPorts const& ports, QWi
     modelChanged();
 }
 
+// The view goes before the tree that it shows.
+SidebarWidget::~SidebarWidget()
+{
+    delete tree_;
+}
+
 QSize SidebarWidget::sizeHint() const
 {
     return { static_cast<int>(ContentView::sidebarIdealWidth), QWidget::sizeHint().height() };

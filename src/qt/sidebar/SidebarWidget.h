@@ -15,6 +15,8 @@ class SidebarWidget final : public QWidget {
 public:
     SidebarWidget(BrowserModel& model, SidebarPorts const& ports, QWidget* parent = nullptr);
 
+    ~SidebarWidget() override;
+
     SidebarView& view() { return model_.view(); }
     SidebarView const& view() const { return model_.view(); }
     FolderTreeWidget& tree() { return *tree_; }
