@@ -4,6 +4,7 @@
 #include "sidebar/FolderListing.h"
 #include "sidebar/FolderNode.h"
 #include "sidebar/FolderRow.h"
+#include "sidebar/SidebarPorts.h"
 #include "sidebar/UnreportedFolders.h"
 #include <memory>
 #include <optional>
@@ -15,38 +16,7 @@
 
 namespace pixelhain {
 
-class Background;
 class BrowserModel;
-class FileSystem;
-class FolderEvents;
-class ImageTypes;
-class MainLoop;
-class TextOrder;
-class Workspace;
-
-/// What the sidebar asks of the world. All outlive it and the work it starts.
-struct SidebarPorts {
-    MainLoop& loop;
-    Background& background;
-    FileSystem& files;
-    TextOrder& textOrder;
-    ImageTypes& imageTypes;
-    FolderEvents* folderEvents = nullptr; ///< absent where no changes are reported
-    Workspace* workspace = nullptr; ///< absent where there is no file manager to show folders in
-};
-
-/// Told about changes of the tree, around them where the tree changes its shape. The callbacks
-/// change nothing in the tree themselves.
-class SidebarObserver {
-public:
-    virtual ~SidebarObserver() = default;
-    virtual void treeWillChange() = 0; ///< the whole tree is replaced
-    virtual void treeDidChange() = 0;
-    virtual void childrenWillAppear(FolderNode& node, std::size_t count) = 0;
-    virtual void childrenDidAppear(FolderNode& node) = 0;
-    virtual void rowDidChange(FolderNode& node) = 0; ///< its count, or whether it is a leaf
-    virtual void shownFoldersDidChange() = 0;
-};
 
 /// The left column of the main window: the tree of the root folder, which folders the gallery
 /// shows, and what the user does with them. Folders are listed and counted in the background, and
@@ -70,7 +40,6 @@ public:
     void modelChanged();
 
     FolderNode* root() { return root_.get(); }
-    std::size_t shownCount() const { return current_.size(); }
 
     /// The nodes of the folders that the gallery shows, as far as they are in the tree.
     std::vector<FolderNode*> shownNodes();

@@ -62,6 +62,7 @@ void SidebarView::replace(Tree tree)
     observer_.treeWillChange();
     drawn_.clear();
     rows_.clear();
+    unreported_.forget();
     auto old = std::exchange(root_, std::move(tree));
     observer_.treeDidChange();
     // Freeing a large tree takes longer than a frame.

@@ -3,6 +3,8 @@
 #include "ports/FileSystem.h"
 #include "ports/FolderEvents.h"
 #include "sidebar/FolderListing.h"
+#include <algorithm>
+#include <span>
 #include <utility>
 
 namespace pixelhain {
@@ -22,11 +24,23 @@ void UnreportedFolders::waitForNext()
     next_ = loop_.after(interval, [this] { look(); });
 }
 
+void UnreportedFolders::forget()
+{
+    looks_.clear();
+    looking_ = Task();
+    waitForNext();
+}
+
 // The next look waits for this one: a drive that does not answer is asked once.
 void UnreportedFolders::look()
 {
     auto drawn = asks_.drawn();
-    if (drawn.empty())
+    // Where all drives report, nothing is done but to wait.
+    bool const isNeeded = std::ranges::any_of(drawn, [this](Known const& known) {
+        auto const last = looks_.find(known.folder);
+        return last == looks_.end() || !last->second.isReported;
+    });
+    if (!isNeeded)
         return waitForNext();
     auto const work
         = [tools = asks_.tools(), held = asks_.held, events = events_, drawn = std::move(drawn),
@@ -44,15 +58,20 @@ UnreportedFolders::Answer UnreportedFolders::lookAt(FolderTools const& tools,
 {
     Answer answer;
     for (auto const& [folder, namesHash] : drawn) {
-        if (events && events->areReported(folder))
-            continue;
-        auto const details = tools.files.details(std::span(&folder, 1)).front();
-        Look now { details ? details->modified : distantPast, namesHash, false,
-            details.has_value() };
         auto const last = before.find(folder);
-        bool const isFirst = last == before.end();
-        bool const isDated
-            = isFirst || last->second.modified != now.modified || last->second.exists != now.exists;
+        bool const isKnown = last != before.end();
+        Look now;
+        now.isReported = isKnown ? last->second.isReported : events && events->areReported(folder);
+        if (now.isReported) {
+            answer.looks[folder] = now;
+            continue;
+        }
+        auto const details = tools.files.details(std::span(&folder, 1)).front();
+        now.modified = details ? details->modified : distantPast;
+        now.exists = details.has_value();
+        now.namesHash = namesHash;
+        bool const isDated = !isKnown || last->second.modified != now.modified
+            || last->second.exists != now.exists;
         if (isDated || last->second.again || last->second.namesHash != namesHash) {
             now.again = isDated;
             answer.changed

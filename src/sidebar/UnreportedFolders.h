@@ -40,8 +40,12 @@ public:
     UnreportedFolders(
         MainLoop& loop, Background& background, FolderEvents const* events, Asks asks);
 
+    /// All is looked at anew after the interval: another drive may lie there now.
+    void forget();
+
 private:
     struct Look {
+        bool isReported = false; ///< nothing to look at here
         Timestamp modified = distantPast;
         std::size_t namesHash = 0;
         bool again = false; ///< changed of late: a date may stand for two changes

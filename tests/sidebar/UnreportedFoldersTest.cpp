@@ -121,7 +121,7 @@ TEST_CASE("a folder that vanished with what was in it is a change")
     CHECK(drive.changes == 1);
 }
 
-TEST_CASE("folders on drives that report are left alone")
+TEST_CASE("folders on drives that report are left alone, and asked about once")
 {
     Drive drive;
     drive.events.remote.clear();
@@ -129,6 +129,12 @@ TEST_CASE("folders on drives that report are left alone")
     CHECK(drive.listingsDuringLook() == 0);
     CHECK(drive.changes == 0);
     CHECK(drive.background.lastPriority == Priority::utility);
+    drive.loop.advance(UnreportedFolders::interval);
+    CHECK(drive.background.pending() == 0);
+    drive.events.remote.insert(drive.folder);
+    drive.watcher->forget();
+    drive.look();
+    CHECK(drive.changes == 1);
 }
 
 TEST_CASE("a look waits for the one before it, and none outlives its owner")

@@ -1,7 +1,7 @@
 #pragma once
 #include "model/BrowserModel.h"
 #include "model/KeyEvent.h"
-#include "sidebar/SidebarView.h"
+#include "sidebar/SidebarPorts.h"
 #include "support/FakeBackground.h"
 #include "support/FakeClipboard.h"
 #include "support/FakeFileOperations.h"

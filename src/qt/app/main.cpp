@@ -25,7 +25,7 @@
 #include "qt/ports/QtWorkspace.h"
 #include "qt/ports/UserTime.h"
 #include "qt/window/MainWindowWidget.h"
-#include "sidebar/SidebarView.h"
+#include "sidebar/SidebarPorts.h"
 #include <QApplication>
 #include <QDir>
 #include <QFile>

@@ -91,6 +91,7 @@ void FolderTreeWidget::remember()
     };
     currentFolder_ = urlAt(currentIndex());
     topFolder_ = urlAt(indexAt({ 0, 0 }));
+    topOffset_ = visualRect(indexAt({ 0, 0 })).top();
 }
 
 void FolderTreeWidget::restore()
@@ -98,11 +99,12 @@ void FolderTreeWidget::restore()
     auto& view = tree_.view();
     if (!view.root())
         return;
-    auto const scrolledTo = verticalScrollBar()->value();
     open(tree_.indexOf(*view.root()));
     executeDelayedItemsLayout();
-    if (auto const* const top = view.find(topFolder_); top && scrolledTo > 0)
+    if (auto const* const top = view.find(topFolder_)) {
         scrollTo(tree_.indexOf(*top), PositionAtTop);
+        verticalScrollBar()->setValue(verticalScrollBar()->value() - topOffset_);
+    }
     showShown();
     if (auto const* const current = view.find(currentFolder_))
         selectionModel()->setCurrentIndex(tree_.indexOf(*current), QItemSelectionModel::NoUpdate);

@@ -42,7 +42,8 @@ private:
 
     FolderTreeModel& tree_;
     FileUrl currentFolder_; ///< of the row that the keyboard is at, while the tree is replaced
-    FileUrl topFolder_;
+    FileUrl topFolder_; ///< of the first row on the screen
+    int topOffset_ = 0;
     bool isShowing_ = false; ///< the selection follows the model, not the user
     mutable bool keepsOthers_ = false;
 };

@@ -10,7 +10,7 @@
 #include "qt/Wait.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/window/MainWindowWidget.h"
-#include "sidebar/SidebarView.h"
+#include "sidebar/SidebarPorts.h"
 #include "support/FakeClipboard.h"
 #include "support/FakePanels.h"
 #include "support/FakePreferences.h"

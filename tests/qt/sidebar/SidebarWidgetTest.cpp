@@ -244,9 +244,16 @@ TEST_CASE("a refresh leaves the rows where they were scrolled to")
         w.desk.folder("/r/z" + std::to_string(i));
     w.desk.model().refreshTree();
     w.draw();
-    w.tree.verticalScrollBar()->setValue(w.tree.visualRect(w.index("/r/z0")).height() * 100);
+    auto* const bar = w.tree.verticalScrollBar();
+    int const between = w.tree.visualRect(w.index("/r/z0")).height() * 100 + 7;
+    bar->setValue(between);
     w.draw();
     auto const before = w.rows();
+    w.desk.model().refreshTree();
+    w.draw();
+    CHECK(w.rows() == before);
+    CHECK(bar->value() == between);
+    w.desk.files.remove(FileUrl("/r/a"));
     w.desk.model().refreshTree();
     w.draw();
     CHECK(w.rows() == before);
