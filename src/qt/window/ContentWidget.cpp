@@ -105,9 +105,16 @@ ContentWidget::ContentWidget(
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(columns_);
-    // Keys go to the gallery until the user turns to something else.
-    grid_->setFocus();
+    empty_->setFocusPolicy(Qt::ClickFocus);
     modelChanged();
+    // Keys go to the gallery until the user turns to something else.
+    focusDetail();
+}
+
+// The stack hands the focus on when another page comes up.
+void ContentWidget::focusDetail()
+{
+    detail_->currentWidget()->setFocus();
 }
 
 bool ContentWidget::showsSidebar() const
@@ -118,7 +125,7 @@ bool ContentWidget::showsSidebar() const
 void ContentWidget::toggleSidebar()
 {
     if (showsSidebar() && sidebar_->isAncestorOf(focusWidget()))
-        grid_->setFocus();
+        focusDetail();
     sidebar_->setHidden(showsSidebar());
 }
 

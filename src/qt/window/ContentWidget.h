@@ -27,6 +27,9 @@ public:
     SidebarWidget& sidebar() { return *sidebar_; }
     SidebarWidget const& sidebar() const { return *sidebar_; }
 
+    /// Gives the keyboard to the gallery, or to what stands in its place for now.
+    void focusDetail();
+
     bool showsSidebar() const;
     void toggleSidebar();
 

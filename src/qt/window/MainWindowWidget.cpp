@@ -131,7 +131,7 @@ bool MainWindowWidget::isComplete() const
 
 void MainWindowWidget::focusGallery()
 {
-    content_->grid().setFocus();
+    content_->focusDetail();
 }
 
 bool MainWindowWidget::isEditingText() const

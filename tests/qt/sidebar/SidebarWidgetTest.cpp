@@ -108,6 +108,17 @@ struct Window {
 
 } // namespace
 
+TEST_CASE("keys go to the gallery until the user turns to the tree")
+{
+    Window w;
+    CHECK_FALSE(w.sidebar.isAncestorOf(w.window.focusWidget()));
+    w.click("/r/c");
+    CHECK(w.window.focusWidget() == &w.tree);
+    w.desk.model().open(FileUrl("/r/a"));
+    w.draw();
+    CHECK(w.window.focusWidget() == &w.window.content().grid());
+}
+
 TEST_CASE("a click shows one folder, and the gallery follows")
 {
     Window w;
