@@ -30,7 +30,10 @@ TEST_CASE("the menus name their commands exactly and in order")
     Desk desk;
     AppCommands const commands(desk.model());
     CHECK(commands.file().title == "Datei");
-    CHECK(titles(commands.file()) == Names { "Ordner öffnen …", "Neu laden" });
+    CHECK(titles(commands.file())
+        == Names { "Ordner öffnen …", "Neu laden", "Ordnerliste aktualisieren" });
+    CHECK(commands.view().title == "Ansicht");
+    CHECK(titles(commands.view()) == Names { "Übergeordneter Ordner" });
     CHECK(commands.edit().title == "Bearbeiten");
     CHECK(titles(commands.edit()) == Names { "Papierkorb rückgängig" });
     CHECK(commands.photos().title == "Fotos");
@@ -54,6 +57,8 @@ TEST_CASE("commands keep their keys and take those of this desktop besides")
     CHECK(command(photos, "Alle auswählen  (⌘A)").keys.empty());
     CHECK(command(commands.edit(), "Papierkorb rückgängig").keys == Names { "Ctrl+Z" });
     CHECK(command(commands.file(), "Neu laden").keys == Names { "Ctrl+R", "F5" });
+    CHECK(command(commands.file(), "Ordnerliste aktualisieren").keys == Names { "Ctrl+Alt+R" });
+    CHECK(command(commands.view(), "Übergeordneter Ordner").keys == Names { "Ctrl+Up", "Alt+Up" });
 }
 
 TEST_CASE("undo is there only while something can be undone, all else always")
@@ -108,4 +113,18 @@ TEST_CASE("every command calls its operation")
     CHECK(desk.model().scanGeneration() == generation + 1);
     command(commands.file(), "Ordner öffnen …").run();
     CHECK(desk.panels.requests.size() == 3);
+}
+
+TEST_CASE("there is a way up as long as the root is not the top of the file system")
+{
+    Desk desk;
+    auto const up = command(AppCommands(desk.model()).view(), "Übergeordneter Ordner");
+    CHECK_FALSE(up.isEnabled());
+    desk.open("/r/a", {});
+    CHECK(up.isEnabled());
+    up.run();
+    CHECK(*desk.model().rootFolder == FileUrl("/r"));
+    CHECK(*desk.model().folder == FileUrl("/r/a"));
+    up.run();
+    CHECK_FALSE(up.isEnabled());
 }

@@ -198,7 +198,8 @@ TEST_CASE("the keys of a window that is gone harm nobody")
     {
         FakeThumbnails thumbnails;
         MainWindowWidget second { { keys.desk.model(), thumbnails, keys.desk.background,
-            keys.desk.loop } };
+                                      keys.desk.loop },
+            keys.desk.sidebarPorts() };
         second.show();
         keys.desk.settle();
     }
