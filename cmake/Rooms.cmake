@@ -15,6 +15,9 @@ if(PIXELHAIN_SANITIZE)
         -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(pixelhain_options INTERFACE -fsanitize=${PIXELHAIN_SANITIZE})
 endif()
+if(PIXELHAIN_FUZZ)
+    target_compile_options(pixelhain_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 target_link_libraries(pixelhain_options INTERFACE Threads::Threads)
 
 # pixelhain_room(NAME USES room… LIBRARIES imported-target…): every .cpp and .h of the folder.

@@ -1,0 +1,43 @@
+#include "decoder/Protocol.h"
+#include "fuzz/Fuzz.h"
+#include <cstring>
+
+using namespace pixelhain;
+
+// What a worker that was taken over says to the program. The first bytes choose what was asked.
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t length)
+{
+    constexpr std::size_t asking = 16;
+    if (length < asking)
+        return 0;
+    DecoderRequest asked;
+    asked.id = data[0];
+    asked.operation = data[1] % 2 == 0 ? DecoderOperation::readMeta : DecoderOperation::decode;
+    asked.space = data[1] % 2 == 0 ? DecoderSpace::none : DecoderSpace::own;
+    std::uint16_t most = 0;
+    std::memcpy(&most, data + 2, sizeof most);
+    asked.maxPixel = most;
+    std::memcpy(&asked.spaceBytes, data + 4, 4);
+    DecoderMessage message;
+    message.descriptors = data[8] % 8 == 7 ? 1 : 0;
+    message.isCut = data[9] % 8 == 7;
+    message.bytes = std::as_bytes(std::span(data + asking, length - asking));
+    static_cast<void>(parseReadySign(message));
+    auto const response = parseResponse(message, asked);
+    if (!response)
+        return 0;
+    mustHold(!message.isCut && message.descriptors == 0);
+    mustHold(response->id == asked.id);
+    if (asked.operation != DecoderOperation::decode || response->status != DecoderStatus::done)
+        return 0;
+    auto const width = static_cast<std::uint64_t>(response->width);
+    auto const height = static_cast<std::uint64_t>(response->height);
+    mustHold(response->width > 0 && response->height > 0);
+    mustHold(asked.maxPixel == 0
+        || (response->width <= asked.maxPixel && response->height <= asked.maxPixel));
+    mustHold(response->bytesPerRow >= width * 4 && response->bytesPerRow <= asked.spaceBytes);
+    mustHold(response->bytesPerRow * height <= asked.spaceBytes);
+    mustHold(response->origin == PixelOrigin::embedded || response->origin == PixelOrigin::scaled
+        || response->origin == PixelOrigin::full);
+    return 0;
+}

@@ -1,0 +1,163 @@
+// Writes a small file of each kind below FOLDER/TARGET, to begin fuzzing with.
+#include "decoder/Protocol.h"
+#include "support/PlainWriters.h"
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+using namespace pixelhain;
+
+namespace {
+
+constexpr PixelSize size { 24, 16 };
+
+RgbaPixels picture()
+{
+    auto pixels = RgbaPixels::filled(size, 0x4080C0FF);
+    for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+            pixels.at(x, y)[0] = static_cast<std::uint8_t>(x * 10);
+            pixels.at(x, y)[3] = static_cast<std::uint8_t>(255 - y * 9);
+        }
+    }
+    return pixels;
+}
+
+class Seeds {
+public:
+    explicit Seeds(std::filesystem::path folder)
+        : folder_(std::move(folder))
+    {
+    }
+
+    void add(std::string const& target, FileBytes const& bytes)
+    {
+        auto const folder = folder_ / target;
+        std::filesystem::create_directories(folder);
+        std::ofstream file(folder / ("seed" + std::to_string(count_++)), std::ios::binary);
+        file.write(reinterpret_cast<char const*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
+    }
+
+    template <typename Record>
+    void addRecord(std::string const& target, Record const& record, std::size_t front)
+    {
+        FileBytes bytes(front, 1);
+        auto const* const begin = reinterpret_cast<std::uint8_t const*>(&record);
+        bytes.insert(bytes.end(), begin, begin + sizeof record);
+        add(target, bytes);
+    }
+
+private:
+    std::filesystem::path folder_;
+    int count_ = 0;
+};
+
+void addCommon(Seeds& seeds)
+{
+    auto const pixels = picture();
+    ExifOptions exif;
+    exif.orientation = 6;
+    exif.thumbnail = writeJpeg(pixels);
+    exif.dateTimeOriginal = "2026:11:21 10:00:00";
+    auto const block = exifBlock(exif);
+    seeds.add("exif", block);
+    exif.isBigEndian = true;
+    seeds.add("exif", exifBlock(exif));
+    JpegOptions jpeg;
+    jpeg.exif = block;
+    jpeg.preview = writeJpeg(pixels);
+    for (auto const isProgressive : { false, true }) {
+        jpeg.isProgressive = isProgressive;
+        seeds.add("jpeg", writeJpeg(pixels, jpeg));
+    }
+    PngOptions png;
+    png.exif = block;
+    png.frames = { pixels };
+    for (auto const kind :
+        { PngOptions::Kind::rgba8, PngOptions::Kind::palette, PngOptions::Kind::grey16 }) {
+        png.kind = kind;
+        png.isInterlaced = !png.isInterlaced;
+        seeds.add("png", writePng(pixels, png));
+    }
+    GifFrame frame;
+    frame.pixels = pixels;
+    seeds.add("gif", writeGif(size, { frame, frame }));
+    for (auto const isLossless : { false, true }) {
+        WebpOptions webp;
+        webp.isLossless = isLossless;
+        webp.exif = block;
+        seeds.add("webp", writeWebp(pixels, webp));
+    }
+    for (auto const kind : { TiffOptions::Kind::rgba8, TiffOptions::Kind::palette,
+             TiffOptions::Kind::rgbFloat, TiffOptions::Kind::ycbcrJpeg }) {
+        TiffOptions tiff;
+        tiff.kind = kind;
+        seeds.add("tiff", writeTiff(pixels, tiff));
+        seeds.add("previews", writeTiff(pixels, tiff));
+    }
+    for (auto const kind : { BmpOptions::Kind::rle8, BmpOptions::Kind::rgba32,
+             BmpOptions::Kind::rgb565, BmpOptions::Kind::mono })
+        seeds.add("bmp", writeBmp(pixels, { kind, false }));
+}
+
+void addPlain(Seeds& seeds)
+{
+    auto const pixels = picture();
+    seeds.add("qoi", writeQoi(pixels));
+    for (auto const kind : { '1', '3', '4', '6', '7' })
+        seeds.add("pnm", writePnm(pixels, { kind, 255 }));
+    for (auto const kind :
+        { TgaOptions::Kind::color15, TgaOptions::Kind::color32, TgaOptions::Kind::palette })
+        seeds.add("tga", writeTga(pixels, { kind, true, false, false }));
+    for (auto const kind :
+        { IcoPicture::Kind::masked24, IcoPicture::Kind::color32, IcoPicture::Kind::png })
+        seeds.add("ico", writeIco({ { pixels, kind } }));
+    for (auto const packing : { RadianceOptions::Packing::plain, RadianceOptions::Packing::oldRuns,
+             RadianceOptions::Packing::separateRuns })
+        seeds.add("radiance", writeRadiance(pixels, { packing, "-Y +X", 1 }));
+    seeds.add("exr", writeExr(pixels));
+    ExrOptions tiled;
+    tiled.isTiled = true;
+    tiled.hasAlpha = true;
+    seeds.add("exr", writeExr(pixels, tiled));
+    seeds.add("jp2", writeJp2(pixels));
+    seeds.add("jp2", writeJp2(pixels, { Jp2Options::Color::ycc, true, 12, 2, {} }));
+}
+
+void addRecords(Seeds& seeds)
+{
+    DecoderRequest request;
+    request.id = 1;
+    request.fileBytes = 1000;
+    seeds.addRecord("request", request, 2);
+    request.operation = DecoderOperation::decode;
+    request.space = DecoderSpace::own;
+    request.spaceBytes = 1 << 20;
+    request.maxPixel = 256;
+    seeds.addRecord("request", request, 2);
+    DecoderResponse response;
+    response.id = 1;
+    response.status = DecoderStatus::done;
+    response.width = 16;
+    response.height = 16;
+    response.bytesPerRow = 64;
+    response.bytes = 1024;
+    seeds.addRecord("response", response, 16);
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    if (count != 2) {
+        std::fputs("usage: write-seeds FOLDER\n", stderr);
+        return 2;
+    }
+    Seeds seeds(arguments[1]);
+    addCommon(seeds);
+    addPlain(seeds);
+    addRecords(seeds);
+    return 0;
+}
