@@ -53,11 +53,23 @@ bool isPicture(DecoderResponse const& response, DecoderRequest const& asked)
         || !isWithinLimits(width, height)
         || (asked.maxPixel > 0 && std::max(width, height) > asked.maxPixel))
         return false;
+    // Longer rows than any bitmap's would make a small picture cost as much as a large one.
+    constexpr std::uint64_t longestGap = 64;
     auto const rows = static_cast<std::uint64_t>(height);
-    return response.bytesPerRow % 4 == 0
-        && response.bytesPerRow >= static_cast<std::uint64_t>(width) * 4
+    auto const rowBytes = static_cast<std::uint64_t>(width) * 4;
+    return response.bytesPerRow % 4 == 0 && response.bytesPerRow >= rowBytes
+        && response.bytesPerRow < rowBytes + longestGap
         && response.bytesPerRow <= asked.spaceBytes / rows
         && response.bytes == response.bytesPerRow * rows;
+}
+
+// What the picture that is asked for may take; of every pixel nobody knows.
+std::uint64_t mostSpace(DecoderRequest const& asked)
+{
+    if (asked.maxPixel == 0)
+        return DecodeLimits::bitmap;
+    return std::min<std::uint64_t>(
+        DecodeLimits::bitmap, spaceForPicture({ asked.maxPixel, asked.maxPixel }));
 }
 
 bool isMeta(DecoderResponse const& response)
@@ -81,7 +93,7 @@ bool answers(DecoderResponse const& response, DecoderRequest const& asked)
         return saysNothingMore(response) && response.bytes == 0;
     case DecoderStatus::needsSpace:
         return isDecode && saysNothingMore(response) && response.bytes > asked.spaceBytes
-            && response.bytes <= DecodeLimits::bitmap;
+            && response.bytes <= mostSpace(asked);
     case DecoderStatus::needsMemory:
         return isDecode && saysNothingMore(response) && response.bytes > 0;
     case DecoderStatus::ready:

@@ -184,6 +184,8 @@ TEST_CASE("a picture that is not what was asked for is refused")
         { "rows that overlap", [](auto& r) { r.bytesPerRow = 2044, r.bytes = 2044 * 384; } },
         { "rows of no bytes", [](auto& r) { r.bytesPerRow = r.bytes = 0; } },
         { "rows that split a pixel", [](auto& r) { r.bytesPerRow = 2049, r.bytes = 2049 * 384; } },
+        { "rows with room for others between them",
+            [](auto& r) { r.width = 400, r.bytesPerRow = 1664, r.bytes = 1664 * 384; } },
         { "rows beyond the space", [](auto& r) { r.bytesPerRow = 2732, r.bytes = 2732 * 384; } },
         { "rows whose sum overflows",
             [](auto& r) { r.bytesPerRow = (huge / 384 + 1) & ~std::uint64_t { 3 }; } },
@@ -248,6 +250,12 @@ TEST_CASE("a refusal for want of space or memory makes sense or is refused itsel
     CHECK_FALSE(isTaken(plain(space, mebibyte), decodeRequest())); // it has that
     CHECK_FALSE(isTaken(plain(space, DecodeLimits::bitmap + 1), decodeRequest()));
     CHECK_FALSE(isTaken(plain(space, 2 * mebibyte), metaRequest()));
+    auto small = decodeRequest();
+    small.spaceBytes = 1000;
+    CHECK(isTaken(plain(space, mebibyte), small)); // 512 pixels either way
+    CHECK_FALSE(isTaken(plain(space, mebibyte + 1), small));
+    small.maxPixel = 0;
+    CHECK(isTaken(plain(space, DecodeLimits::bitmap), small));
     CHECK_FALSE(isTaken(plain(DecoderStatus::needsMemory, 0), decodeRequest()));
     CHECK_FALSE(isTaken(plain(DecoderStatus::needsMemory, mebibyte), metaRequest()));
     CHECK_FALSE(isTaken(plain(DecoderStatus::nothing, 1), decodeRequest()));
