@@ -156,7 +156,8 @@ Exchange PooledDecoder::ask(WorkerProcess& worker, OpenedFile const& file, Job& 
         request.space = DecoderSpace::own;
         request.spaceBytes = ownSpaceBytes;
         if (job.passedBytes > 0)
-            job.passed = shelf_.take(job.passedBytes, worker.serial());
+            job.passed = shelf_.take(
+                job.passedBytes, job.isLarge ? SpaceShelf::noWorker : worker.serial());
         if (job.passed) {
             request.space = DecoderSpace::passed;
             request.spaceBytes = job.passedBytes;

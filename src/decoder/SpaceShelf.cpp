@@ -1,5 +1,6 @@
 #include "decoder/SpaceShelf.h"
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace pixelhain {
@@ -8,6 +9,8 @@ namespace {
 
 // One for each worker of the viewer: pictures leave its cache as others come.
 constexpr std::size_t mostKept = 3;
+// Three screens of 4096 × 4096 pixels. Spaces of whole photos beyond that are rarely wanted twice.
+constexpr std::size_t mostKeptBytes = std::size_t { 192 } << 20U;
 // A space much larger than asked for is left for the pictures that need it.
 constexpr std::size_t mostWaste = 2;
 
@@ -46,12 +49,19 @@ void SpaceShelf::giveBack(std::unique_ptr<Space> space)
 
 void SpaceShelf::put(Shelf& shelf, std::unique_ptr<Space> space)
 {
-    std::unique_ptr<Space> dropped; // freed without the lock
+    if (space->worker == noWorker || space->memory.size() > mostKeptBytes)
+        return;
+    std::vector<std::unique_ptr<Space>> dropped; // freed without the lock
     std::scoped_lock const guard(shelf.lock);
-    shelf.spaces.push_back(std::move(space));
-    if (shelf.spaces.size() > mostKept) {
-        dropped = std::move(shelf.spaces.front());
-        shelf.spaces.erase(shelf.spaces.begin());
+    auto& spaces = shelf.spaces;
+    spaces.push_back(std::move(space));
+    auto const bytes = [&spaces] {
+        return std::accumulate(spaces.begin(), spaces.end(), std::size_t { 0 },
+            [](std::size_t sum, auto const& each) { return sum + each->memory.size(); });
+    };
+    while (spaces.size() > mostKept || bytes() > mostKeptBytes) {
+        dropped.push_back(std::move(spaces.front()));
+        spaces.erase(spaces.begin());
     }
 }
 

@@ -17,9 +17,13 @@ class SpaceShelf {
 public:
     SpaceShelf();
 
+    /// Instead of a serial number: the worker will not be there to use its space again, so that
+    /// is not kept.
+    static constexpr std::uint64_t noWorker = 0;
+
     struct Space {
         SharedSpace memory;
-        std::uint64_t worker = 0; ///< its serial number
+        std::uint64_t worker = noWorker; ///< its serial number
     };
 
     /// A space of at least `bytes` for this worker; null if there is no memory for it.

@@ -128,6 +128,31 @@ TEST_CASE("few spaces are kept for later")
     CHECK(openFiles() == before - 17);
 }
 
+TEST_CASE("the spaces that are kept for later are no more than a few screens together")
+{
+    SpaceShelf shelf;
+    auto const keptOf = [&](std::size_t bytes, std::uint64_t worker, int count) {
+        std::vector<std::unique_ptr<SpaceShelf::Space>> spaces;
+        for (int i = 0; i < count; ++i)
+            spaces.push_back(shelf.take(bytes, worker));
+        for (auto& space : spaces) {
+            fill(space->memory, page, 7);
+            shelf.giveBack(std::move(space));
+        }
+        // What was kept still has what was written, new memory has nothing.
+        int kept = 0;
+        for (int i = 0; i < count; ++i)
+            spaces.push_back(shelf.take(bytes, worker));
+        for (auto const& space : spaces)
+            kept += space && space->memory.data()[0] == std::byte { 7 } ? 1 : 0;
+        return kept;
+    };
+    CHECK(keptOf(64 * mebibyte, 1, 3) == 3);
+    CHECK(keptOf(100 * mebibyte, 2, 3) == 1);
+    CHECK(keptOf(200 * mebibyte, 3, 1) == 0);
+    CHECK(keptOf(mebibyte, SpaceShelf::noWorker, 1) == 0);
+}
+
 TEST_CASE("a picture may outlive the shelf")
 {
     Bitmap picture;
