@@ -80,8 +80,8 @@ std::unique_ptr<WorkerProcess> WorkerPool::take(int niceness)
         startMissing();
         if (isHopeless())
             break;
-        if (Clock::now() < rate_.next())
-            changed_.wait_until(guard, rate_.next());
+        if (auto const next = nextStart(); Clock::now() < next)
+            changed_.wait_until(guard, next);
         else
             changed_.wait(guard);
     }
@@ -179,8 +179,7 @@ void WorkerPool::keepSpare()
 
 void WorkerPool::startOne()
 {
-    auto const now = Clock::now();
-    if (!starter_ || now < rate_.next() || (hopelessUntil_ && now < *hopelessUntil_))
+    if (!starter_ || Clock::now() < nextStart())
         return;
     ++starting_;
     starter_->start(options_.addressSpace,
@@ -209,6 +208,12 @@ void WorkerPool::failedToStart(std::string const& reason)
     hopelessUntil_ = std::max(rate_.next(), Clock::now() + WorkerLimits::firstWait);
     if (!std::exchange(hasComplained_, true) && options_.complain)
         options_.complain(options_.program + ": " + reason);
+}
+
+// When a worker may start; in the past if at once.
+WorkerPool::Clock::time_point WorkerPool::nextStart() const
+{
+    return hopelessUntil_ ? std::max(rate_.next(), *hopelessUntil_) : rate_.next();
 }
 
 // Whether there is nobody to wait for.

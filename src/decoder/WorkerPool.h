@@ -61,6 +61,7 @@ private:
     void startOne();
     void started(WorkerProcess::Started started);
     void failedToStart(std::string const& reason);
+    [[nodiscard]] Clock::time_point nextStart() const;
     [[nodiscard]] bool isHopeless() const;
 
     Options const options_;

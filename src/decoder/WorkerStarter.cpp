@@ -1,8 +1,10 @@
 #include "decoder/WorkerStarter.h"
 #include <algorithm>
+#include <cerrno>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/resource.h>
+#include <system_error>
 #include <utility>
 
 namespace pixelhain {
@@ -21,13 +23,21 @@ void lowerOwnPriority(int niceness)
     ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), own + niceness);
 }
 
+Descriptor newWake()
+{
+    Descriptor wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    if (!wake)
+        throw std::system_error(errno, std::generic_category());
+    return wake;
+}
+
 } // namespace
 
 WorkerStarter::WorkerStarter(std::string program, int niceness)
     : program_(std::move(program))
     , environment_(workerEnvironment())
     , niceness_(niceness)
-    , wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    , wake_(newWake())
     , thread_([this] { work(); })
 {
 }

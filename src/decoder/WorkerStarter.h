@@ -14,7 +14,8 @@ class WorkerStarter {
 public:
     using Done = std::function<void(WorkerProcess::Started)>;
 
-    /// `niceness` is what its workers have at first, besides that of the program.
+    /// `niceness` is what its workers have at first, besides that of the program. Throws
+    /// std::system_error where there is no thread or no descriptor for it.
     WorkerStarter(std::string program, int niceness);
     WorkerStarter(WorkerStarter const&) = delete;
     WorkerStarter& operator=(WorkerStarter const&) = delete;

@@ -67,6 +67,20 @@ int openDescriptors()
     return count;
 }
 
+// So few that a file can be opened and a worker cannot be started; returns what was allowed before.
+rlimit spareDescriptors(int count)
+{
+    rlimit usual {};
+    REQUIRE(::getrlimit(RLIMIT_NOFILE, &usual) == 0);
+    int const lowest = ::dup(0);
+    REQUIRE(lowest >= 0);
+    ::close(lowest);
+    auto few = usual;
+    few.rlim_cur = static_cast<rlim_t>(lowest + count);
+    REQUIRE(::setrlimit(RLIMIT_NOFILE, &few) == 0);
+    return usual;
+}
+
 // Mappings, which would add up as well.
 std::size_t mappings()
 {
@@ -252,13 +266,7 @@ TEST_CASE("without descriptors there are no pictures, and with them there are ag
     auto chosen = options();
     chosen.complain = [&](std::string const&) { ++complaints; };
     Desk desk(std::move(chosen));
-    rlimit usual {};
-    REQUIRE(::getrlimit(RLIMIT_NOFILE, &usual) == 0);
-    // Enough for the file, too few for a worker.
-    auto few = usual;
-    few.rlim_cur = static_cast<rlim_t>(::dup(0)) + 2;
-    ::close(static_cast<int>(few.rlim_cur) - 2);
-    REQUIRE(::setrlimit(RLIMIT_NOFILE, &few) == 0);
+    auto const usual = spareDescriptors(2);
     bool const isShown = desk.shows(desk.good[0]);
     REQUIRE(::setrlimit(RLIMIT_NOFILE, &usual) == 0);
     CHECK_FALSE(isShown);
@@ -268,6 +276,53 @@ TEST_CASE("without descriptors there are no pictures, and with them there are ag
          !isBack && std::chrono::steady_clock::now() < end;)
         isBack = desk.shows(desk.good[0]);
     CHECK(isBack);
+}
+
+TEST_CASE("a decoder that begins without a descriptor is told of, and nobody waits for it")
+{
+    std::vector<std::string> complaints;
+    auto chosen = options();
+    chosen.complain = [&](std::string const& reason) { complaints.push_back(reason); };
+    TemporaryFolder const folder;
+    auto const file = folder.file("a.jpg", "X-TEST exit");
+    auto const usual = spareDescriptors(0);
+    PooledDecoder decoder(std::move(chosen));
+    REQUIRE(::setrlimit(RLIMIT_NOFILE, &usual) == 0);
+    decoder.prepare(2);
+    CHECK_FALSE(decoder.readMeta(file));
+    CHECK(complaints.size() == 1);
+}
+
+TEST_CASE("a worker that cannot be started now is started later, whatever the others do")
+{
+    rlimit usual {};
+    std::atomic<bool> wasRefused = false;
+    auto wide = options();
+    wide.width = 2;
+    wide.complain = [&](std::string const&) {
+        wasRefused = true;
+        ::setrlimit(RLIMIT_NOFILE, &usual);
+    };
+    Desk desk(std::move(wide), [](auto const&) { return 60s; });
+    auto const before = openDescriptors();
+    std::atomic<bool> isOver = false;
+    std::jthread const hanging([&] {
+        CHECK_FALSE(desk.shows(desk.bad("silent")));
+        isOver = true;
+    });
+    // The file, and the socket, the memory and the handle of its worker: that one is at work.
+    while (children().size() != 1 || openDescriptors() != before + 4)
+        std::this_thread::yield();
+    usual = spareDescriptors(2);
+    CHECK(desk.shows(desk.good[0]));
+    CHECK(wasRefused);
+    CHECK_FALSE(isOver);
+    ::setrlimit(RLIMIT_NOFILE, &usual);
+    while (!isOver) {
+        for (auto const process : children())
+            ::kill(process, SIGKILL);
+        std::this_thread::yield();
+    }
 }
 
 TEST_CASE("workers end with the program, even if it is killed")
