@@ -26,7 +26,8 @@ public:
     [[nodiscard]] virtual std::optional<FileUrl> trash(FileUrl const& file) = 0;
 
     /// Moves a file from its place in the trash back to where it was before. Takes no other name
-    /// if something lies there by now: false, and the file stays in the trash.
+    /// if something lies there by now: false, and the file stays in the trash. So does a file that
+    /// came from elsewhere and took the place after the trash had been emptied.
     [[nodiscard]] virtual bool restore(FileUrl const& trashed, FileUrl const& original) = 0;
 
     /// Moves a file to exactly `destination`. `cancel` is looked at while bytes are copied.

@@ -114,15 +114,49 @@ std::string wayTo(DriveTop const& top, std::string_view name)
     return top.way.empty() ? std::string(name) : top.way + "/" + std::string(name);
 }
 
-void forget(FileUrl const& trashed)
+std::optional<FilePlace> infoOf(FileUrl const& trashed)
 {
     auto const files = trashed.parent();
     if (files.name() != "files")
-        return;
+        return std::nullopt;
     auto const name = std::string(trashed.name()) + std::string(trashInfoSuffix);
-    FilePlace const info(files.parent().child("info").child(name));
-    if (info)
-        static_cast<void>(info.unlink());
+    FilePlace info(files.parent().child("info").child(name));
+    return info ? std::optional(std::move(info)) : std::nullopt;
+}
+
+std::string textOf(FilePlace const& info)
+{
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    constexpr std::size_t longest = std::size_t { 1 } << 20U;
+    Descriptor const file(
+        uninterrupted([&] { return ::openat(info.folder(), info.name(), flags); }));
+    struct stat status { };
+    if (!file || !statusOf(file.get(), status) || !S_ISREG(status.st_mode))
+        return {};
+    std::string text;
+    for (char part[4096]; text.size() < longest;) {
+        auto const got = uninterrupted([&] { return ::read(file.get(), part, sizeof part); });
+        if (got <= 0)
+            break;
+        text.append(part, static_cast<std::size_t>(got));
+    }
+    return text;
+}
+
+// A trash that was emptied meanwhile may hold somebody else's photo under the name. Where no info
+// file tells, the name has to do.
+bool cameFrom(FilePlace const& info, FilePlace const& original, FileUrl const& url)
+{
+    auto const path = pathIn(textOf(info));
+    if (!path)
+        return true;
+    if (path->starts_with('/'))
+        return *path == url.path();
+    if (url.path().ends_with("/" + *path))
+        return true;
+    // Along links the path to a photo is another one than its way on the drive.
+    auto const top = topOf(original.folder(), url.parent());
+    return top && wayTo(*top, url.name()) == *path;
 }
 
 } // namespace
@@ -150,12 +184,15 @@ bool moveFromTrash(FileUrl const& trashed, FileUrl const& original)
     FilePlace const to(original);
     if (!from || !to)
         return false;
+    auto const info = infoOf(trashed);
+    if (info && !cameFrom(*info, to, original))
+        return false;
     auto const renamed = renameExclusively(from, to);
     bool const moved = renamed == RenameResult::done
         || (renamed == RenameResult::otherDevice
             && moveByCopying(from, to, CancelFlag()) == FileOutcome::done);
-    if (moved)
-        forget(trashed);
+    if (moved && info)
+        static_cast<void>(info->unlink());
     return moved;
 }
 

@@ -12,7 +12,7 @@ namespace pixelhain {
 [[nodiscard]] std::optional<FileUrl> moveToTrash(FileUrl const& file, FileUrl const& home);
 
 /// Moves a file from its place in a trash to `original`, where nothing may lie, and makes the trash
-/// forget about it.
+/// forget about it. What the trash says came from elsewhere stays.
 [[nodiscard]] bool moveFromTrash(FileUrl const& trashed, FileUrl const& original);
 
 } // namespace pixelhain

@@ -1,6 +1,7 @@
 #include "posix/TrashInfo.h"
 #include "base/FileUrl.h"
 #include <algorithm>
+#include <charconv>
 
 namespace pixelhain {
 
@@ -33,6 +34,23 @@ std::string_view shortened(std::string_view text, std::size_t longest)
     return text.substr(0, continuesCharacter(text[end]) ? longest : end);
 }
 
+// A percent sign that begins no byte stands for itself.
+std::string percentDecoded(std::string_view text)
+{
+    std::string decoded;
+    decoded.reserve(text.size());
+    while (!text.empty()) {
+        auto const digits = text.substr(1, 2);
+        auto const* const end = digits.data() + digits.size();
+        unsigned char byte = 0;
+        bool const isEncoded = text.front() == '%' && digits.size() == 2
+            && std::from_chars(digits.data(), end, byte, 16).ptr == end;
+        decoded += isEncoded ? static_cast<char>(byte) : text.front();
+        text.remove_prefix(isEncoded ? 3 : 1);
+    }
+    return decoded;
+}
+
 } // namespace
 
 std::string percentEncoded(std::string_view path)
@@ -51,6 +69,16 @@ std::string percentEncoded(std::string_view path)
         encoded += digits[value & 0xFU];
     }
     return encoded;
+}
+
+std::optional<std::string> pathIn(std::string_view trashInfoText)
+{
+    constexpr std::string_view key = "\nPath=";
+    auto const at = trashInfoText.find(key);
+    if (at == std::string_view::npos)
+        return std::nullopt;
+    auto const value = trashInfoText.substr(at + key.size());
+    return percentDecoded(value.substr(0, value.find_first_of("\r\n")));
 }
 
 std::string trashInfoText(std::string_view path, std::time_t now)

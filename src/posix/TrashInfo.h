@@ -1,5 +1,6 @@
 #pragma once
 #include <ctime>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,9 @@ std::string percentEncoded(std::string_view path);
 /// What an info file says of a file that goes to the trash at `now`; `path` is relative to the top
 /// folder of its drive, or absolute in the home trash. The date is in local time.
 std::string trashInfoText(std::string_view path, std::time_t now);
+
+/// The path that an info file tells, whichever program wrote it; nothing if it tells none.
+std::optional<std::string> pathIn(std::string_view trashInfoText);
 
 /// What follows a file's name in the name of its info file.
 inline constexpr std::string_view trashInfoSuffix = ".trashinfo";

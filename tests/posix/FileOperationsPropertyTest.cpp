@@ -209,8 +209,10 @@ private:
             return "somebody left an info file in the trash";
         default:
             std::filesystem::remove_all(trash.cString());
-            std::erase_if(
-                expected_, [&](auto const& entry) { return FileUrl(entry.first).isWithin(trash); });
+            auto const wasIn
+                = [&](auto const& entry) { return FileUrl(entry.first).isWithin(trash); };
+            std::erase_if(expected_, wasIn);
+            std::erase_if(origins_, wasIn);
             return "somebody emptied the trash";
         }
     }
@@ -250,8 +252,16 @@ private:
             CHECK(isInTrash(*place));
             relocate(file, *place);
             trashed_.emplace_back(file, *place);
+            origins_.insert_or_assign(std::string(place->path()), file);
         }
         return "trashed " + std::string(file.path());
+    }
+
+    // After the trash was emptied another photo may have the place.
+    bool mayBeFrom(FileUrl const& original, FileUrl const& trashed) const
+    {
+        auto const origin = origins_.find(std::string(trashed.path()));
+        return origin == origins_.end() || origin->second == original;
     }
 
     std::string restore()
@@ -260,7 +270,8 @@ private:
             return "nothing";
         auto const at = trashed_.begin() + static_cast<std::ptrdiff_t>(pick(trashed_.size()));
         auto const [original, trashed] = *at;
-        bool const can = isExpected(trashed) && !isExpected(original);
+        bool const can
+            = isExpected(trashed) && !isExpected(original) && mayBeFrom(original, trashed);
         auto const faults = someFault();
         bool restored = false;
         {
@@ -272,6 +283,7 @@ private:
         if (restored) {
             trashed_.erase(at);
             relocate(trashed, original);
+            origins_.erase(std::string(trashed.path()));
         }
         return "restored " + std::string(original.path());
     }
@@ -308,6 +320,7 @@ private:
     PosixFileOperations files_;
     std::map<std::string, std::string> expected_;
     std::vector<std::pair<FileUrl, FileUrl>> trashed_;
+    std::map<std::string, FileUrl> origins_; ///< of what lies in the trash
     int photos_ = 0;
 };
 

@@ -97,6 +97,20 @@ TEST_CASE("a photo reached through a link is trashed on the drive where it lies"
     });
 }
 
+TEST_CASE("a photo of another drive that was reached through a link comes back through it")
+{
+    onDrives([](Drives& drives) {
+        drives.photo("a.jpg", "picture");
+        auto const link = drives.folder.url().child("link");
+        REQUIRE(::symlink(drives.photos.cString(), link.cString()) == 0);
+        auto const trashed = drives.files.trash(link.child("a.jpg"));
+        REQUIRE(trashed);
+        CHECK_FALSE(drives.files.restore(*trashed, drives.drive.child("a.jpg")));
+        CHECK(drives.files.restore(*trashed, link.child("a.jpg")));
+        CHECK(bytesOf(drives.photos.child("a.jpg")) == "picture");
+    });
+}
+
 TEST_CASE("a photo on another drive may lie deeper than any system call reaches")
 {
     onDrives([](Drives& drives) {

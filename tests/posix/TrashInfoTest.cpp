@@ -22,6 +22,17 @@ TEST_CASE("an info file tells the path and the date in local time")
     ::tzset();
 }
 
+TEST_CASE("the path in an info file is read as it was written, by whatever program")
+{
+    std::string const path("50% #1\n\x7f?/caf\xE9.jpg");
+    CHECK(pathIn(trashInfoText(path, 0)) == path);
+    CHECK(pathIn("[Trash Info]\r\nDeletionDate=x\r\nPath=a%c3%a9!.jpg\r\n") == "a\xC3\xA9!.jpg");
+    CHECK(pathIn("[Trash Info]\nPath=100%/5%2/%zz%+1%") == "100%/5%2/%zz%+1%");
+    CHECK(pathIn("[Trash Info]\nPath=") == "");
+    CHECK(pathIn("[Trash Info]\nxPath=/a.jpg\n") == std::nullopt);
+    CHECK(pathIn("") == std::nullopt);
+}
+
 TEST_CASE("names in the trash are numbered before the extension")
 {
     CHECK(trashName("IMG_1.jpg", 1, 200) == "IMG_1.jpg");

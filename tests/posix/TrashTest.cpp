@@ -206,6 +206,39 @@ TEST_CASE("nothing is restored from a trash that was emptied")
     CHECK_FALSE(isTaken(photo));
 }
 
+TEST_CASE("another photo that has the name in the trash by now is not brought here")
+{
+    Home home;
+    auto const photo = home.photo("a.jpg", "mine");
+    auto const trashed = home.files.trash(photo);
+    REQUIRE(trashed);
+    std::filesystem::remove_all(home.trash.cString());
+    makeFolder(home.photos.child("other"));
+    auto const other = home.photo("other/a.jpg", "another");
+    REQUIRE(home.files.trash(other) == trashed);
+    CHECK_FALSE(home.files.restore(*trashed, photo));
+    CHECK_FALSE(isTaken(photo));
+    CHECK(isTaken(home.info("a.jpg")));
+    CHECK(home.files.restore(*trashed, other));
+    CHECK(bytesOf(other) == "another");
+}
+
+TEST_CASE("a photo whose info file has gone, or tells nothing, is brought back all the same")
+{
+    Home home;
+    auto const photo = home.photo("a.jpg");
+    auto trashed = home.files.trash(photo);
+    REQUIRE(trashed);
+    std::filesystem::remove(home.info("a.jpg").cString());
+    CHECK(home.files.restore(*trashed, photo));
+    trashed = home.files.trash(photo);
+    REQUIRE(trashed);
+    std::filesystem::resize_file(home.info("a.jpg").cString(), 0);
+    CHECK(home.files.restore(*trashed, photo));
+    CHECK(bytesOf(photo) == "bytes");
+    CHECK(namesIn(home.trash.child("info")).empty());
+}
+
 TEST_CASE("a trash that was removed between two photos is made again")
 {
     Home home;
