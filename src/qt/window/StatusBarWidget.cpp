@@ -2,11 +2,12 @@
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/ActivityIndicator.h"
 #include "qt/window/Tones.h"
-#include <QEvent>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QToolButton>
+#include <QToolTip>
 
 namespace pixelhain {
 
@@ -19,6 +20,33 @@ void setRole(QWidget& widget, QPalette::ColorRole role, QColor const& color)
     widget.setPalette(palette);
 }
 
+// A message that is too long for its place. Folder names are long; what became of the photos, and
+// how many failed, stands at the end.
+class MessageLabel final : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown());
+    }
+
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::ToolTip)
+            return QLabel::event(event);
+        auto const whole = shown() == text() ? QString() : text().toHtmlEscaped();
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole, this);
+        return true;
+    }
+
+private:
+    QString shown() const { return fontMetrics().elidedText(text(), Qt::ElideMiddle, width()); }
+};
+
 } // namespace
 
 StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
@@ -27,7 +55,7 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     , activity_(new ActivityIndicator(this))
     , count_(new QLabel(this))
     , dot_(new QLabel(shownText(StatusBar::messageDot), this))
-    , message_(new QLabel(this))
+    , message_(new MessageLabel(this))
     , progress_(new QLabel(this))
     , cancelHint_(new QLabel(shownText(StatusBar::cancelHint), this))
     , selectNone_(new QToolButton(this))

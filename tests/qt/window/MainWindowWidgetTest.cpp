@@ -147,6 +147,32 @@ TEST_CASE("the status bar shows count, marks and message")
     CHECK_FALSE(link->isVisible());
 }
 
+TEST_CASE("a message that is too long for the bar keeps its beginning and its end")
+{
+    WindowDesk w;
+    w.desk.open("/Fotos", Gallery::names(40));
+    w.window.resize(w.window.minimumSize());
+    auto const show = [&](QString const& text) {
+        w.desk.model().showStatus(text.toStdString());
+        w.desk.settle();
+    };
+    auto const folder = QStringLiteral("Urlaub ").repeated(30);
+    auto const text = QStringLiteral("3 Fotos nach „%1“ verschoben (1 fehlgeschlagen)").arg(folder);
+    show(text);
+    QLabel* message = nullptr;
+    for (auto* label : w.window.findChildren<QLabel*>())
+        if (label->text() == text)
+            message = label;
+    REQUIRE(message);
+    auto const painted = message->grab().toImage();
+    auto const cut = message->fontMetrics().elidedText(text, Qt::ElideMiddle, message->width());
+    CHECK(cut.endsWith(QStringLiteral("(1 fehlgeschlagen)")));
+    show(cut);
+    CHECK(painted == message->grab().toImage());
+    show(QString());
+    CHECK(painted != message->grab().toImage());
+}
+
 TEST_CASE("a dropped folder is opened")
 {
     WindowDesk w;
