@@ -115,7 +115,8 @@ TEST_CASE("pictures of all kinds come out of another process as they do here")
 TEST_CASE("every photo comes out of another process as it does here")
 {
     Decoders decoders;
-    for (auto const& row : photoAnswers({ "jpeg", "png", "gif", "webp", "tiff", "bmp" })) {
+    for (auto const& row :
+        photoAnswers({ "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif", "avif", "jxl" })) {
         if (row.at("kind") != "ok")
             continue;
         CAPTURE(row.at("path"));
