@@ -9,10 +9,11 @@ TEST_CASE("the extensions of photos are known, in lower case and without a dot")
 {
     CodecImageTypes const types;
     for (auto const* known : { "jpg", "jpeg", "jpe", "jfif", "mpo", "png", "apng", "gif", "webp",
-             "tif", "tiff", "bmp", "dib", "heic", "heif", "hif", "avif", "avifs", "jxl", "cr2",
-             "cr3", "crw", "nef", "nrw", "arw", "sr2", "srf", "dng", "raf", "orf", "rw2", "rwl",
-             "pef", "srw", "3fr", "iiq", "mrw", "kdc", "dcr", "erf", "mef", "mos", "x3f", "jp2",
-             "j2k", "jpx", "ico", "pnm", "pbm", "pgm", "ppm", "tga", "qoi", "hdr", "exr" }) {
+             "tif", "tiff", "bmp", "dib", "heic", "heics", "heif", "heifs", "hif", "avif", "avifs",
+             "jxl", "cr2", "cr3", "crw", "nef", "nrw", "arw", "sr2", "srf", "dng", "raf", "orf",
+             "rw2", "rwl", "pef", "srw", "3fr", "iiq", "mrw", "kdc", "dcr", "erf", "mef", "mos",
+             "x3f", "jp2", "j2k", "j2c", "jpc", "jpf", "jpx", "ico", "pnm", "pam", "pbm", "pgm",
+             "ppm", "tga", "qoi", "hdr", "exr" }) {
         CAPTURE(known);
         CHECK(types.isImageExtension(known));
     }
