@@ -24,7 +24,7 @@ namespace {
 
 constexpr int smallSide = 48;
 // Larger claims only cost time: what bounds them is the limits of a worker.
-constexpr std::int64_t fewPixels = 1 << 20;
+constexpr std::int64_t fewPixels = 1 << 16;
 
 void checkSize(std::optional<DecodedImage> const& image, int maxPixel)
 {
