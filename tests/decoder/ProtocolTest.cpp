@@ -153,7 +153,9 @@ TEST_CASE("an answer arrives as it was sent")
     CHECK(parseResponse(messageOf(nothing, 0), decodeRequest()));
     CHECK(parseResponse(messageOf(nothing, 0), metaRequest()));
     auto const more = plain(DecoderStatus::needsSpace, 2 * mebibyte);
-    CHECK(parseResponse(messageOf(more, 0), decodeRequest()));
+    auto large = decodeRequest();
+    large.maxPixel = 1024;
+    CHECK(parseResponse(messageOf(more, 0), large));
     auto const memory = plain(DecoderStatus::needsMemory, std::uint64_t { 3 } << 30);
     CHECK(parseResponse(messageOf(memory, 0), decodeRequest()));
 }
