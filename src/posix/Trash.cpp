@@ -65,9 +65,6 @@ PutResult put(FilePlace const& file, TrashFolder const& trash, std::string const
             static_cast<void>(info.unlink());
             return PutResult::failed;
         }
-        // Nobody waits, but file systems that write data before the names that lead to it then keep
-        // the info file whole through a loss of power.
-        static_cast<void>(::sync_file_range(written.get(), 0, 0, SYNC_FILE_RANGE_WRITE));
     }
     auto const result = resultOf(renameExclusively(file, place));
     if (result != PutResult::done)
