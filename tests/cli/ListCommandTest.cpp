@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 #include "support/OtherUser.h"
+#include "support/Places.h"
 #include "support/TemporaryFolder.h"
 #include <doctest/doctest.h>
 #include <fcntl.h>
@@ -205,7 +206,7 @@ TEST_CASE("a reader that goes away makes the program fail, not die of a signal")
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    std::string program = PIXELHAIN_BINARY_DIR "/pixelhain-cli";
+    std::string program = buildFolder() + "/pixelhain-cli";
     std::string command = "list";
     std::string folder = photos.top;
     char* const words[] = { program.data(), command.data(), folder.data(), nullptr };

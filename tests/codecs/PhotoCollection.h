@@ -1,6 +1,7 @@
 #pragma once
 #include "base/Resample.h"
 #include "codecs/CodecSupport.h"
+#include "support/Places.h"
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -30,7 +31,7 @@ inline std::vector<PhotoAnswers> photoAnswers(std::vector<std::string> const& fo
         return found;
     };
     std::vector<PhotoAnswers> answers;
-    std::string const root = PIXELHAIN_PHOTOS;
+    std::string const root = photosFolder();
     std::ifstream table(root + "/expected.tsv");
     std::string line;
     if (root.empty() || !std::getline(table, line))
@@ -50,7 +51,7 @@ inline std::vector<PhotoAnswers> photoAnswers(std::vector<std::string> const& fo
 
 inline FileBytes photoBytes(PhotoAnswers const& row)
 {
-    return fileBytes(std::string(PIXELHAIN_PHOTOS) + "/" + row.at("path"));
+    return fileBytes(photosFolder() + "/" + row.at("path"));
 }
 
 inline std::string sizeText(PixelSize size)

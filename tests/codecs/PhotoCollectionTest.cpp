@@ -1,5 +1,6 @@
 #include "codecs/PhotoCollection.h"
 #include "base/Orientation.h"
+#include "support/Places.h"
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -18,8 +19,8 @@ bool turnsItself(PhotoAnswers const& row)
 
 void checkPicture(PhotoAnswers const& row, Bitmap const& bitmap)
 {
-    auto const reference = opened(
-        fileBytes(std::string(PIXELHAIN_PHOTOS) + "/reference/" + row.at("path") + ".png"));
+    auto const reference
+        = opened(fileBytes(photosFolder() + "/reference/" + row.at("path") + ".png"));
     REQUIRE(reference);
     auto const wanted = reference->decode(256);
     REQUIRE(wanted);

@@ -1,6 +1,7 @@
 #include "base/Orientation.h"
 #include "codecs/PhotoCollection.h"
 #include "codecs/PreviewShape.h"
+#include "support/Places.h"
 #include <cstdio>
 #include <doctest/doctest.h>
 
@@ -41,8 +42,7 @@ bool hasPictureInside(PhotoAnswers const& row)
 
 Bitmap referenceOf(PhotoAnswers const& row)
 {
-    auto const source = opened(
-        fileBytes(std::string(PIXELHAIN_PHOTOS) + "/reference/" + row.at("path") + ".png"));
+    auto const source = opened(fileBytes(photosFolder() + "/reference/" + row.at("path") + ".png"));
     auto const image = source ? source->decode(256) : std::nullopt;
     return image ? image->bitmap : Bitmap {};
 }

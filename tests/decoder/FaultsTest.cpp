@@ -2,6 +2,7 @@
 #include "support/Attacks.h"
 #include "support/FaultCodec.h"
 #include "support/ImageWriters.h"
+#include "support/Places.h"
 #include "support/TemporaryFolder.h"
 #include <chrono>
 #include <doctest/doctest.h>
@@ -14,7 +15,7 @@ namespace {
 WorkerPool::Options faulty()
 {
     WorkerPool::Options options;
-    options.program = PIXELHAIN_BINARY_DIR "/pixelhain-faulty-decoder";
+    options.program = buildFolder() + "/pixelhain-faulty-decoder";
     // Every fault costs a process or two: the test is not to wait between them.
     options.rate = RestartRate(0ms, 0ms);
     return options;

@@ -2,6 +2,7 @@
 #include "support/Children.h"
 #include "support/ForkedRun.h"
 #include "support/ImageWriters.h"
+#include "support/Places.h"
 #include "support/TemporaryFolder.h"
 #include <algorithm>
 #include <atomic>
@@ -22,7 +23,7 @@ namespace {
 WorkerPool::Options options()
 {
     WorkerPool::Options options;
-    options.program = PIXELHAIN_BINARY_DIR "/pixelhain-faulty-decoder";
+    options.program = buildFolder() + "/pixelhain-faulty-decoder";
     options.rate = RestartRate(1ms, 1ms);
     return options;
 }
@@ -136,7 +137,7 @@ TEST_CASE("a worker that has answered its share of requests is replaced")
     for (int i = 1; i < WorkerLimits::requests; ++i)
         CHECK(desk.decoder.readMeta(desk.good[0]));
     CHECK(desk.shows(desk.good[0]));
-    CHECK(std::ranges::count_if(first, [](pid_t worker) { return hasEnded(worker, 0); }) == 1);
+    CHECK(endedOf(first) == 1);
 }
 
 TEST_CASE("an answer that is none costs the picture and the worker that gave it")

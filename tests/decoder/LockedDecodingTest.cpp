@@ -5,6 +5,7 @@
 #include "posix/OpenedFile.h"
 #include "support/ForkedRun.h"
 #include "support/ImageWriters.h"
+#include "support/Places.h"
 #include "support/TemporaryFolder.h"
 #include <csignal>
 #include <doctest/doctest.h>
@@ -111,7 +112,7 @@ void checkSame(FileUrl const& url, Pixels pixels = Pixels::allThere)
 
 FileUrl photo(PhotoAnswers const& row)
 {
-    return FileUrl(std::string(PIXELHAIN_PHOTOS) + "/" + row.at("path"));
+    return FileUrl(photosFolder() + "/" + row.at("path"));
 }
 
 std::vector<PhotoAnswers> allPhotos()

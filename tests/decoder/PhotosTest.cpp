@@ -1,5 +1,6 @@
 #include "codecs/PhotoCollection.h"
 #include "decoder/InProcessDecoder.h"
+#include "support/Places.h"
 #include <doctest/doctest.h>
 #include <string>
 #include <sys/resource.h>
@@ -20,7 +21,7 @@ std::vector<Row> photos()
 
 FileUrl fileOf(Row const& row, std::string const& folder = "", std::string const& ending = "")
 {
-    return FileUrl(std::string(PIXELHAIN_PHOTOS) + "/" + folder + row.at("path") + ending);
+    return FileUrl(photosFolder() + "/" + folder + row.at("path") + ending);
 }
 
 // Of RAW pictures programs disagree by the sensor's borders.

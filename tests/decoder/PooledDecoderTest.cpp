@@ -4,6 +4,7 @@
 #include "decoder/InProcessDecoder.h"
 #include "support/Children.h"
 #include "support/ImageWriters.h"
+#include "support/Places.h"
 #include "support/TemporaryFolder.h"
 #include <algorithm>
 #include <cstring>
@@ -120,8 +121,7 @@ TEST_CASE("every photo comes out of another process as it does here")
         if (row.at("kind") != "ok")
             continue;
         CAPTURE(row.at("path"));
-        CHECK(decoders.agreeOnAllSizes(
-            FileUrl(std::string(PIXELHAIN_PHOTOS) + "/" + row.at("path"))));
+        CHECK(decoders.agreeOnAllSizes(FileUrl(photosFolder() + "/" + row.at("path"))));
     }
 }
 
@@ -130,7 +130,7 @@ TEST_CASE("no damaged photo costs more than its own picture")
     PooledDecoder decoder(usualOptions());
     for (auto const& row : photoAnswers({ "broken" })) {
         CAPTURE(row.at("path"));
-        FileUrl const url(std::string(PIXELHAIN_PHOTOS) + "/" + row.at("path"));
+        FileUrl const url(photosFolder() + "/" + row.at("path"));
         static_cast<void>(decoder.readMeta(url));
         auto const picture = decoder.decode({ url, 256, EmbeddedPreviews::prefer });
         if (picture)

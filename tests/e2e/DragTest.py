@@ -5,7 +5,7 @@ import unittest
 import urllib.parse
 
 from Programs import BUILD, GALLERY, Programs
-from Session import Session
+from Session import SECOND, Session
 
 
 @unittest.skipUnless(os.environ.get("DISPLAY"), "needs an X server: xvfb-run -a ctest …")
@@ -28,9 +28,9 @@ class DragTest(Programs):
         self.addCleanup(target.wait)
         self.addCleanup(target.kill)
         session = self.start("drag")
-        session.click(300, 120, held="ctrl")
+        session.click(*SECOND, held="ctrl")
         session.keys("Right", "x")
-        session.drag((300, 120), (330, 140), (1350, 250), (1400, 260), (1410, 270))
+        session.drag(SECOND, (530, 180), (1350, 250), (1400, 260), (1410, 270))
         dropped = dict(target.stdout.readline().rstrip("\n").split(": ", 1) for _ in range(3))
         wanted = self.uris(*GALLERY[1:3])
         self.assertEqual(
@@ -42,7 +42,7 @@ class DragTest(Programs):
 
     def test_photos_that_fall_back_onto_their_own_window_open_nothing(self):
         session = self.start("own")
-        session.drag((300, 120), (330, 140), (600, 300), (610, 310))
+        session.drag(SECOND, (530, 180), (600, 300), (610, 310))
         session.keys("Right", "ctrl+c")
         session.wait_for("status: 1 Foto in die Zwischenablage kopiert")
         self.assertEqual(sum("scan-accepted" in line for line in session.said), 1)

@@ -8,6 +8,7 @@ import time
 from Programs import BUILD
 
 PATIENCE = 60  # seconds, for what hangs
+SECOND = 500, 160  # within the second photo of the gallery, beside the folders of a new window
 
 
 class Session:

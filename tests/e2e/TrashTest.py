@@ -3,7 +3,7 @@ import os
 import unittest
 
 from Programs import GALLERY, Programs
-from Session import Session
+from Session import SECOND, Session
 
 
 @unittest.skipUnless(os.environ.get("DISPLAY"), "needs an X server: xvfb-run -a ctest …")
@@ -22,7 +22,7 @@ class TrashTest(Programs):
         before = self.contents()
         session = self.start("three")
         # The second photo with the mouse, the third and the fourth with the keyboard.
-        session.click(300, 120, held="ctrl")
+        session.click(*SECOND, held="ctrl")
         session.keys("Right", "x", "Right", "x", "Delete")
         session.wait_for("status: 3 Fotos in den Papierkorb gelegt – ⌘Z macht es rückgängig")
         gone = set(GALLERY[1:4])

@@ -34,16 +34,28 @@ inline std::vector<pid_t> children()
     return found;
 }
 
+/// How many of the processes have ended; waited for until it is one, or for `seconds`.
+inline int endedOf(std::vector<pid_t> const& processes, int seconds = 20)
+{
+    std::vector<pollfd> ends;
+    int ended = 0;
+    for (auto const process : processes) {
+        auto const handle = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+        if (handle < 0)
+            ++ended;
+        else
+            ends.push_back({ handle, POLLIN, 0 });
+    }
+    ended += ::poll(ends.data(), ends.size(), ended > 0 ? 0 : seconds * 1000);
+    for (auto const& end : ends)
+        ::close(end.fd);
+    return ended;
+}
+
 /// Whether the process has ended, waited for `seconds` at most.
 inline bool hasEnded(pid_t process, int seconds = 20)
 {
-    int const handle = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
-    if (handle < 0)
-        return true;
-    pollfd end { handle, POLLIN, 0 };
-    bool const isOver = ::poll(&end, 1, seconds * 1000) > 0;
-    ::close(handle);
-    return isOver;
+    return endedOf({ process }, seconds) == 1;
 }
 
 } // namespace pixelhain
