@@ -17,6 +17,9 @@
 #include "qt/ports/UserTime.h"
 #include "qt/window/DrawnPicture.h"
 #include "qt/window/GridWidget.h"
+#include "support/FakePicturePrefetch.h"
+#include "support/FakeRandomSource.h"
+#include "support/FakeScreenAwake.h"
 #include "window/ThumbnailSource.h"
 #include <QApplication>
 #include <QPainter>
@@ -221,8 +224,11 @@ private:
     QtClipboard clipboard_;
     UserTime userTime_;
     QtWorkspace workspace_ { loop_, userTime_ };
+    FakePicturePrefetch prefetch_;
+    FakeScreenAwake screenAwake_;
+    FakeRandomSource random_;
     BrowserModel model_ { { loop_, background_, files_, preferences_, textOrder_, imageTypes_,
-        panels_, operations_, clipboard_, workspace_ } };
+        panels_, operations_, clipboard_, workspace_, prefetch_, screenAwake_, random_ } };
 };
 
 } // namespace

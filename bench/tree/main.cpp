@@ -17,6 +17,12 @@
 #include "qt/sidebar/FolderTreeWidget.h"
 #include "qt/sidebar/SidebarWidget.h"
 #include "sidebar/FolderListing.h"
+#include "support/FakeClipboard.h"
+#include "support/FakeFileOperations.h"
+#include "support/FakePicturePrefetch.h"
+#include "support/FakeRandomSource.h"
+#include "support/FakeScreenAwake.h"
+#include "support/FakeWorkspace.h"
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -107,6 +113,13 @@ struct Services {
     IcuTextOrder textOrder { "de_DE" };
     CodecImageTypes imageTypes;
     NoPanels panels;
+    FakeFileSystem noFiles;
+    FakeFileOperations operations { noFiles };
+    FakeClipboard clipboard;
+    FakeWorkspace workspace;
+    FakePicturePrefetch prefetch;
+    FakeScreenAwake screenAwake;
+    FakeRandomSource random;
     InotifyFolderEvents folderEvents { loop, { isTreeName } };
 };
 
@@ -123,7 +136,9 @@ void measureOpening(WatchedApplication& application, FileUrl const& root)
     QTemporaryDir const folder;
     QtPreferences preferences(folder.filePath(QStringLiteral("settings.ini")));
     BrowserModel model({ services.loop, services.background, services.files, preferences,
-        services.textOrder, services.imageTypes, services.panels, &services.folderEvents });
+        services.textOrder, services.imageTypes, services.panels, services.operations,
+        services.clipboard, services.workspace, services.prefetch, services.screenAwake,
+        services.random, &services.folderEvents });
     SidebarWidget sidebar(model,
         { services.loop, services.background, services.files, services.textOrder,
             services.imageTypes, &services.folderEvents });

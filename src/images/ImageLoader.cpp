@@ -134,6 +134,21 @@ void ImageLoader::prefetchDisplay(FileUrl const& url)
         std::ignore = core_->makeDisplayImage(url);
 }
 
+void ImageLoader::prefetchAround(FileUrl const& shown, std::span<FileUrl const> next)
+{
+    auto const add = [this](FileUrl const& url) {
+        if (core_->findDisplayImage(url))
+            return;
+        core_->enqueue(services_.displayQueue, [core = core_, url] {
+            if (!core->isClosed() && !core->findDisplayImage(url))
+                std::ignore = core->makeDisplayImage(url);
+        });
+    };
+    add(shown);
+    for (auto const& url : next)
+        add(url);
+}
+
 ImageRef ImageLoader::decodeImage(FileUrl const& url, int maxPixel, EmbeddedPreviews previews) const
 {
     return core_->decode(url, maxPixel, previews);

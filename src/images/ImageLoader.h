@@ -79,6 +79,10 @@ public:
     /// queue: decodes on the caller's thread. Such items must not outlive the loader.
     void prefetchDisplay(FileUrl const& url);
 
+    /// Makes the display images of `shown`, then of `next` in this order, on the display queue.
+    /// Main thread.
+    void prefetchAround(FileUrl const& shown, std::span<FileUrl const> next);
+
     /// Decodes on the caller's thread, past all caches.
     [[nodiscard]] ImageRef decodeImage(
         FileUrl const& url, int maxPixel, EmbeddedPreviews previews) const;

@@ -5,6 +5,7 @@
 #include "model/PhotoItem.h"
 #include "model/SortKey.h"
 #include "model/UrlSet.h"
+#include "model/ViewerTransition.h"
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -29,6 +30,8 @@ public:
     Field<UrlSet> selection { *this }; ///< the marked photos
     Field<std::optional<std::size_t>> cursor { *this }; ///< index into `items`
     Field<std::optional<std::size_t>> viewerIndex { *this }; ///< none while the gallery shows
+    /// How the viewer came to `viewerIndex`; written whenever that is.
+    Field<ViewerTransition> viewerTransition { *this, ViewerTransition::none };
     Field<bool> isSlideshow { *this, false };
     Field<bool> isSlideshowPaused { *this, false };
     Field<bool> isLoading { *this, false }; ///< a scan is under way

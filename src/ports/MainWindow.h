@@ -18,6 +18,9 @@ public:
 
     [[nodiscard]] virtual bool isFullScreen() const = 0;
     virtual void toggleFullScreen() = 0;
+
+    /// The pointer is not seen over the window until it is moved.
+    virtual void hidePointerUntilMoved() = 0;
 };
 
 } // namespace pixelhain

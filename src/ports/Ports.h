@@ -10,7 +10,10 @@ class FolderEvents;
 class ImageTypes;
 class MainLoop;
 class Panels;
+class PicturePrefetch;
 class Preferences;
+class RandomSource;
+class ScreenAwake;
 class TextOrder;
 class Workspace;
 
@@ -27,6 +30,9 @@ struct Ports {
     FileOperations& operations;
     Clipboard& clipboard;
     Workspace& workspace;
+    PicturePrefetch& prefetch;
+    ScreenAwake& screenAwake;
+    RandomSource& random;
     /// Absent where changes are not reported; nothing is watched then.
     FolderEvents* folderEvents = nullptr;
 };

@@ -7,7 +7,10 @@
 #include "support/FakeImageTypes.h"
 #include "support/FakeLoop.h"
 #include "support/FakePanels.h"
+#include "support/FakePicturePrefetch.h"
 #include "support/FakePreferences.h"
+#include "support/FakeRandomSource.h"
+#include "support/FakeScreenAwake.h"
 #include "support/FakeWorkspace.h"
 #include "support/TemporaryFolder.h"
 #include <doctest/doctest.h>
@@ -56,9 +59,12 @@ struct RealWorld {
     FakeFileOperations operations { noFiles };
     FakeClipboard clipboard;
     FakeWorkspace workspace;
+    FakePicturePrefetch prefetch;
+    FakeScreenAwake screenAwake;
+    FakeRandomSource random;
     Threads threads;
     BrowserModel model { Ports { loop, threads, files, preferences, order, types, panels,
-        operations, clipboard, workspace } };
+        operations, clipboard, workspace, prefetch, screenAwake, random } };
 
     void settle()
     {

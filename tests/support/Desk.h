@@ -11,7 +11,10 @@
 #include "support/FakeLoop.h"
 #include "support/FakeMainWindow.h"
 #include "support/FakePanels.h"
+#include "support/FakePicturePrefetch.h"
 #include "support/FakePreferences.h"
+#include "support/FakeRandomSource.h"
+#include "support/FakeScreenAwake.h"
 #include "support/FakeTextOrder.h"
 #include "support/FakeWorkspace.h"
 #include <algorithm>
@@ -35,6 +38,9 @@ struct Desk {
     FakeFileOperations operations { files };
     FakeClipboard clipboard;
     FakeWorkspace workspace;
+    FakePicturePrefetch prefetch;
+    FakeScreenAwake screenAwake;
+    FakeRandomSource random;
     FakeFolderEvents folderEvents;
     FakeMainWindow window;
     std::optional<BrowserModel> browser;
@@ -46,7 +52,7 @@ struct Desk {
     {
         browser.reset();
         browser.emplace(Ports { loop, background, files, preferences, textOrder, imageTypes, panels,
-            operations, clipboard, workspace, &folderEvents });
+            operations, clipboard, workspace, prefetch, screenAwake, random, &folderEvents });
         browser->setWindow(&window);
         loop.settle();
     }

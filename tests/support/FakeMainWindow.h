@@ -11,9 +11,11 @@ public:
     void beep() override { ++beepCount; }
     [[nodiscard]] bool isFullScreen() const override { return fullScreen; }
     void toggleFullScreen() override { fullScreen = !fullScreen; }
+    void hidePointerUntilMoved() override { ++pointerHidings; }
 
     int focusCount = 0;
     int beepCount = 0;
+    int pointerHidings = 0;
     bool editsText = false;
     bool fullScreen = false;
 };

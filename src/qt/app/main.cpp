@@ -3,11 +3,13 @@
 #include "decoder/ChosenDecoder.h"
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
+#include "images/LoaderPrefetch.h"
 #include "model/BrowserModel.h"
 #include "model/FolderNames.h"
 #include "posix/InotifyFolderEvents.h"
 #include "posix/PosixFileOperations.h"
 #include "posix/PosixFileSystem.h"
+#include "posix/SystemRandom.h"
 #include "posix/ThreadPool.h"
 #include "posix/ThreadQueue.h"
 #include "qt/app/CommandLine.h"
@@ -20,6 +22,7 @@
 #include "qt/ports/QtMainLoop.h"
 #include "qt/ports/QtPanels.h"
 #include "qt/ports/QtPreferences.h"
+#include "qt/ports/QtScreenAwake.h"
 #include "qt/ports/QtScreens.h"
 #include "qt/ports/QtSharing.h"
 #include "qt/ports/QtWorkspace.h"
@@ -91,6 +94,8 @@ struct Services {
     UserTime userTime;
     QtWorkspace workspace { loop, userTime };
     QtSharing sharing { loop, userTime };
+    QtScreenAwake screenAwake;
+    SystemRandom random;
     ThreadPool background;
     InotifyFolderEvents folderEvents { loop, { isTreeName } };
     ThreadQueue thumbQueue { thumbWidth(), thumbNiceness };
@@ -112,9 +117,11 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     QtPreferences preferences(QtPreferences::defaultFile());
     ImageLoader loader({ services.loop, services.background, *services.decoder, services.thumbQueue,
         services.displayQueue });
+    LoaderPrefetch prefetch(loader);
     BrowserModel model({ services.loop, services.background, services.files, preferences,
         services.textOrder, services.imageTypes, services.panels, services.operations,
-        services.clipboard, services.workspace, &services.folderEvents });
+        services.clipboard, services.workspace, prefetch, services.screenAwake, services.random,
+        &services.folderEvents });
     LoaderThumbnails thumbnails(loader);
     ThumbnailMenu menu({ model, services.workspace, services.sharing, services.clipboard });
     MainWindowWidget window({ model, thumbnails, services.background, services.loop, &menu },

@@ -156,6 +156,11 @@ void MainWindowWidget::toggleFullScreen()
     setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
+void MainWindowWidget::hidePointerUntilMoved()
+{
+    pointer_.hideUntilMoved();
+}
+
 // A file that is being moved or copied is finished, or given up cleanly, before the program may
 // end.
 void MainWindowWidget::closeEvent(QCloseEvent* event)

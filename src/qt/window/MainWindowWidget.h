@@ -2,6 +2,7 @@
 #include "app/AppCommands.h"
 #include "ports/MainWindow.h"
 #include "qt/window/ContentWidget.h"
+#include "qt/window/HiddenPointer.h"
 #include <QMainWindow>
 #include <functional>
 #include <vector>
@@ -32,6 +33,7 @@ public:
     void beep() override;
     [[nodiscard]] bool isFullScreen() const override;
     void toggleFullScreen() override;
+    void hidePointerUntilMoved() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -60,6 +62,7 @@ private:
     bool isClosing_ = false; ///< as soon as no file is under way
     bool hasPainted_ = false;
     bool isOnScreen_ = false;
+    HiddenPointer pointer_;
     Observation observation_;
 };
 

@@ -13,7 +13,10 @@
 #include "sidebar/SidebarPorts.h"
 #include "support/FakeClipboard.h"
 #include "support/FakePanels.h"
+#include "support/FakePicturePrefetch.h"
 #include "support/FakePreferences.h"
+#include "support/FakeRandomSource.h"
+#include "support/FakeScreenAwake.h"
 #include "support/FakeWorkspace.h"
 #include "support/TemporaryFolder.h"
 #include <QPixmap>
@@ -48,12 +51,15 @@ struct Program {
     PosixFileOperations operations;
     FakeClipboard clipboard;
     FakeWorkspace workspace;
+    FakePicturePrefetch prefetch;
+    FakeScreenAwake screenAwake;
+    FakeRandomSource random;
     ThreadPool background;
     ThreadQueue thumbQueue { 2, 5 };
     ThreadQueue displayQueue { 3, 2 };
     ImageLoader loader { { loop, background, decoder, thumbQueue, displayQueue } };
     BrowserModel model { { loop, background, files, preferences, textOrder, imageTypes, panels,
-        operations, clipboard, workspace } };
+        operations, clipboard, workspace, prefetch, screenAwake, random } };
     LoaderThumbnails thumbnails { loader };
     MainWindowWidget window { { model, thumbnails, background, loop },
         { loop, background, files, textOrder, imageTypes } };
