@@ -57,7 +57,7 @@ void BrowserModel::showItems(std::vector<PhotoItem> visible)
     auto const atCursor = urlAt(cursor);
     if (!(visible.empty() && items->empty()))
         discard(items.replace(std::move(visible)));
-    viewerIndex = indexOf(inViewer);
+    showInViewer(indexOf(inViewer), ViewerTransition::none);
     cursor = atCursor == inViewer ? viewerIndex.get() : indexOf(atCursor);
     anchor_ = std::nullopt;
     stopSlideshow();

@@ -1,5 +1,4 @@
 #pragma once
-#include "base/FileUrl.h"
 #include "model/BrowserFields.h"
 #include "model/BrowserOptions.h"
 #include "model/FileWork.h"
@@ -10,9 +9,6 @@
 #include "ports/Ports.h"
 #include "sidebar/FolderWatcher.h"
 #include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace pixelhain {
 
@@ -77,7 +73,10 @@ public:
     void closeViewer();
     void stepViewer(std::ptrdiff_t delta);
     void markInViewer();
+    /// Shows the marked photos if there are two, else all, beginning with the one in the viewer.
+    void startSlideshow();
     void stopSlideshow();
+    void toggleSlideshowPause();
     /// The photo in the viewer, else the marked visible ones, else the one under the cursor.
     std::vector<FileUrl> actionTargets() const;
 
@@ -110,6 +109,7 @@ private:
     struct Restorable;
     struct KeyActions;
     struct FileChanges;
+    struct SlideshowSteps;
 
     void openPlace(FileUrl const& folder, std::optional<FileUrl> const& file);
     void restore(Restorable const& found);
@@ -120,7 +120,9 @@ private:
     std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
     std::optional<FileUrl> urlAt(std::optional<std::size_t> index) const;
     void mark(std::size_t from, std::size_t to);
-    bool toggleSlideshow();
+    void stepSlideshow(std::ptrdiff_t delta);
+    void showInViewer(std::optional<std::size_t> index, ViewerTransition transition);
+    void prefetch(std::vector<std::size_t> const& next);
     CommandTargets targetsNow() const;
     void followRemoval(UrlSet const& urls, std::vector<bool> const& gone);
 

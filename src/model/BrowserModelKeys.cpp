@@ -19,6 +19,7 @@ struct BrowserModel::KeyActions {
     bool performInGallery(KeyAction action, Extend extend);
     bool performMovement(KeyAction action, Extend extend);
     bool performInViewer(KeyAction action);
+    bool performPaging(KeyAction action);
 };
 
 void BrowserModel::setKeyMonitor(Task monitor)
@@ -55,8 +56,6 @@ bool BrowserModel::KeyActions::performAnywhere(KeyAction action)
     case KeyAction::selectNone:
         model.selectNone();
         return true;
-    case KeyAction::slideshow:
-        return model.toggleSlideshow();
     default:
         return false;
     }
@@ -80,6 +79,9 @@ bool BrowserModel::KeyActions::performInGallery(KeyAction action, Extend extend)
     case KeyAction::toggleMark:
         if (*model.cursor)
             model.toggle(**model.cursor);
+        return true;
+    case KeyAction::slideshow:
+        model.startSlideshow();
         return true;
     case KeyAction::larger:
         model.setThumbSize(model.thumbSize + thumbSizeStep);
@@ -124,17 +126,17 @@ bool BrowserModel::KeyActions::performInViewer(KeyAction action)
     case KeyAction::closeViewer:
         model.closeViewer();
         return true;
-    case KeyAction::showFirst:
-        model.openViewer(0);
+    case KeyAction::pauseOrClose:
+        if (*model.isSlideshow)
+            model.toggleSlideshowPause();
+        else
+            model.closeViewer();
         return true;
-    case KeyAction::showLast:
-        model.openViewer(model.items->size() - 1);
-        return true;
-    case KeyAction::previous:
-        model.stepViewer(-1);
-        return true;
-    case KeyAction::next:
-        model.stepViewer(+1);
+    case KeyAction::slideshow:
+        if (*model.isSlideshow)
+            model.stopSlideshow();
+        else
+            model.startSlideshow();
         return true;
     case KeyAction::markAndMoveOn:
         model.markInViewer();
@@ -146,7 +148,30 @@ bool BrowserModel::KeyActions::performInViewer(KeyAction action)
         model.window_->toggleFullScreen();
         return true;
     default:
-        return performAnywhere(action);
+        return performAnywhere(action) || performPaging(action);
+    }
+}
+
+// A slideshow has no first and last photo to go to.
+bool BrowserModel::KeyActions::performPaging(KeyAction action)
+{
+    switch (action) {
+    case KeyAction::showFirst:
+        if (!*model.isSlideshow)
+            model.openViewer(0);
+        return true;
+    case KeyAction::showLast:
+        if (!*model.isSlideshow)
+            model.openViewer(model.items->size() - 1);
+        return true;
+    case KeyAction::previous:
+        model.stepViewer(-1);
+        return true;
+    case KeyAction::next:
+        model.stepViewer(+1);
+        return true;
+    default:
+        return false;
     }
 }
 

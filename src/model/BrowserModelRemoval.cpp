@@ -1,6 +1,7 @@
 #include "model/BrowserModel.h"
 #include "model/CursorRules.h"
 #include "model/SelectionRules.h"
+#include "model/ViewerNeighbours.h"
 #include <vector>
 
 namespace pixelhain {
@@ -28,8 +29,10 @@ void BrowserModel::removeItems(UrlSet const& urls)
     auto const newCursor = after(cursor);
     anchor_ = after(anchor_);
     removePhotos(items.edit(), gone);
-    viewerIndex = newViewer;
     cursor = newCursor;
+    showInViewer(newViewer, ViewerTransition::none);
+    if (newViewer)
+        prefetch(viewerNeighbours(*newViewer, items->size(), ViewerDirection::forward));
 }
 
 // Commands that wait are meant for what will then be in the viewer.

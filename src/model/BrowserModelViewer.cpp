@@ -1,5 +1,7 @@
 #include "model/BrowserModel.h"
+#include "model/ViewerNeighbours.h"
 #include "ports/MainWindow.h"
+#include "ports/PicturePrefetch.h"
 #include <algorithm>
 
 namespace pixelhain {
@@ -9,7 +11,8 @@ void BrowserModel::openViewer(std::size_t index)
     if (index >= items->size())
         return;
     cursor = index;
-    viewerIndex = index;
+    showInViewer(index, ViewerTransition::none);
+    prefetch(viewerNeighbours(index, items->size(), ViewerDirection::forward));
 }
 
 void BrowserModel::closeViewer()
@@ -17,20 +20,29 @@ void BrowserModel::closeViewer()
     stopSlideshow();
     if (*viewerIndex)
         cursor = viewerIndex.get();
-    viewerIndex = std::nullopt;
+    showInViewer(std::nullopt, ViewerTransition::none);
 }
 
 void BrowserModel::stepViewer(std::ptrdiff_t delta)
 {
+    if (*isSlideshow) {
+        stepSlideshow(delta);
+        return;
+    }
     if (!*viewerIndex || items->empty())
         return;
-    auto const shown = static_cast<std::ptrdiff_t>(**viewerIndex);
     auto const last = static_cast<std::ptrdiff_t>(items->size()) - 1;
-    auto const index = std::clamp(shown + delta, std::ptrdiff_t { 0 }, last);
-    if (index != shown)
-        openViewer(static_cast<std::size_t>(index));
-    else if (window_)
-        window_->beep();
+    auto const target = static_cast<std::ptrdiff_t>(**viewerIndex) + delta;
+    auto const index = static_cast<std::size_t>(std::clamp(target, std::ptrdiff_t { 0 }, last));
+    if (index == **viewerIndex) {
+        if (window_)
+            window_->beep();
+        return;
+    }
+    auto const direction = delta < 0 ? ViewerDirection::backward : ViewerDirection::forward;
+    cursor = index;
+    showInViewer(index, ViewerTransition::none);
+    prefetch(viewerNeighbours(index, items->size(), direction));
 }
 
 void BrowserModel::markInViewer()
@@ -39,23 +51,26 @@ void BrowserModel::markInViewer()
     if (!index || *index >= items->size())
         return;
     toggle(*index);
-    if (selection->contains((*items)[*index].url) && *index + 1 < items->size())
+    auto const isMarked = selection->contains((*items)[*index].url);
+    if (isMarked && !*isSlideshow && *index + 1 < items->size())
         stepViewer(+1);
 }
 
-bool BrowserModel::toggleSlideshow()
+void BrowserModel::showInViewer(std::optional<std::size_t> index, ViewerTransition transition)
 {
-    if (!*isSlideshow)
-        return false;
-    stopSlideshow();
-    return true;
+    viewerIndex = index;
+    viewerTransition = transition;
 }
 
-void BrowserModel::stopSlideshow()
+void BrowserModel::prefetch(std::vector<std::size_t> const& next)
 {
-    slideshow_ = {};
-    isSlideshow = false;
-    isSlideshowPaused = false;
+    auto const shown = urlAt(viewerIndex);
+    if (!shown)
+        return;
+    std::vector<FileUrl> urls;
+    for (auto const index : next)
+        urls.push_back((*items)[index].url);
+    ports_.prefetch.prefetchDisplay(*shown, urls);
 }
 
 } // namespace pixelhain

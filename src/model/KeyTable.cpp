@@ -45,7 +45,7 @@ constexpr Position viewerPositions[] = {
     { keyCodes::returnKey, KeyAction::closeViewer },
     { keyCodes::escape, KeyAction::closeViewer },
     { keyCodes::keypadEnter, KeyAction::closeViewer },
-    { keyCodes::space, KeyAction::closeViewer },
+    { keyCodes::space, KeyAction::pauseOrClose },
     { keyCodes::home, KeyAction::showFirst },
     { keyCodes::end, KeyAction::showLast },
     { keyCodes::left, KeyAction::previous },

@@ -22,6 +22,7 @@ enum class KeyAction {
     larger,
     smaller,
     closeViewer,
+    pauseOrClose, ///< a slideshow pauses or goes on; without one the viewer closes
     showFirst,
     showLast,
     previous,

@@ -12,6 +12,9 @@ inline constexpr std::string_view productName = "Pixelhain";
 inline constexpr std::string_view openFolderButton = "Öffnen";
 inline constexpr std::string_view openFolderMessage = "Wähle einen Ordner mit Fotos";
 
+/// Why the screen stays on.
+inline constexpr std::string_view slideshow = "Diashow";
+
 /// "3 Ordner"
 [[nodiscard]] std::string folderCount(std::size_t count);
 

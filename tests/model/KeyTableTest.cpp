@@ -20,7 +20,7 @@ using enum KeyAction;
 
 std::vector<Case> const table {
     { "Return", 36, "\r", openViewer, closeViewer },
-    { "Space", 49, " ", openViewer, closeViewer },
+    { "Space", 49, " ", openViewer, pauseOrClose },
     { "Enter of the keypad", 76, "\x03", openViewer, closeViewer },
     { "Escape", 53, "\x1b", unmarkAll, closeViewer },
     { "Home", 115, "", firstPhoto, showFirst },
