@@ -1,4 +1,5 @@
 #include "icu/IcuTextOrder.h"
+#include "icu/UserLocale.h"
 #include <algorithm>
 #include <array>
 #include <unicode/coll.h>
@@ -157,15 +158,7 @@ std::string IcuTextOrder::folded(std::string_view text) const
 
 std::string orderingLocale(std::function<char const*(char const*)> const& variable)
 {
-    for (char const* const name : { "LC_ALL", "LC_COLLATE", "LANG" }) {
-        char const* const value = variable(name);
-        if (value == nullptr || *value == '\0')
-            continue;
-        std::string_view const all = value;
-        std::string locale(all.substr(0, all.find_first_of(".@")));
-        return locale == "C" || locale == "POSIX" || locale.empty() ? "de_DE" : locale;
-    }
-    return "de_DE";
+    return userLocale("LC_COLLATE", variable);
 }
 
 } // namespace pixelhain
