@@ -8,6 +8,7 @@
 #include <QStyledItemDelegate>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 namespace pixelhain {
 
@@ -58,7 +59,7 @@ FolderTreeWidget::FolderTreeWidget(FolderTreeModel& tree, QWidget* parent)
     setVerticalScrollMode(ScrollPerPixel);
     setTextElideMode(Qt::ElideMiddle);
     setFrameShape(NoFrame);
-    setAutoScroll(false);
+    setAutoScroll(false); // a tree that is read anew would jump to the row that the keyboard is at
     setIndentation(0); // rows are moved to the right when they are drawn
     viewport()->setBackgroundRole(QPalette::Window);
     connect(&tree, &FolderTreeModel::treeWillBeReplaced, this, [this] { remember(); });
@@ -110,16 +111,21 @@ void FolderTreeWidget::restore()
         selectionModel()->setCurrentIndex(tree_.indexOf(*current), QItemSelectionModel::NoUpdate);
 }
 
+// Folders that come into the tree, above another root for instance, come into sight; later the user
+// scrolls.
 void FolderTreeWidget::showShown()
 {
     auto const nodes = tree_.view().shownNodes();
     auto const wanted = selectionOf(tree_, nodes);
+    bool const appears = !std::exchange(showsAny_, !nodes.empty()) && showsAny_;
     isShowing_ = true;
     selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect);
     if (!currentIndex().isValid() && !nodes.empty())
         selectionModel()->setCurrentIndex(
             tree_.indexOf(*nodes.front()), QItemSelectionModel::NoUpdate);
     isShowing_ = false;
+    if (appears)
+        scrollTo(tree_.indexOf(*nodes.front()));
     viewport()->update();
 }
 
@@ -233,10 +239,13 @@ void FolderTreeWidget::mouseDoubleClickEvent(QMouseEvent* event)
 // All photos are meant to be selected or copied, not all folders.
 void FolderTreeWidget::keyPressEvent(QKeyEvent* event)
 {
-    if (event->matches(QKeySequence::SelectAll) || event->matches(QKeySequence::Copy))
+    if (event->matches(QKeySequence::SelectAll) || event->matches(QKeySequence::Copy)) {
         event->ignore();
-    else
-        QTreeView::keyPressEvent(event);
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+    if (event->isAccepted())
+        scrollTo(currentIndex());
 }
 
 void FolderTreeWidget::contextMenuEvent(QContextMenuEvent* event)
