@@ -67,10 +67,12 @@ std::vector<FolderCommand> FolderRow::menu(std::size_t shownFolders) const
 double FolderRow::indent(int level, double width)
 {
     constexpr int equalSteps = 5;
-    constexpr double share = 0.42; // of the width, at most
-    double const even = std::min(level, equalSteps) * indentPerLevel;
-    double const room = std::max(indentPerLevel, width * share - equalSteps * indentPerLevel);
-    double const deeper = std::max(0, level - equalSteps) * indentPerLevel;
+    constexpr double equalShare = 0.8; // of what there is to move, in narrow columns
+    double const most = std::clamp(width - roomForName, 2 * indentPerLevel, width * 0.42);
+    double const step = std::min(indentPerLevel, most * equalShare / equalSteps);
+    double const even = std::min(level, equalSteps) * step;
+    double const room = std::max(step, most - equalSteps * step);
+    double const deeper = std::max(0, level - equalSteps) * step;
     return even + room * (1 - std::exp(-deeper / room));
 }
 

@@ -29,7 +29,8 @@ struct FolderRow {
     static constexpr double countPaddingY = 1;
     static constexpr double countCornerRadius = 5;
     static constexpr double countFillOpacity = 0.08; ///< of the primary colour
-    static constexpr double indentPerLevel = 14;
+    static constexpr double indentPerLevel = 14; ///< less in narrow columns
+    static constexpr double roomForName = 116; ///< with triangle and symbol, however deep it lies
 
     std::string name;
     std::string path; ///< as it is shown

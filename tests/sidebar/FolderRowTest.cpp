@@ -82,12 +82,14 @@ TEST_CASE("the menu's entries have these titles")
 
 TEST_CASE("deep rows are moved less and less, so that the name keeps its room")
 {
-    for (double const width : { 170.0, 230.0, 420.0 }) {
+    for (double const width : { 150.0, 170.0, 230.0, 420.0 }) {
         CAPTURE(width);
         CHECK(FolderRow::indent(0, width) == 0);
-        CHECK(FolderRow::indent(3, width) == 3 * FolderRow::indentPerLevel);
+        CHECK(FolderRow::indent(3, width) == doctest::Approx(3 * FolderRow::indent(1, width)));
         for (int level = 1; level <= 20; ++level)
             CHECK(FolderRow::indent(level, width) > FolderRow::indent(level - 1, width));
         CHECK(FolderRow::indent(1000, width) <= width / 2);
+        CHECK(FolderRow::indent(1000, width) <= width - FolderRow::roomForName + 0.001);
     }
+    CHECK(FolderRow::indent(3, 210) == 3 * FolderRow::indentPerLevel);
 }
