@@ -70,6 +70,7 @@ void SidebarView::replace(Tree tree)
         ports_.background.run(Priority::utility, [old = std::move(old)] {});
 }
 
+// Who scrolls far does not wait for all that was passed.
 void SidebarView::rowsDrawn(std::vector<FolderNode*> nodes)
 {
     std::unordered_set<FolderNode const*> const now(nodes.begin(), nodes.end());
@@ -79,6 +80,8 @@ void SidebarView::rowsDrawn(std::vector<FolderNode*> nodes)
                 state->second.countsVersion = -1;
             state->second.isCounting = false;
             state->second.counting = Task();
+            if (!node->loaded())
+                state->second.listing = Task();
         }
     drawn_ = std::move(nodes);
     for (auto* const node : drawn_)
