@@ -87,16 +87,20 @@ void FolderRowPainter::drawGround(QPainter& painter, FolderRowLook const& look) 
 {
     auto const area = QRectF(look.rect).adjusted(inset, 0, -inset, -1);
     painter.setPen(Qt::NoPen);
+    bool const onAccent = look.isSelected && look.hasFocus;
     if (look.isSelected) {
         auto color = tones_.of(Tint { ColorRole::primary, selectedShare });
-        painter.setBrush(look.hasFocus ? palette_.color(QPalette::Highlight) : color);
+        painter.setBrush(onAccent ? palette_.color(QPalette::Highlight) : color);
         painter.drawRoundedRect(area, corner, corner);
-    } else if (look.isMarked && look.hasFocus) {
-        auto const half = 0.5 / scale_;
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(tones_.link(), 1 / scale_));
-        painter.drawRoundedRect(area.adjusted(half, half, -half, -half), corner, corner);
     }
+    bool const isMarked = look.isMarked && look.hasFocus && !look.isSelected;
+    if (!isMarked && !look.hasMenu)
+        return;
+    auto const pen = (look.hasMenu ? 2 : 1) / scale_ * std::max(1.0, std::floor(scale_));
+    auto const half = pen / 2 + (onAccent ? pen : 0);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(onAccent ? palette_.color(QPalette::HighlightedText) : tones_.link(), pen));
+    painter.drawRoundedRect(area.adjusted(half, half, -half, -half), corner, corner);
 }
 
 void FolderRowPainter::drawTriangle(

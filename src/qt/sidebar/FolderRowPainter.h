@@ -16,6 +16,7 @@ struct FolderRowLook {
     bool isOpen = false;
     bool isSelected = false;
     bool isMarked = false; ///< by the keyboard, without being selected
+    bool hasMenu = false; ///< a menu about this row is open
     bool hasFocus = false;
 };
 

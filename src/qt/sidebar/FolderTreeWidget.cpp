@@ -194,6 +194,7 @@ void FolderTreeWidget::drawRow(
     look.isOpen = isExpanded(index);
     look.isSelected = selectionModel()->isSelected(index);
     look.isMarked = index == currentIndex();
+    look.hasMenu = menuFolder_ == node.url();
     look.hasFocus = hasFocus();
     FolderRowPainter const rows(font(), palette(), devicePixelRatioF());
     rows.draw(*painter, tree_.view().row(node), look);
@@ -272,6 +273,12 @@ QMenu* FolderTreeWidget::showMenu(QModelIndex const& index, QPoint const& at)
         connect(action, &QAction::triggered, this,
             [this, command, url = node.url()] { tree_.view().perform(command, url); });
     }
+    menuFolder_ = node.url();
+    connect(menu, &QMenu::aboutToHide, this, [this] {
+        menuFolder_.reset();
+        viewport()->update();
+    });
+    viewport()->update();
     menu->popup(at);
     return menu;
 }

@@ -1,6 +1,7 @@
 #pragma once
 #include "qt/sidebar/FolderTreeModel.h"
 #include <QTreeView>
+#include <optional>
 
 class QMenu;
 
@@ -44,6 +45,7 @@ private:
     FileUrl currentFolder_; ///< of the row that the keyboard is at, while the tree is replaced
     FileUrl topFolder_; ///< of the first row on the screen
     int topOffset_ = 0;
+    std::optional<FileUrl> menuFolder_; ///< the one an open menu is about
     bool showsAny_ = false; ///< some folder that the gallery shows has a row
     bool isShowing_ = false; ///< the selection follows the model, not the user
     mutable bool keepsOthers_ = false;

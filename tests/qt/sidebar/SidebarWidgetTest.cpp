@@ -374,6 +374,26 @@ TEST_CASE("the menu has the entries of its row, and a right click chooses nothin
     CHECK(w.shown() == Names { "/r", "/r/b" });
 }
 
+TEST_CASE("the row that an open menu is about is marked, selected or not")
+{
+    Window w;
+    w.click("/r/a");
+    w.tree.clearFocus(); // not every platform gives it back after a menu
+    auto const look = [&](char const* path) {
+        return w.tree.viewport()->grab(w.tree.visualRect(w.index(path))).toImage();
+    };
+    for (auto const* path : { "/r/a", "/r/c" }) {
+        auto const before = look(path);
+        auto const other = look("/r/b");
+        auto* const menu = w.tree.showMenu(w.index(path), {});
+        CHECK(look(path) != before);
+        CHECK(look("/r/b") == other);
+        menu->close();
+        w.draw();
+        CHECK(look(path) == before);
+    }
+}
+
 TEST_CASE("the header's buttons and the one below do what their tips say")
 {
     Window w;
