@@ -1,0 +1,49 @@
+#pragma once
+#include "base/FileUrl.h"
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <variant>
+
+namespace pixelhain {
+
+/// Why a file could not be written.
+enum class WriteProblem : std::uint8_t {
+    noSpace, ///< on the drive, or of what this user may have of it
+    notAllowed, ///< in this folder, or in place of this file
+    readOnly, ///< the drive
+    noFolder, ///< there is none of that name any more
+    nameTooLong,
+    notAFile, ///< something of the name is there that is no file
+    taken, ///< a file of the name has appeared in the meantime
+    tooLarge, ///< for this file system
+    other,
+};
+
+/// The new content of a file, written beside it under a name that ends in ".part". Only when it is
+/// whole and on the disk does it take the file's place; until then whoever looks finds what was
+/// there before. Dropped before that it goes away, but what was written before the drive refused
+/// more is left under its ".part" name. Not thread-safe, but bound to no thread.
+class FileReplacement {
+public:
+    virtual ~FileReplacement() = default;
+
+    /// False once anything could not be written; `finish` tells why.
+    [[nodiscard]] virtual bool write(std::span<std::uint8_t const> bytes) = 0;
+
+    /// Puts the new content in place. Nothing has changed there if that fails.
+    [[nodiscard]] virtual std::optional<WriteProblem> finish() = 0;
+};
+
+/// Begins to write files. Thread-safe; waits for the disk.
+class FileReplacements {
+public:
+    using Begun = std::variant<std::unique_ptr<FileReplacement>, WriteProblem>;
+    virtual ~FileReplacements() = default;
+
+    /// Of the file at `target`, or of the one it links to; there need not be one yet.
+    [[nodiscard]] virtual Begun begin(FileUrl const& target) = 0;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,48 @@
+#pragma once
+#include "ports/FileReplacement.h"
+#include "posix/Descriptor.h"
+#include "posix/FilePlace.h"
+#include <sys/stat.h>
+#include <vector>
+
+namespace pixelhain {
+
+/// Writes to "NAME.part" beside the target, a name that nobody else has, and renames. A file that
+/// is replaced hands on its mode; one that may not be written to is not replaced, and neither is
+/// one that comes to the target while it is written.
+class PosixFileReplacement final : public FileReplacement {
+public:
+    [[nodiscard]] static FileReplacements::Begun begin(FileUrl const& target);
+    ~PosixFileReplacement() override;
+
+    [[nodiscard]] bool write(std::span<std::uint8_t const> bytes) override;
+    [[nodiscard]] std::optional<WriteProblem> finish() override;
+
+private:
+    PosixFileReplacement(FilePlace target, bool replaces);
+
+    [[nodiscard]] bool open(mode_t mode);
+    [[nodiscard]] bool flush();
+    [[nodiscard]] bool sync();
+    [[nodiscard]] bool rename();
+    void fail();
+
+    FilePlace target_;
+    bool const replaces_; ///< a file that is there already
+    FilePlace part_;
+    Descriptor file_;
+    std::vector<std::uint8_t> pending_;
+    bool isWritten_ = false; ///< any byte of it
+    int error_ = 0;
+    bool isInPlace_ = false;
+};
+
+class PosixFileReplacements final : public FileReplacements {
+public:
+    [[nodiscard]] Begun begin(FileUrl const& target) override
+    {
+        return PosixFileReplacement::begin(target);
+    }
+};
+
+} // namespace pixelhain

@@ -1,0 +1,238 @@
+#include "posix/PosixFileReplacement.h"
+#include "support/FileBytes.h"
+#include "support/OtherUser.h"
+#include "support/PrivateMounts.h"
+#include "support/TemporaryFolder.h"
+#include <climits>
+#include <doctest/doctest.h>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <vector>
+
+using namespace pixelhain;
+
+namespace {
+
+using Names = std::set<std::string>;
+
+std::span<std::uint8_t const> bytesIn(std::string_view text)
+{
+    return { reinterpret_cast<std::uint8_t const*>(text.data()), text.size() };
+}
+
+std::unique_ptr<FileReplacement> begun(FileUrl const& target)
+{
+    auto result = PosixFileReplacements().begin(target);
+    REQUIRE(std::holds_alternative<std::unique_ptr<FileReplacement>>(result));
+    return std::move(std::get<std::unique_ptr<FileReplacement>>(result));
+}
+
+WriteProblem problemOf(FileUrl const& target)
+{
+    auto const result = PosixFileReplacements().begin(target);
+    REQUIRE(std::holds_alternative<WriteProblem>(result));
+    return std::get<WriteProblem>(result);
+}
+
+void replace(FileUrl const& target, std::string_view text)
+{
+    auto const file = begun(target);
+    CHECK(file->write(bytesIn(text)));
+    CHECK_FALSE(file->finish().has_value());
+}
+
+} // namespace
+
+TEST_CASE("a new file appears under its name only when it is complete")
+{
+    TemporaryFolder const folder;
+    auto const target = folder.url().child("a.pdf");
+    auto const file = begun(target);
+    CHECK(file->write(bytesIn("one ")));
+    CHECK(namesIn(folder.url()) == Names { "a.pdf.part" });
+    CHECK(file->write(bytesIn("two")));
+    CHECK_FALSE(file->finish().has_value());
+    CHECK(namesIn(folder.url()) == Names { "a.pdf" });
+    CHECK(bytesOf(target) == "one two");
+}
+
+TEST_CASE("a file is there as before until its new content is complete")
+{
+    TemporaryFolder const folder;
+    auto const target = folder.file("a.pdf", "old");
+    auto const file = begun(target);
+    CHECK(file->write(std::vector<std::uint8_t>(1 << 20, 'n')));
+    CHECK(bytesOf(target) == "old");
+    CHECK_FALSE(file->finish().has_value());
+    CHECK(bytesOf(target) == std::string(1 << 20, 'n'));
+    CHECK(namesIn(folder.url()) == Names { "a.pdf" });
+}
+
+TEST_CASE("a file that is dropped leaves nothing behind and what was there alone")
+{
+    TemporaryFolder const folder;
+    auto const target = folder.file("a.pdf", "old");
+    {
+        auto const file = begun(target);
+        CHECK(file->write(std::vector<std::uint8_t>(1 << 20, 'n')));
+    }
+    CHECK(bytesOf(target) == "old");
+    CHECK(namesIn(folder.url()) == Names { "a.pdf" });
+}
+
+TEST_CASE("the name beside the target is nobody else's")
+{
+    TemporaryFolder const folder;
+    folder.file("a.pdf.part", "of somebody else");
+    auto const first = begun(folder.url().child("a.pdf"));
+    auto const second = begun(folder.url().child("a.pdf"));
+    CHECK(namesIn(folder.url()) == Names { "a.pdf.part", "a.pdf.2.part", "a.pdf.3.part" });
+    CHECK(bytesOf(folder.url().child("a.pdf.part")) == "of somebody else");
+}
+
+TEST_CASE("a name as long as the system allows is shortened only beside the target")
+{
+    TemporaryFolder const folder;
+    std::string name;
+    while (name.size() + 2 + 4 <= NAME_MAX)
+        name += "ü";
+    name += ".pdf";
+    auto const file = begun(folder.url().child(name));
+    auto const beside = *namesIn(folder.url()).begin();
+    CHECK(beside.size() <= NAME_MAX);
+    CHECK(beside.ends_with("ü.part"));
+    CHECK_FALSE(file->finish().has_value());
+    CHECK(namesIn(folder.url()) == Names { name });
+}
+
+TEST_CASE("a replaced file hands on its mode, a new one gets the usual one")
+{
+    TemporaryFolder const folder;
+    auto const mask = ::umask(022);
+    auto const old = folder.file("old.pdf");
+    REQUIRE(::chmod(old.cString(), 0660) == 0);
+    replace(old, "x");
+    CHECK((statusOf(old).st_mode & 07777U) == 0660);
+    auto const fresh = folder.url().child("new.pdf");
+    replace(fresh, "x");
+    CHECK((statusOf(fresh).st_mode & 07777U) == 0644);
+    ::umask(mask);
+}
+
+TEST_CASE("a link stays, and the file that it leads to is replaced")
+{
+    TemporaryFolder const folder;
+    makeFolder(folder.url().child("sub"));
+    auto const file = folder.file("sub/a.pdf", "old");
+    auto const link = folder.url().child("link.pdf");
+    REQUIRE(::symlink("sub/a.pdf", link.cString()) == 0);
+    replace(link, "new");
+    CHECK(S_ISLNK(statusOf(link).st_mode));
+    CHECK(bytesOf(file) == "new");
+    CHECK(namesIn(folder.url().child("sub")) == Names { "a.pdf" });
+}
+
+TEST_CASE("what is no file is not replaced")
+{
+    TemporaryFolder const folder;
+    CHECK(problemOf(makeFolder(folder.url().child("a.pdf"))) == WriteProblem::notAFile);
+    auto const pipe = folder.url().child("pipe.pdf");
+    REQUIRE(::mkfifo(pipe.cString(), 0600) == 0);
+    CHECK(problemOf(pipe) == WriteProblem::notAFile);
+    CHECK(problemOf(FileUrl("/dev/null")) == WriteProblem::notAFile);
+    CHECK(namesIn(folder.url()) == Names { "a.pdf", "pipe.pdf" });
+}
+
+TEST_CASE("a file that came in the meantime is not replaced")
+{
+    TemporaryFolder const folder;
+    auto const target = folder.url().child("a.pdf");
+    {
+        auto const file = begun(target);
+        CHECK(file->write(bytesIn("ours")));
+        folder.file("a.pdf", "theirs");
+        CHECK(file->finish() == WriteProblem::taken);
+    }
+    CHECK(bytesOf(target) == "theirs");
+    CHECK(bytesOf(folder.url().child("a.pdf.part")) == "ours");
+}
+
+TEST_CASE("a folder that is missing and a name that is too long are told apart")
+{
+    TemporaryFolder const folder;
+    CHECK(problemOf(folder.url().child("gone/a.pdf")) == WriteProblem::noFolder);
+    CHECK(problemOf(FileUrl(std::string(folder.url().path()) + "/" + std::string(256, 'a')))
+        == WriteProblem::nameTooLong);
+}
+
+TEST_CASE("a folder and a file that may not be written to are left alone")
+{
+    withoutRights([] {
+        TemporaryFolder const folder;
+        auto const target = folder.file("a.pdf", "old");
+        REQUIRE(::chmod(target.cString(), 0444) == 0);
+        CHECK(problemOf(target) == WriteProblem::notAllowed);
+        REQUIRE(::chmod(folder.url().cString(), 0555) == 0);
+        CHECK(problemOf(folder.url().child("b.pdf")) == WriteProblem::notAllowed);
+        CHECK(namesIn(folder.url()) == Names { "a.pdf" });
+        REQUIRE(::chmod(folder.url().cString(), 0755) == 0);
+    });
+}
+
+TEST_CASE("a full drive keeps the old file and names the part that was written")
+{
+    TemporaryFolder const folder;
+    auto const drive = folder.url().child("drive");
+    bool const mayMount = withPrivateMounts([&] {
+        REQUIRE(mountMemory(drive, "size=1m"));
+        auto const target = folder.file("drive/a.pdf", "old");
+        {
+            auto const file = begun(target);
+            bool isOpen = true;
+            std::vector<std::uint8_t> const bytes(100'000, 'n');
+            for (int i = 0; i < 30 && isOpen; ++i)
+                isOpen = file->write(bytes);
+            CHECK_FALSE(isOpen);
+            CHECK(file->finish() == WriteProblem::noSpace);
+        }
+        CHECK(bytesOf(target) == "old");
+        CHECK(namesIn(drive) == Names { "a.pdf", "a.pdf.part" });
+        ::umount2(drive.cString(), MNT_DETACH);
+    });
+    if (!mayMount)
+        MESSAGE("skipped: this user may not mount file systems");
+}
+
+TEST_CASE("a drive that is full at once is left as it was")
+{
+    TemporaryFolder const folder;
+    auto const drive = folder.url().child("drive");
+    bool const mayMount = withPrivateMounts([&] {
+        REQUIRE(mountMemory(drive, "size=16k"));
+        folder.file("drive/photos", std::string(16 * 1024, 'p'));
+        {
+            auto const file = begun(drive.child("a.pdf"));
+            CHECK(file->write(bytesIn("some")));
+            CHECK(file->finish() == WriteProblem::noSpace);
+        }
+        CHECK(namesIn(drive) == Names { "photos" });
+        ::umount2(drive.cString(), MNT_DETACH);
+    });
+    if (!mayMount)
+        MESSAGE("skipped: this user may not mount file systems");
+}
+
+TEST_CASE("a drive that is read-only says so")
+{
+    TemporaryFolder const folder;
+    auto const drive = folder.url().child("drive");
+    bool const mayMount = withPrivateMounts([&] {
+        REQUIRE(mountMemory(drive));
+        REQUIRE(mountReadOnly(drive));
+        CHECK(problemOf(drive.child("a.pdf")) == WriteProblem::readOnly);
+        ::umount2(drive.cString(), MNT_DETACH);
+    });
+    if (!mayMount)
+        MESSAGE("skipped: this user may not mount file systems");
+}
