@@ -1,0 +1,92 @@
+#include "contactsheet/ContactSheetPictures.h"
+#include "contactsheet/ContactSheetLayout.h"
+#include "images/ImageLoader.h"
+#include "ports/WorkQueue.h"
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+PdfPicture pictureOf(
+    ContactSheetPictures::Services const& services, FileUrl const& url, int thumbnailPixels)
+{
+    auto image = services.loader.cachedThumbnail(url, thumbnailPixels);
+    if (!image)
+        image = services.loader.decodeImage(url, thumbnailPixels, EmbeddedPreviews::prefer);
+    if (!image)
+        return {};
+    return services.pdf.pictureOf(image->image, ContactSheetLayout::cellWhite);
+}
+
+} // namespace
+
+// Outlives the items that never begin.
+struct ContactSheetPictures::Shared {
+    std::mutex lock;
+    std::condition_variable changed;
+    std::map<std::size_t, PdfPicture> ready; ///< by the photo's index
+    std::size_t running = 0;
+    bool isOver = false;
+
+    // Whether the item may touch anything else.
+    bool begin()
+    {
+        std::scoped_lock const guard(lock);
+        if (isOver)
+            return false;
+        ++running;
+        return true;
+    }
+
+    void end(std::size_t index, PdfPicture picture)
+    {
+        std::scoped_lock const guard(lock);
+        --running;
+        ready.emplace(index, std::move(picture));
+        changed.notify_all();
+    }
+};
+
+ContactSheetPictures::ContactSheetPictures(
+    Services const& services, std::span<PhotoItem const> photos, int thumbnailPixels)
+    : services_(services)
+    , photos_(photos)
+    , thumbnailPixels_(thumbnailPixels)
+    // Enough that a slow photo does not hold up the rest, few enough that little memory is needed.
+    , ahead_(4 * services.width + 4)
+    , shared_(std::make_shared<Shared>())
+{
+}
+
+ContactSheetPictures::~ContactSheetPictures()
+{
+    std::unique_lock guard(shared_->lock);
+    shared_->isOver = true;
+    shared_->changed.wait(guard, [this] { return shared_->running == 0; });
+}
+
+PdfPicture ContactSheetPictures::next()
+{
+    askAhead();
+    std::unique_lock guard(shared_->lock);
+    auto& ready = shared_->ready;
+    shared_->changed.wait(guard, [&] { return ready.contains(taken_); });
+    return std::move(ready.extract(taken_++).mapped());
+}
+
+void ContactSheetPictures::askAhead()
+{
+    for (; asked_ < photos_.size() && asked_ < taken_ + ahead_; ++asked_) {
+        services_.queue.add([services = services_, shared = shared_, pixels = thumbnailPixels_,
+                                index = asked_, url = photos_[asked_].url] {
+            if (shared->begin())
+                shared->end(index, pictureOf(services, url, pixels));
+        });
+    }
+}
+
+} // namespace pixelhain
