@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 #include "base/Text.h"
+#include "cli/ContactSheetCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/MetaCommand.h"
 #include "cli/ThumbnailCommand.h"
@@ -14,7 +15,7 @@ using Words = std::span<std::string_view const>;
 // A new command is one line here.
 std::vector<Command const*> commands()
 {
-    return { &listCommand(), &metaCommand(), &thumbnailCommand() };
+    return { &listCommand(), &metaCommand(), &thumbnailCommand(), &contactSheetCommand() };
 }
 
 void printUsage(Command const& command, Output& to)
@@ -37,7 +38,7 @@ void printOverview(Output& to)
     for (auto const* const command : commands()) {
         std::string line = "  ";
         line += command->name;
-        line.resize(std::max<std::size_t>(line.size() + 2, 14), ' ');
+        line.resize(std::max<std::size_t>(line.size() + 2, 17), ' ');
         line += command->summary;
         to.write(line + "\n");
     }

@@ -1,17 +1,12 @@
 #include "cli/ListCommand.h"
+#include "cli/NamingFailures.h"
 #include "codecs/ImageCodecs.h"
 #include "icu/IcuTextOrder.h"
 #include "model/PhotoTest.h"
 #include "model/Scanning.h"
 #include "model/SortKey.h"
-#include "posix/FolderHandle.h"
-#include "posix/PosixFileSystem.h"
 #include <array>
-#include <atomic>
-#include <cerrno>
 #include <cstdlib>
-#include <fcntl.h>
-#include <system_error>
 #include <vector>
 
 namespace pixelhain {
@@ -35,39 +30,6 @@ std::optional<Failure> check(Arguments const& arguments)
         return Failure { "no folder given" };
     return std::nullopt;
 }
-
-// Names every folder that cannot be listed, subfolders too; a scan passes over them in silence.
-class NamingFailures final : public FileSystem {
-public:
-    explicit NamingFailures(CommandContext const& context)
-        : context_(context)
-    {
-    }
-
-    bool list(FileUrl const& folder, EntryVisitor const& visit) const override
-    {
-        if (files_.list(folder, visit))
-            return true;
-        // The folder may have become readable in the meantime, but it was not listed.
-        auto const handle = openFolder(folder.path(), O_RDONLY);
-        context_.complain(folder.path(), std::generic_category().message(handle ? EAGAIN : errno));
-        hasFailed_ = true;
-        return false;
-    }
-    std::vector<std::optional<FileDetails>> details(std::span<FileUrl const> files) const override
-    {
-        return files_.details(files);
-    }
-    bool isFolder(FileUrl const& url) const override { return files_.isFolder(url); }
-    bool exists(FileUrl const& url) const override { return files_.exists(url); }
-
-    bool hasFailed() const { return hasFailed_; }
-
-private:
-    PosixFileSystem files_;
-    CommandContext const& context_;
-    mutable std::atomic<bool> hasFailed_ = false;
-};
 
 ExitCode run(Arguments const& arguments, CommandContext const& context)
 {

@@ -30,6 +30,11 @@ bool Output::flush()
     return error_ == 0;
 }
 
+bool Output::isTerminal() const
+{
+    return ::isatty(descriptor_) == 1;
+}
+
 std::string Output::reason() const
 {
     return std::generic_category().message(error_);

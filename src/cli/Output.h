@@ -17,6 +17,9 @@ public:
     /// Hands everything to the system. False if anything, now or earlier, could not be written.
     [[nodiscard]] bool flush();
 
+    /// Whether somebody watches what is written.
+    [[nodiscard]] bool isTerminal() const;
+
     /// Nothing more can be written; going on is of no use.
     [[nodiscard]] bool hasFailed() const { return error_ != 0; }
 
