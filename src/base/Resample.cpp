@@ -38,12 +38,6 @@ void weigh(std::vector<double>& weights, int first, int end, double centre, doub
     }
 }
 
-int boxFor(int from, int to)
-{
-    auto const ratio = from / to;
-    return ratio < 6 ? 1 : std::min(ratio / 3, largestBox);
-}
-
 int ceilDivided(int value, int by)
 {
     return (value + by - 1) / by;
@@ -69,6 +63,12 @@ void roundWeights(std::vector<double> const& exact, std::int16_t* out)
 
 } // namespace
 
+int averagedPixels(double step)
+{
+    auto const ratio = static_cast<int>(step);
+    return ratio < 6 ? 1 : std::min(ratio / 3, largestBox);
+}
+
 PixelSize fittedSize(PixelSize size, int maxPixel)
 {
     auto const longest = std::max(size.longestSide(), 1);
@@ -80,16 +80,14 @@ PixelSize fittedSize(PixelSize size, int maxPixel)
     return { fitted(size.width), fitted(size.height) };
 }
 
-RowResampler::Filter RowResampler::makeFilter(int from, int box, int to)
+RowResampler::Filter RowResampler::makeFilter(int count, Axis axis, int to)
 {
-    auto const count = ceilDivided(from, box);
-    auto const extent = double(from) / box; // the last box may be cut
-    auto const scale = extent / to;
-    auto const stretch = std::max(scale, 1.0);
+    auto const stretch = std::max(axis.step, 1.0);
     auto const support = lobes * stretch;
+    auto const centreOf = [&](double i) { return (i + 0.5) * axis.step + axis.origin; };
     Filter filter;
     for (int i = 0; i < to; ++i) {
-        auto const centre = (i + 0.5) * scale;
+        auto const centre = centreOf(i);
         auto const first
             = std::clamp(static_cast<int>(std::floor(centre - support + 0.5)), 0, count - 1);
         auto const end
@@ -103,22 +101,31 @@ RowResampler::Filter RowResampler::makeFilter(int from, int box, int to)
     std::vector<double> exact;
     auto* weights = filter.weights.data();
     for (std::size_t i = 0; i < filter.firsts.size(); ++i, weights += filter.taps) {
-        weigh(exact, filter.firsts[i], filter.ends[i], (double(i) + 0.5) * scale, 1 / stretch);
+        weigh(exact, filter.firsts[i], filter.ends[i], centreOf(double(i)), 1 / stretch);
         roundWeights(exact, weights);
     }
     return filter;
 }
 
 RowResampler::RowResampler(PixelSize from, Bitmap& target, ResampleKernels const& kernels)
+    : RowResampler(from, { double(from.width) / target.size.width, 0 },
+        { double(from.height) / target.size.height, 0 }, target, kernels)
+{
+}
+
+RowResampler::RowResampler(
+    PixelSize from, Axis across, Axis down, Bitmap& target, ResampleKernels const& kernels)
     : from_(from)
     , target_(target)
     , kernels_(kernels)
-    , boxX_(boxFor(from.width, target.size.width))
-    , boxY_(boxFor(from.height, target.size.height))
+    , boxX_(averagedPixels(across.step))
+    , boxY_(averagedPixels(down.step))
     , reducedWidth_(ceilDivided(from.width, boxX_))
     , reducedHeight_(ceilDivided(from.height, boxY_))
-    , across_(makeFilter(from.width, boxX_, target.size.width))
-    , down_(makeFilter(from.height, boxY_, target.size.height))
+    , across_(makeFilter(
+          reducedWidth_, { across.step / boxX_, across.origin / boxX_ }, target.size.width))
+    , down_(makeFilter(
+          reducedHeight_, { down.step / boxY_, down.origin / boxY_ }, target.size.height))
     , ringRows_(static_cast<std::size_t>(down_.longest) + 1)
     , ringStride_((static_cast<std::size_t>(reducedWidth_) * 4 + 31) & ~std::size_t { 31 })
     , ring_(ringRows_ * ringStride_)

@@ -23,6 +23,15 @@ public:
     RowResampler(
         PixelSize from, Bitmap& target, ResampleKernels const& kernels = resampleKernels());
 
+    /// A picture's place in the target along one side: the centre of the target's pixel i lies at
+    /// (i + 0.5) × `step` + `origin` of the picture's pixels.
+    struct Axis {
+        double step = 1;
+        double origin = 0;
+    };
+    RowResampler(PixelSize from, Axis across, Axis down, Bitmap& target,
+        ResampleKernels const& kernels = resampleKernels());
+
     /// Room for the next row, `from.width` × 4 bytes; to be filled before `commitRow`.
     [[nodiscard]] std::uint8_t* nextRow();
 
@@ -43,7 +52,7 @@ private:
         int longest = 0; ///< the most that count
     };
 
-    static Filter makeFilter(int from, int box, int to);
+    static Filter makeFilter(int count, Axis axis, int to);
     void takeReducedRow();
     void averageRow();
     void writeRow();
@@ -69,6 +78,9 @@ private:
     int reducedIn_ = 0;
     int rowsOut_ = 0;
 };
+
+/// How many pixels are averaged to one along a side before it is shrunk so much.
+[[nodiscard]] int averagedPixels(double step);
 
 /// `from` at another size; empty if there is no memory for it.
 [[nodiscard]] Bitmap resampled(Bitmap const& from, PixelSize to);

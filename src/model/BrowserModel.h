@@ -75,6 +75,7 @@ public:
     void markInViewer();
     /// Shows the marked photos if there are two, else all, beginning with the one in the viewer.
     void startSlideshow();
+    void toggleInfo() { showInfo = !showInfo; }
     void stopSlideshow();
     void toggleSlideshowPause();
     /// The photo in the viewer, else the marked visible ones, else the one under the cursor.

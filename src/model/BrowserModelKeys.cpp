@@ -142,7 +142,7 @@ bool BrowserModel::KeyActions::performInViewer(KeyAction action)
         model.markInViewer();
         return true;
     case KeyAction::toggleInfo:
-        model.showInfo = !model.showInfo;
+        model.toggleInfo();
         return true;
     case KeyAction::toggleFullScreen:
         model.window_->toggleFullScreen();

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/Geometry.h"
+#include "base/Tint.h"
 #include "images/ImageLoader.h"
 #include "model/PhotoItem.h"
 #include <functional>
@@ -8,22 +9,6 @@
 #include <string_view>
 
 namespace pixelhain {
-
-/// A colour by what it stands for; the toolkit's palette gives the tone.
-enum class ColorRole { clear, accent, primary, secondary, tertiary, black, white };
-
-struct Tint {
-    ColorRole role = ColorRole::clear;
-    double opacity = 1;
-    bool operator==(Tint const&) const = default;
-};
-
-/// A line drawn inside its shape, its outer edge on the shape's.
-struct Stroke {
-    Tint tint;
-    double width = 0;
-    bool operator==(Stroke const&) const = default;
-};
 
 /// One photo of the gallery: what it is, and what to draw for it. Lengths are points, positions
 /// count from the top left of the square picture area.

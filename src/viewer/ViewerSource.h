@@ -1,0 +1,58 @@
+#pragma once
+#include "images/ImageLoader.h"
+#include <memory>
+#include <vector>
+
+namespace pixelhain {
+
+class Background;
+class MainLoop;
+
+/// Where the viewer gets its pictures from. Main thread only; answers come later on the main thread
+/// unless the task is dropped first.
+class ViewerSource {
+public:
+    virtual ~ViewerSource() = default;
+    [[nodiscard]] virtual Task loadDisplayImage(FileUrl const& url, ImageLoader::ImageDone done)
+        = 0;
+    [[nodiscard]] virtual Task loadFullImage(FileUrl const& url, ImageLoader::ImageDone done) = 0;
+    [[nodiscard]] virtual Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) = 0;
+
+    /// What is in memory already.
+    [[nodiscard]] virtual ImageRef cachedDisplayImage(FileUrl const& url) const = 0;
+    [[nodiscard]] virtual std::optional<ImageMeta> knownMeta(FileUrl const& url) const = 0;
+};
+
+/// The image loader as the viewer's source. Full pictures of one file that are asked for while it
+/// is being decoded share that one decode: a zooming gesture asks with each of its steps.
+class LoaderPictures final : public ViewerSource {
+public:
+    /// All three outlive this; metadata is read on a thread of `background`, because the queue of
+    /// the thumbnails may be long.
+    LoaderPictures(ImageLoader& loader, Background& background, MainLoop& loop)
+        : loader_(loader)
+        , background_(background)
+        , loop_(loop)
+    {
+    }
+
+    Task loadDisplayImage(FileUrl const& url, ImageLoader::ImageDone done) override;
+    Task loadFullImage(FileUrl const& url, ImageLoader::ImageDone done) override;
+    Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) override;
+    ImageRef cachedDisplayImage(FileUrl const& url) const override;
+    std::optional<ImageMeta> knownMeta(FileUrl const& url) const override;
+
+private:
+    struct Shared {
+        FileUrl url;
+        Task load;
+        std::vector<std::weak_ptr<ImageLoader::ImageDone>> waiting;
+    };
+
+    ImageLoader& loader_;
+    Background& background_;
+    MainLoop& loop_;
+    std::weak_ptr<Shared> full_; ///< the newest decode of a full picture, while anyone waits for it
+};
+
+} // namespace pixelhain
