@@ -41,6 +41,14 @@ inline constexpr std::size_t tiles = 65536;
 inline constexpr int nestedItems = 8;
 /// Frames of an animation and pages that are counted.
 inline constexpr std::size_t frames = 100'000;
+/// Pixels of an animation's canvas. It is held up to three times (what is shown, what a frame
+/// brings back, the frame itself), and nothing that is played is larger than a large screen.
+inline constexpr std::int64_t canvasPixels = std::int64_t { 1 } << 26;
+/// Bytes that one frame of an animation may be packed in: what a whole canvas takes unpacked.
+inline constexpr std::uint64_t packedFrame = std::uint64_t { 1 } << 28;
+/// Processor time of one frame. The largest canvas takes 3 s; one that takes longer than that is
+/// no animation any more.
+inline constexpr std::chrono::seconds frameTime { 5 };
 /// Processor time of one request, by what is asked for. The largest picture met, 200 megapixels of
 /// HEVC, takes 12 s; a damaged raw file makes its library run for ever.
 inline constexpr std::chrono::seconds metadataTime { 3 };

@@ -1,12 +1,10 @@
 #include "codecs/GifSource.h"
-#include "codecs/ByteStream.h"
 #include "codecs/DecodeLimits.h"
+#include "codecs/GifReader.h"
 #include "codecs/PhotoSource.h"
 #include "codecs/PictureBuilder.h"
 #include <array>
 #include <cstdlib>
-
-#include <gif_lib.h>
 
 namespace pixelhain {
 
@@ -53,68 +51,6 @@ std::size_t countFrames(ByteSource const& bytes)
     return frames;
 }
 
-struct CloseGif {
-    void operator()(GifFileType* gif) const { DGifCloseFile(gif, nullptr); }
-};
-using Gif = std::unique_ptr<GifFileType, CloseGif>;
-
-Gif openStream(ByteStream& stream)
-{
-    return Gif(DGifOpen(
-        &stream,
-        [](GifFileType* gif, GifByteType* into, int length) {
-            auto& from = *static_cast<ByteStream*>(gif->UserData);
-            return static_cast<int>(from.read(into, static_cast<std::size_t>(length)));
-        },
-        nullptr));
-}
-
-// Goes to the first image; returns its transparent index, -1 for none, or nothing if there is
-// no image.
-std::optional<int> goToImage(GifFileType* gif)
-{
-    int hole = NO_TRANSPARENT_COLOR;
-    for (;;) {
-        GifRecordType record = UNDEFINED_RECORD_TYPE;
-        if (DGifGetRecordType(gif, &record) == GIF_ERROR)
-            return {};
-        if (record == IMAGE_DESC_RECORD_TYPE)
-            return DGifGetImageDesc(gif) == GIF_ERROR ? std::nullopt : std::optional(hole);
-        if (record != EXTENSION_RECORD_TYPE)
-            return {};
-        int code = 0;
-        GifByteType* data = nullptr;
-        if (DGifGetExtension(gif, &code, &data) == GIF_ERROR)
-            return {};
-        GraphicsControlBlock control {};
-        if (code == GRAPHICS_EXT_FUNC_CODE && data != nullptr
-            && DGifExtensionToGCB(data[0], data + 1, &control) == GIF_OK)
-            hole = control.TransparentColor;
-        while (data != nullptr) {
-            if (DGifGetExtensionNext(gif, &data) == GIF_ERROR)
-                return {};
-        }
-    }
-}
-
-using Colors = std::array<std::array<std::uint8_t, 4>, 256>;
-
-Colors colorsOf(GifFileType const* gif, int hole)
-{
-    Colors colors {};
-    auto const* map = gif->Image.ColorMap != nullptr ? gif->Image.ColorMap : gif->SColorMap;
-    for (std::size_t i = 0; i < colors.size(); ++i) {
-        colors[i][3] = 255;
-        if (map == nullptr || static_cast<int>(i) >= map->ColorCount)
-            continue;
-        auto const& color = map->Colors[i];
-        colors[i] = { color.Blue, color.Green, color.Red, 255 };
-    }
-    if (hole >= 0 && hole < 256)
-        colors[static_cast<std::size_t>(hole)] = {};
-    return colors;
-}
-
 struct Free {
     void operator()(GifByteType* memory) const { std::free(memory); }
 };
@@ -152,12 +88,11 @@ private:
     // A line that a later pass would have brought repeats the one above it.
     void readPasses()
     {
-        static constexpr std::array<std::size_t, 4> first { 0, 4, 2, 1 };
-        static constexpr std::array<std::size_t, 4> step { 8, 8, 4, 2 };
         std::vector<bool> isRead(height_);
         auto isCut = false;
-        for (std::size_t pass = 0; pass < first.size() && !isCut; ++pass) {
-            for (auto y = first[pass]; y < height_ && !isCut; y += step[pass]) {
+        for (auto const& pass : gifPasses) {
+            for (auto y = static_cast<std::size_t>(pass.first); y < height_ && !isCut;
+                 y += static_cast<std::size_t>(pass.step)) {
                 isCut
                     = DGifGetLine(gif_, pixels_.get() + width_ * y, gif_->Image.Width) == GIF_ERROR;
                 isRead[y] = !isCut;
@@ -179,7 +114,7 @@ private:
 };
 
 // Rows of the canvas: the image where it lies, transparent around it.
-bool drawRows(GifFileType* gif, Colors const& colors, PixelSize canvas, PictureBuilder& builder)
+bool drawRows(GifFileType* gif, GifColors const& colors, PixelSize canvas, PictureBuilder& builder)
 {
     auto const& image = gif->Image;
     auto const shown = std::max(0, std::min(image.Width, canvas.width - image.Left));
@@ -226,13 +161,14 @@ private:
     [[nodiscard]] std::optional<DecodedImage> decodeStored(int maxPixel) override
     {
         ByteStream stream(bytes());
-        auto const gif = openStream(stream);
-        auto const hole = gif ? goToImage(gif.get()) : std::nullopt;
+        auto const gif = openGifStream(stream);
+        auto const control = gif ? goToGifImage(gif.get()) : std::nullopt;
         auto const canvas = traits().size;
         PictureBuilder builder;
-        if (!hole
+        if (!control
             || !builder.begin(canvas, fittedSize(canvas, maxPixel), PixelFormat::premultiplied)
-            || !drawRows(gif.get(), colorsOf(gif.get(), *hole), canvas, builder))
+            || !drawRows(
+                gif.get(), gifColors(gif.get(), control->TransparentColor), canvas, builder))
             return {};
         DecodedImage image;
         image.bitmap = builder.finish({}, Channels::color);

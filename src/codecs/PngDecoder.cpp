@@ -160,10 +160,11 @@ bool planRows(Reader& reader, bool keepDepth, Plan& plan)
     });
 }
 
-void readRows(Reader& reader, Plan const& plan, DeepRowConverter const& deep,
+// Whether all rows came.
+bool readRows(Reader& reader, Plan const& plan, DeepRowConverter const& deep,
     PictureBuilder& builder, std::vector<std::uint16_t>& wide)
 {
-    reader.guarded([&] {
+    return reader.guarded([&] {
         for (int y = 0; y < plan.size.height; ++y) {
             auto* row = builder.nextRow();
             png_read_row(reader.png,
@@ -180,19 +181,19 @@ struct Free {
 };
 
 // All passes are needed before the first row is final. Pages that no pass reached cost nothing.
-void readPasses(
+bool readPasses(
     Reader& reader, Plan const& plan, DeepRowConverter const& deep, PictureBuilder& builder)
 {
     auto const stride = static_cast<std::size_t>(plan.size.width) * (plan.isDeep ? 8U : 4U);
     auto const height = static_cast<std::size_t>(plan.size.height);
     if (stride * height > DecodeLimits::memory)
-        return;
+        return false;
     std::unique_ptr<std::uint8_t, Free> const pixels(
         static_cast<std::uint8_t*>(std::calloc(height, stride)));
     if (!pixels)
-        return;
+        return false;
     bool hasFirstPass = false;
-    reader.guarded([&] {
+    auto const isComplete = reader.guarded([&] {
         for (int pass = 0; pass < PNG_INTERLACE_ADAM7_PASSES; ++pass) {
             for (std::size_t y = 0; y < height; ++y)
                 png_read_row(reader.png, nullptr, pixels.get() + y * stride);
@@ -208,11 +209,10 @@ void readPasses(
             std::memcpy(row, from, stride);
         builder.commitRow();
     }
+    return isComplete;
 }
 
-} // namespace
-
-std::optional<DecodedImage> decodePng(ByteSource const& bytes, int maxPixel)
+std::optional<DecodedImage> decode(ByteSource const& bytes, int maxPixel, bool& isComplete)
 {
     Reader reader(bytes);
     if (!reader.start())
@@ -230,16 +230,29 @@ std::optional<DecodedImage> decodePng(ByteSource const& bytes, int maxPixel)
         return {};
     std::vector<std::uint16_t> wide(
         plan.isDeep ? static_cast<std::size_t>(plan.size.width) * 4 : 0);
-    if (plan.isInterlaced)
-        readPasses(reader, plan, deep, builder);
-    else
-        readRows(reader, plan, deep, builder, wide);
+    isComplete = plan.isInterlaced ? readPasses(reader, plan, deep, builder)
+                                   : readRows(reader, plan, deep, builder, wide);
     DecodedImage image;
     image.bitmap = builder.finish(plan.isDeep ? ByteSpan() : ByteSpan(profile),
         plan.isGrey ? Channels::grey : Channels::color);
     if (image.bitmap.isEmpty())
         return {};
     return image;
+}
+
+} // namespace
+
+std::optional<DecodedImage> decodePng(ByteSource const& bytes, int maxPixel)
+{
+    bool isComplete = false;
+    return decode(bytes, maxPixel, isComplete);
+}
+
+std::optional<DecodedImage> decodeCompletePng(ByteSource const& bytes)
+{
+    bool isComplete = false;
+    auto image = decode(bytes, 0, isComplete);
+    return isComplete ? std::move(image) : std::nullopt;
 }
 
 } // namespace pixelhain

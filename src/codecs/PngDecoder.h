@@ -10,4 +10,7 @@ namespace pixelhain {
 /// What a damaged file still gives is kept.
 [[nodiscard]] std::optional<DecodedImage> decodePng(ByteSource const& bytes, int maxPixel);
 
+/// The picture as large as it is; nothing if any of it is missing or damaged.
+[[nodiscard]] std::optional<DecodedImage> decodeCompletePng(ByteSource const& bytes);
+
 } // namespace pixelhain

@@ -82,8 +82,13 @@ struct GifFrame {
     int delay = 10; ///< hundredths of a second
     int disposal = 0;
     bool isInterlaced = false;
+    bool hasOwnColors = false; ///< a table of its own, in another order than the file's
 };
-FileBytes writeGif(PixelSize canvas, std::vector<GifFrame> const& frames);
+struct GifOptions {
+    int repeats = -1; ///< what the loop extension says; -1: there is none
+};
+FileBytes writeGif(
+    PixelSize canvas, std::vector<GifFrame> const& frames, GifOptions const& options = {});
 
 struct WebpOptions {
     bool isLossless = false;

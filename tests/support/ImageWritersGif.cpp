@@ -10,14 +10,41 @@ namespace {
 
 constexpr unsigned hole = 216;
 
-FileBytes indexRow(RgbaPixels const& pixels, int y)
+// The number of a colour in a frame's table: the file's backwards where it is the frame's own.
+unsigned numberIn(GifFrame const& frame, unsigned index)
+{
+    return frame.hasOwnColors ? 255 - index : index;
+}
+
+FileBytes indexRow(GifFrame const& frame, int y)
 {
     FileBytes row;
-    for (int x = 0; x < pixels.size.width; ++x) {
-        auto const* at = pixels.at(x, y);
-        row.push_back(static_cast<std::uint8_t>(at[3] < 128 ? hole : paletteIndex(at)));
+    for (int x = 0; x < frame.pixels.size.width; ++x) {
+        auto const* at = frame.pixels.at(x, y);
+        row.push_back(
+            static_cast<std::uint8_t>(numberIn(frame, at[3] < 128 ? hole : paletteIndex(at))));
     }
     return row;
+}
+
+ColorMapObject* newTable(GifFrame const& frame)
+{
+    std::array<GifColorType, 256> colors {};
+    for (unsigned i = 0; i < colors.size(); ++i)
+        colors[numberIn(frame, i)] = { static_cast<GifByteType>(paletteColor(i, 0)),
+            static_cast<GifByteType>(paletteColor(i, 1)),
+            static_cast<GifByteType>(paletteColor(i, 2)) };
+    return GifMakeMapObject(colors.size(), colors.data());
+}
+
+void writeRepeats(GifFileType* gif, int repeats)
+{
+    std::array<GifByteType, 3> const block { 1, static_cast<GifByteType>(repeats & 255),
+        static_cast<GifByteType>(repeats >> 8) };
+    EGifPutExtensionLeader(gif, APPLICATION_EXT_FUNC_CODE);
+    EGifPutExtensionBlock(gif, 11, "NETSCAPE2.0");
+    EGifPutExtensionBlock(gif, block.size(), block.data());
+    EGifPutExtensionTrailer(gif);
 }
 
 void writeFrame(GifFileType* gif, GifFrame const& frame)
@@ -25,15 +52,17 @@ void writeFrame(GifFileType* gif, GifFrame const& frame)
     GraphicsControlBlock control {};
     control.DisposalMode = frame.disposal;
     control.DelayTime = frame.delay;
-    control.TransparentColor = static_cast<int>(hole);
+    control.TransparentColor = static_cast<int>(numberIn(frame, hole));
     std::array<GifByteType, 4> extension {};
     EGifGCBToExtension(&control, extension.data());
     EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, extension.size(), extension.data());
     auto const size = frame.pixels.size;
-    EGifPutImageDesc(gif, frame.x, frame.y, size.width, size.height, frame.isInterlaced, nullptr);
+    auto* const table = frame.hasOwnColors ? newTable(frame) : nullptr;
+    EGifPutImageDesc(gif, frame.x, frame.y, size.width, size.height, frame.isInterlaced, table);
+    GifFreeMapObject(table);
     auto const put = [&](int first, int step) {
         for (int y = first; y < size.height; y += step) {
-            auto row = indexRow(frame.pixels, y);
+            auto row = indexRow(frame, y);
             EGifPutLine(gif, row.data(), size.width);
         }
     };
@@ -49,7 +78,7 @@ void writeFrame(GifFileType* gif, GifFrame const& frame)
 
 } // namespace
 
-FileBytes writeGif(PixelSize canvas, std::vector<GifFrame> const& frames)
+FileBytes writeGif(PixelSize canvas, std::vector<GifFrame> const& frames, GifOptions const& options)
 {
     FileBytes file;
     int error = 0;
@@ -64,13 +93,10 @@ FileBytes writeGif(PixelSize canvas, std::vector<GifFrame> const& frames)
     if (gif == nullptr)
         return {};
     EGifSetGifVersion(gif, true);
-    std::array<GifColorType, 256> colors {};
-    for (unsigned i = 0; i < colors.size(); ++i)
-        colors[i] = { static_cast<GifByteType>(paletteColor(i, 0)),
-            static_cast<GifByteType>(paletteColor(i, 1)),
-            static_cast<GifByteType>(paletteColor(i, 2)) };
-    auto* map = GifMakeMapObject(colors.size(), colors.data());
+    auto* map = newTable({});
     EGifPutScreenDesc(gif, canvas.width, canvas.height, 8, 0, map);
+    if (options.repeats >= 0)
+        writeRepeats(gif, options.repeats);
     for (auto const& frame : frames)
         writeFrame(gif, frame);
     GifFreeMapObject(map);
