@@ -20,8 +20,8 @@ if(PIXELHAIN_FUZZ)
 endif()
 target_link_libraries(pixelhain_options INTERFACE Threads::Threads)
 
-# Sanitizers make compiling slow. What nearly every source includes is read once for each target
-# there; the other presets go without, so that a source which lacks an include is found.
+# What nearly every source includes is read once for each target. The presets dev and core go
+# without, so that a source which lacks an include is found.
 function(pixelhain_precompile target)
     get_target_property(sources ${target} SOURCES)
     list(LENGTH sources count)

@@ -15,6 +15,12 @@ void complain(std::string const& reason)
     std::fprintf(stderr, "pixelhain: pictures cannot be decoded: %s\n", reason.c_str());
 }
 
+void warn(std::string const& missing)
+{
+    std::fprintf(
+        stderr, "pixelhain: this kernel does not lock decoders up with: %s\n", missing.c_str());
+}
+
 } // namespace
 
 std::unique_ptr<ImageDecoder> chosenDecoder(DecoderChoice const& choice)
@@ -27,6 +33,7 @@ std::unique_ptr<ImageDecoder> chosenDecoder(DecoderChoice const& choice)
     options.width = choice.width;
     options.niceness = choice.niceness;
     options.complain = complain;
+    options.warn = warn;
     auto decoder = std::make_unique<PooledDecoder>(std::move(options));
     decoder->prepare(choice.first);
     return decoder;

@@ -14,7 +14,7 @@ struct DecoderChoice {
 
 /// A decoder in processes of its own; with PIXELHAIN_DECODER=inprocess in the environment, for
 /// debugging and for benches only, one on the threads that ask. Says on stderr, once, if the
-/// processes cannot be started.
+/// processes cannot be started, or what the kernel lacks to lock them up.
 [[nodiscard]] std::unique_ptr<ImageDecoder> chosenDecoder(DecoderChoice const& choice);
 
 } // namespace pixelhain

@@ -1,4 +1,5 @@
 #include "decoder/WorkerPool.h"
+#include "decoder/Lockdown.h"
 #include <algorithm>
 #include <fstream>
 #include <future>
@@ -115,6 +116,7 @@ std::unique_ptr<WorkerProcess> WorkerPool::pickIdle(int niceness)
 void WorkerPool::giveBack(std::unique_ptr<WorkerProcess> worker)
 {
     ++worker->requests;
+    warnOnce(*worker);
     bool const wasSpent = isSpent(*worker);
     if (wasSpent)
         starter_->bury(std::move(worker));
@@ -208,6 +210,20 @@ void WorkerPool::failedToStart(std::string const& reason)
     hopelessUntil_ = std::max(rate_.next(), Clock::now() + WorkerLimits::firstWait);
     if (!std::exchange(hasComplained_, true) && options_.complain)
         options_.complain(options_.program + ": " + reason);
+}
+
+void WorkerPool::warnOnce(WorkerProcess const& worker)
+{
+    auto const missing = missingHolds({ worker.holds.value_or(0) });
+    if (missing.empty())
+        return;
+    {
+        std::scoped_lock const guard(lock_);
+        if (std::exchange(hasWarned_, true))
+            return;
+    }
+    if (options_.warn)
+        options_.warn(missing);
 }
 
 // When a worker may start; in the past if at once.

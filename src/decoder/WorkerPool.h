@@ -25,6 +25,9 @@ public:
         RestartRate rate {};
         /// Hears once why workers cannot be started; any thread.
         std::function<void(std::string const& reason)> complain;
+        /// Hears once what of its holds the kernel refuses to the workers, which decode all the
+        /// same: "Landlock"; any thread.
+        std::function<void(std::string const& missing)> warn;
     };
 
     explicit WorkerPool(Options options);
@@ -61,6 +64,7 @@ private:
     void startOne();
     void started(WorkerProcess::Started started);
     void failedToStart(std::string const& reason);
+    void warnOnce(WorkerProcess const& worker);
     [[nodiscard]] Clock::time_point nextStart() const;
     [[nodiscard]] bool isHopeless() const;
 
@@ -75,6 +79,7 @@ private:
     bool isClosing_ = false;
     bool hasAnswered_ = false;
     bool hasComplained_ = false;
+    bool hasWarned_ = false;
     int unready_ = 0; ///< that ended in a row before they were ready
     std::optional<Clock::time_point> hopelessUntil_;
     std::condition_variable largeFreed_;

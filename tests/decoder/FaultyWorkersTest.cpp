@@ -5,13 +5,19 @@
 #include "support/Places.h"
 #include "support/TemporaryFolder.h"
 #include <algorithm>
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <doctest/doctest.h>
 #include <fcntl.h>
 #include <fstream>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <mutex>
 #include <random>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <thread>
 
 using namespace pixelhain;
@@ -91,6 +97,20 @@ std::size_t mappings()
     while (std::getline(file, line))
         ++count;
     return count;
+}
+
+// As on a kernel that lacks it.
+bool forbidLandlock()
+{
+    std::array<sock_filter, 4> program { {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_landlock_create_ruleset, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    } };
+    sock_fprog const filter { program.size(), program.data() };
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0
+        && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
 } // namespace
@@ -259,6 +279,22 @@ TEST_CASE("a decoder program that ends at once is told of once, and not waited f
         CHECK_FALSE(desk.shows(url));
     REQUIRE(complaints.size() == 1);
     CHECK(complaints[0] == "/bin/false: it ends as soon as it begins");
+}
+
+TEST_CASE("a kernel that cannot hold the workers is told of once, and pictures come all the same")
+{
+    auto const ending = runForked([] {
+        std::vector<std::string> warnings;
+        auto chosen = options();
+        chosen.warn = [&](std::string const& missing) { warnings.push_back(missing); };
+        if (!forbidLandlock())
+            return 1;
+        Desk desk(std::move(chosen));
+        bool const isShown = desk.shows(desk.good[0]) && desk.shows(desk.good[1]);
+        return isShown && warnings == std::vector<std::string> { "Landlock" } ? 0 : 2;
+    });
+    CHECK(ending.signal == 0);
+    CHECK(ending.code == 0);
 }
 
 TEST_CASE("without descriptors there are no pictures, and with them there are again")
