@@ -100,6 +100,21 @@ TEST_CASE("events that the kernel had to drop are a change, and what they told i
     CHECK(watchCount() == 0);
 }
 
+TEST_CASE("what a new folder held before it was watched is told besides the folder itself")
+{
+    TemporaryFolder const folder;
+    TemporaryFolder const elsewhere;
+    fs::path const root(folder.url().path());
+    fs::path const other(elsewhere.url().path());
+    fs::create_directories(other / "mit/inhalt");
+    std::atomic<int> told = 0;
+    Streaming const streaming(root, [&] { ++told; });
+    REQUIRE(eventually([] { return watchCount() == 1; }));
+    fs::rename(other / "mit", root / "mit");
+    CHECK(eventually([&] { return told == 2; }));
+    CHECK(watchCount() == 3);
+}
+
 TEST_CASE("at the system's own limit what is watched stays watched")
 {
     TemporaryFolder const folder;
