@@ -7,7 +7,10 @@ TEST_CASE("every symbol that the window names is drawn in the wanted colour and 
 {
     for (std::string_view const name :
         { "photo.stack", "photo.on.rectangle.angled", "exclamationmark.triangle", "checkmark",
-            "folder", "folder.fill", "folder.badge.plus", "arrow.clockwise", "arrow.up" }) {
+            "folder", "folder.fill", "folder.badge.plus", "arrow.clockwise", "arrow.up", "sparkles",
+            "square.grid.3x3", "photo", "checkmark.circle", "play.rectangle", "trash",
+            "doc.richtext", "square.and.arrow.up", "keyboard", "questionmark.circle",
+            "lightbulb.fill", "magnifyingglass", "xmark.circle.fill" }) {
         CAPTURE(name);
         auto const image = symbolImage(name, 48, Qt::red);
         REQUIRE(image.size() == QSize(48, 48));
