@@ -60,4 +60,12 @@ AppMenu AppCommands::photos() const
         } };
 }
 
+AppMenu AppCommands::help() const
+{
+    return { "Hilfe",
+        {
+            { "Pixelhain-Hilfe", { "Ctrl+?", "F1" }, openHelp_, nullptr },
+        } };
+}
+
 } // namespace pixelhain

@@ -1,6 +1,7 @@
 #pragma once
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pixelhain {
@@ -26,8 +27,10 @@ struct AppMenu {
 /// own. Keys that titles show in parentheses are the gallery's, not the menu's.
 class AppCommands {
 public:
-    explicit AppCommands(BrowserModel& model)
+    /// `openHelp` opens the help window or brings it to the front.
+    explicit AppCommands(BrowserModel& model, std::function<void()> openHelp = nullptr)
         : model_(model)
+        , openHelp_(std::move(openHelp))
     {
     }
 
@@ -35,9 +38,11 @@ public:
     [[nodiscard]] AppMenu edit() const;
     [[nodiscard]] AppMenu view() const;
     [[nodiscard]] AppMenu photos() const;
+    [[nodiscard]] AppMenu help() const;
 
 private:
     BrowserModel& model_;
+    std::function<void()> openHelp_;
 };
 
 } // namespace pixelhain

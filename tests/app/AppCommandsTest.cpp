@@ -41,6 +41,8 @@ TEST_CASE("the menus name their commands exactly and in order")
         == Names { "In den Papierkorb legen", "Verschieben nach …", "Kopieren nach …",
             "In Zwischenablage kopieren", "", "Im Finder zeigen", "Mit Standard-App öffnen", "",
             "Alle auswählen  (⌘A)", "Auswahl aufheben  (⇧⌘A)", "Auswahl umkehren" });
+    CHECK(commands.help().title == "Hilfe");
+    CHECK(titles(commands.help()) == Names { "Pixelhain-Hilfe" });
 }
 
 TEST_CASE("commands keep their keys and take those of this desktop besides")
@@ -59,6 +61,7 @@ TEST_CASE("commands keep their keys and take those of this desktop besides")
     CHECK(command(commands.file(), "Neu laden").keys == Names { "Ctrl+R", "F5" });
     CHECK(command(commands.file(), "Ordnerliste aktualisieren").keys == Names { "Ctrl+Alt+R" });
     CHECK(command(commands.view(), "Übergeordneter Ordner").keys == Names { "Ctrl+Up", "Alt+Up" });
+    CHECK(command(commands.help(), "Pixelhain-Hilfe").keys == Names { "Ctrl+?", "F1" });
 }
 
 TEST_CASE("undo is there only while something can be undone, all else always")
@@ -127,4 +130,15 @@ TEST_CASE("there is a way up as long as the root is not the top of the file syst
     CHECK(*desk.model().folder == FileUrl("/r/a"));
     up.run();
     CHECK_FALSE(up.isEnabled());
+}
+
+TEST_CASE("the command of the help menu opens the help window")
+{
+    Desk desk;
+    int opened = 0;
+    auto const help
+        = command(AppCommands(desk.model(), [&] { ++opened; }).help(), "Pixelhain-Hilfe");
+    CHECK(!help.isEnabled);
+    help.run();
+    CHECK(opened == 1);
 }

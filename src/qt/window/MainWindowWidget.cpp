@@ -53,7 +53,10 @@ MainWindowWidget::~MainWindowWidget()
 
 void MainWindowWidget::addMenus()
 {
-    AppCommands const commands(model_);
+    AppCommands const commands(model_, [this] {
+        if (openHelp)
+            openHelp();
+    });
     auto* const file = addMenu(commands.file());
     file->addSeparator();
     auto const add = [&](QString const& title, QKeySequence const& key, auto operation) {
@@ -67,6 +70,7 @@ void MainWindowWidget::addMenus()
     addMenu(commands.edit());
     addViewMenu(commands.view());
     addMenu(commands.photos());
+    addMenu(commands.help());
 }
 
 QMenu* MainWindowWidget::addMenu(AppMenu const& menu)

@@ -28,6 +28,9 @@ public:
     std::function<void()> shown;
     std::function<void()> activated;
 
+    /// Opens the help window or brings it to the front.
+    std::function<void()> openHelp;
+
     void focusGallery() override;
     [[nodiscard]] bool isEditingText() const override;
     void beep() override;
