@@ -14,6 +14,7 @@
 #include "posix/ThreadQueue.h"
 #include "qt/app/CommandLine.h"
 #include "qt/app/DesktopColors.h"
+#include "qt/app/HelpWindow.h"
 #include "qt/app/Milestones.h"
 #include "qt/app/Screenshot.h"
 #include "qt/app/TerminationSignals.h"
@@ -136,6 +137,13 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     delegate = std::make_unique<AppDelegate>(model, services.loop, screens,
         [&](std::span<Screen const> all) { loader.updateDisplayPixelSize(all); });
     window.activated = [&] { delegate->applicationDidBecomeActive(); };
+
+    std::unique_ptr<HelpWindow> help;
+    window.openHelp = [&] {
+        if (!help)
+            help = std::make_unique<HelpWindow>(services.textOrder);
+        help->bringForward();
+    };
 
     Milestones milestones(trace, model, window);
     window.shown = [&] { milestones.windowShown(); };

@@ -1,0 +1,58 @@
+#pragma once
+#include "app/HelpSearch.h"
+#include "qt/app/HelpDocument.h"
+#include "qt/window/Tones.h"
+#include <QPainter>
+#include <QPalette>
+#include <string>
+#include <vector>
+
+class QTextDocument;
+class QTextLine;
+
+namespace pixelhain {
+
+/// Letters of a shown topic, counted from the start of the document.
+struct HelpRange {
+    int begin = 0;
+    int end = 0;
+
+    bool operator==(HelpRange const&) const = default;
+};
+
+/// Draws what lies under the letters of a shown topic: its symbol, key caps, numbers' circles, the
+/// boxes of hints and the ground of what was searched for. Edges are on whole device pixels.
+class HelpPainter {
+public:
+    /// `document` as `writeHelpTopic` leaves it.
+    HelpPainter(QTextDocument const& document, QPalette const& palette, double scale);
+
+    /// `painter` stands at the document's origin; draws what touches `area`.
+    void draw(QPainter& painter, QRectF const& area, std::string const& symbol,
+        std::vector<HelpRange> const& matches) const;
+
+    /// Where letters `begin` to `end` of one paragraph are, one rectangle for each line.
+    [[nodiscard]] static std::vector<QRectF> rectangles(
+        QTextBlock const& block, int begin, int end);
+
+private:
+    void drawSymbol(QPainter& painter, std::string_view name, QRectF const& frame, double edge,
+        QColor const& color) const;
+    void drawTitle(QPainter& painter, QTextBlock const& block, std::string const& symbol) const;
+    void drawCircle(QPainter& painter, QTextBlock const& block) const;
+    void drawCap(QPainter& painter, QTextBlock const& block) const;
+    void drawTip(QPainter& painter, QTextBlock const& block) const;
+    void drawMatches(
+        QPainter& painter, QTextBlock const& block, std::vector<HelpRange> const& matches) const;
+    void drawBox(QPainter& painter, QRectF const& box, double corner, QColor const& fill,
+        QColor const& line) const;
+    QRectF snapped(QRectF const& rectangle) const;
+    bool isDark() const;
+
+    QTextDocument const& document_;
+    Tones tones_;
+    QPalette palette_;
+    double scale_;
+};
+
+} // namespace pixelhain
