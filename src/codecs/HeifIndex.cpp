@@ -118,6 +118,18 @@ std::optional<PixelSize> HeifIndex::uprightSizeOf(ItemId item) const
     return size;
 }
 
+PixelSize HeifIndex::unturnedSize() const
+{
+    auto size = this->size();
+    for (auto const& [type, contents] : propertiesOf(primary_)) {
+        std::array<std::uint8_t, 1> quarters {};
+        if (type == fourCharacters("irot") && bytes_->readAt(contents.offset, quarters) == 1
+            && (quarters[0] & 1) != 0)
+            size = size.turned();
+    }
+    return size;
+}
+
 std::optional<int> HeifIndex::orientation() const
 {
     constexpr std::array byQuarters { 1, 8, 3, 6 }; // anticlockwise
@@ -347,21 +359,34 @@ std::vector<HeifIndex::Patch> HeifIndex::patchesFor(ItemId item) const
     return patches;
 }
 
-std::optional<ByteRange> HeifIndex::exif() const
+// Where the items lie that describe the primary picture.
+std::vector<ByteRange> HeifIndex::descriptions(std::uint32_t type) const
 {
+    std::vector<ByteRange> found;
     for (auto const& reference : references_) {
         auto const* item = find(reference.from);
-        if (reference.type != fourCharacters("cdsc") || item == nullptr
-            || item->type != fourCharacters("Exif")
-            || std::ranges::find(reference.to, primary_) == reference.to.end())
-            continue;
-        auto const start = bytesAt(*bytes_, item->data.offset, 4);
-        if (start.size() < 4 || item->data.length < 4)
-            return {};
-        // The first number says how far behind it the TIFF header stands.
-        return rangeAfter(item->data, std::uint64_t { 4 } + bigEndian32(start.data()));
+        if (reference.type == fourCharacters("cdsc") && item != nullptr && item->type == type
+            && std::ranges::find(reference.to, primary_) != reference.to.end())
+            found.push_back(item->data);
     }
-    return {};
+    return found;
+}
+
+std::optional<ByteRange> HeifIndex::exif() const
+{
+    auto const blocks = descriptions(fourCharacters("Exif"));
+    if (blocks.empty() || blocks.front().length < 4)
+        return {};
+    auto const start = bytesAt(*bytes_, blocks.front().offset, 4);
+    if (start.size() < 4)
+        return {};
+    // The first number says how far behind it the TIFF header stands.
+    return rangeAfter(blocks.front(), std::uint64_t { 4 } + bigEndian32(start.data()));
+}
+
+std::vector<ByteRange> HeifIndex::texts() const
+{
+    return descriptions(fourCharacters("mime"));
 }
 
 } // namespace pixelhain

@@ -45,6 +45,8 @@ public:
     {
         return codedSizeOf(primary_).value_or(PixelSize {});
     }
+    /// Cropped, but not turned.
+    [[nodiscard]] PixelSize unturnedSize() const;
     /// The EXIF orientation that says the same as the file's own turns; nothing if it is cropped or
     /// mirrored as well.
     [[nodiscard]] std::optional<int> orientation() const;
@@ -62,6 +64,8 @@ public:
     [[nodiscard]] std::optional<CodePoints> codePoints() const;
     /// The EXIF block of the primary picture, from its TIFF header on.
     [[nodiscard]] std::optional<ByteRange> exif() const;
+    /// Texts that describe the primary picture, such as its XMP packet.
+    [[nodiscard]] std::vector<ByteRange> texts() const;
 
     /// Pixels that are decoded for `item`, tiles and alpha included; nothing if it does not hold
     /// together.
@@ -109,6 +113,7 @@ private:
     [[nodiscard]] std::vector<std::uint8_t> tableAt(ByteRange range) const;
     [[nodiscard]] Item const* find(ItemId item) const;
     [[nodiscard]] bool isAlpha(ItemId item) const;
+    [[nodiscard]] std::vector<ByteRange> descriptions(std::uint32_t type) const;
     [[nodiscard]] std::vector<ItemId> partsOf(ItemId item) const;
     [[nodiscard]] std::vector<IsoBox> propertiesOf(ItemId item) const;
     [[nodiscard]] std::optional<PixelSize> codedSizeOf(ItemId item) const;

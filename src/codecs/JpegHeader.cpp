@@ -12,7 +12,7 @@ constexpr int mostSegments = 4096;
 // Bytes between segments that are skipped in all, each at the price of a read.
 constexpr int mostStray = 4096;
 // Blocks of metadata that are looked into; cameras write one of each kind.
-constexpr int mostBlocks = 16;
+constexpr std::size_t mostBlocks = 16;
 
 struct Segment {
     std::uint8_t marker = 0;
@@ -60,26 +60,34 @@ std::optional<Segment> nextSegment(ByteSource const& bytes, std::uint64_t offset
 }
 
 void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHeader& header,
-    std::vector<ProfilePart>& parts, int& blocks)
+    std::vector<ProfilePart>& parts, std::size_t& blocks)
 {
-    std::array<std::uint8_t, 14> start {};
+    constexpr std::uint64_t profileHead = 14;
+    constexpr std::uint64_t packetHead = 29;
+    std::array<std::uint8_t, packetHead> start {};
     auto const got = bytes.readAt(segment.offset,
         std::span(start).first(
             static_cast<std::size_t>(std::min<std::uint64_t>(segment.length, start.size()))));
     auto const known = ByteSpan(start).first(got);
     if (segment.marker == 0xE1 && startsWith(known, "Exif\0") && known.size() > 6) {
         constexpr std::uint64_t skip = 6;
+        ByteRange const block { segment.offset + skip, segment.length - skip };
+        if (header.exifBlocks.size() < mostBlocks)
+            header.exifBlocks.push_back(block);
         if (header.traits.exif == ExifSummary {} && ++blocks <= mostBlocks) {
-            header.exif = ByteRange { segment.offset + skip, segment.length - skip };
+            header.exif = block;
             header.traits.exif = readExif(bytes, header.exif->offset, header.exif->length);
         }
+    } else if (segment.marker == 0xE1 && startsWith(known, "http://ns.adobe.com/xap/1.0/\0")) {
+        if (header.packets.size() < mostBlocks)
+            header.packets.push_back({ segment.offset + packetHead, segment.length - packetHead });
     } else if (segment.marker == 0xE2 && startsWith(known, "MPF\0")) {
         if (++blocks <= mostBlocks)
             header.traits.pictures = readMultiPictureIndex(bytes, segment.offset + 4);
     } else if (segment.marker == 0xE2 && startsWith(known, "ICC_PROFILE\0")
-        && known.size() == start.size()) {
+        && known.size() >= profileHead) {
         parts.push_back({ start[12], start[13],
-            { segment.offset + start.size(), segment.length - start.size() } });
+            { segment.offset + profileHead, segment.length - profileHead } });
     }
 }
 
@@ -104,7 +112,7 @@ std::optional<JpegHeader> readJpegHeader(ByteSource const& bytes)
     std::vector<ProfilePart> parts;
     std::uint64_t offset = 2;
     int stray = 0;
-    int blocks = 0;
+    std::size_t blocks = 0;
     for (int i = 0; i < mostSegments; ++i) {
         auto const segment = nextSegment(bytes, offset, stray);
         if (!segment || segment->marker == 0xDA)

@@ -9,6 +9,8 @@ struct JpegHeader {
     PhotoTraits traits;
     std::vector<ByteRange> profileParts; ///< in their order
     std::optional<ByteRange> exif; ///< from its TIFF header on
+    std::vector<ByteRange> exifBlocks; ///< all of them; `exif` is the one that counts
+    std::vector<ByteRange> packets; ///< XMP
     std::uint8_t frame = 0; ///< the marker of the first frame: 0xC0 baseline, 0xC3 lossless, ...
     int precision = 0; ///< bits of a sample
 };

@@ -1,19 +1,12 @@
 #include "codecs/MakerNote.h"
-#include "codecs/ByteView.h"
+#include "codecs/MakerNoteDirectory.h"
 #include <array>
 
 namespace pixelhain {
 
 namespace {
 
-enum class Maker : std::uint8_t { nikon, pentax, olympus, other };
-
-/// A note's directory, with a reader that knows what its offsets count from.
-struct OpenNote {
-    Maker maker = Maker::other;
-    TiffReader reader;
-    std::uint32_t directory = 0;
-};
+using Style = MakerNoteDirectory::Style;
 
 namespace tag {
 constexpr std::uint16_t jpegOffset = 0x0201;
@@ -27,69 +20,27 @@ struct OffsetAndLength {
     std::uint16_t length;
 };
 
-std::optional<OpenNote> openNote(
-    ByteSource const& bytes, TiffReader const& reader, TiffField const& note)
-{
-    auto const start = reader.bytes(note, 16);
-    if (start.size() < 16)
-        return {};
-    auto const at = reader.base() + note.valueOffset;
-    auto const isBigEndianAt = [&](std::size_t place) {
-        if (start[place] == start[place + 1] && (start[place] == 'M' || start[place] == 'I'))
-            return start[place] == 'M';
-        return reader.isBigEndian();
-    };
-    auto const inside = [&](Maker maker, std::size_t order, std::uint32_t directory) {
-        return OpenNote { maker, TiffReader(bytes, at, isBigEndianAt(order)), directory };
-    };
-    auto const outside = [&](Maker maker, bool isBigEndian, std::uint32_t directory) {
-        return OpenNote { maker, TiffReader(bytes, reader.base(), isBigEndian),
-            note.valueOffset + directory };
-    };
-    if (startsWith(start, "Nikon\0\2")) {
-        auto const own = TiffReader::open(bytes, at + 10);
-        if (!own)
-            return {};
-        return OpenNote { Maker::nikon, *own, own->firstDirectory() };
-    }
-    if (startsWith(start, "AOC\0"))
-        return outside(Maker::pentax, isBigEndianAt(4), 6);
-    if (startsWith(start, "PENTAX \0"))
-        return inside(Maker::pentax, 8, 10);
-    if (startsWith(start, "OLYMPUS\0"))
-        return inside(Maker::olympus, 8, 12);
-    if (startsWith(start, "OM SYSTEM\0"))
-        return inside(Maker::olympus, 12, 16);
-    auto const order = reader.isBigEndian();
-    if (startsWith(start, "OLYMP\0") || startsWith(start, "EPSON\0"))
-        return outside(Maker::olympus, order, 8);
-    if (startsWith(start, "SONY DSC \0") || startsWith(start, "SONY CAM \0")
-        || startsWith(start, "Panasonic\0"))
-        return outside(Maker::other, order, 12);
-    return outside(Maker::other, order, 0);
-}
-
 class NoteScan {
 public:
-    NoteScan(TiffReader const& file, OpenNote const& note, TiffDirectory const& directory)
+    NoteScan(TiffReader const& file, MakerNoteDirectory const& note)
         : file_(file)
         , note_(note)
-        , directory_(directory)
+        , directory_(note.directory)
     {
     }
 
     MakerNote scan()
     {
-        if (note_.maker == Maker::nikon)
-            addFrom(subDirectory(0x0011), { tag::jpegOffset, tag::jpegLength });
-        if (note_.maker == Maker::pentax)
+        if (note_.style == Style::nikon)
+            addFrom(note_.subDirectory(0x0011), { tag::jpegOffset, tag::jpegLength });
+        if (note_.style == Style::pentax)
             addFrom(directory_, { 0x0004, 0x0003 });
-        if (note_.maker == Maker::olympus)
-            addFrom(subDirectory(0x2020), { 0x0101, 0x0102 });
-        if (note_.maker == Maker::olympus || note_.maker == Maker::other)
+        if (note_.style == Style::olympus)
+            addFrom(note_.subDirectory(0x2020), { 0x0101, 0x0102 });
+        if (note_.style == Style::olympus || note_.style == Style::other)
             addMinolta();
-        if (note_.maker == Maker::other) {
-            addFrom(subDirectory(0x0035), { tag::jpegOffset, tag::jpegLength }); // Samsung
+        if (note_.style == Style::other) {
+            addFrom(note_.subDirectory(0x0035), { tag::jpegOffset, tag::jpegLength }); // Samsung
             addStored(0x2001); // Sony
         }
         found_.colors = colors();
@@ -104,19 +55,6 @@ private:
         constexpr std::array<std::uint16_t, 3> stored { 0x0081, 0x0100, 0x0280 };
         for (auto const tag : stored)
             addStored(tag);
-    }
-
-    [[nodiscard]] std::optional<TiffDirectory> subDirectory(std::uint16_t tag) const
-    {
-        auto const* field = directory_.find(tag);
-        if (field == nullptr)
-            return {};
-        constexpr std::uint16_t undefined = 7;
-        // Kept in the field itself or pointed at.
-        if (field->type == undefined && field->count > 4)
-            return note_.reader.directory(field->valueOffset);
-        auto const at = note_.reader.number(*field);
-        return at ? note_.reader.directory(*at) : std::nullopt;
     }
 
     void addFrom(std::optional<TiffDirectory> const& directory, OffsetAndLength tags)
@@ -143,8 +81,8 @@ private:
 
     [[nodiscard]] RawColors colors() const
     {
-        auto const isNikon = note_.maker == Maker::nikon;
-        if (!isNikon && note_.maker != Maker::other)
+        auto const isNikon = note_.style == Style::nikon;
+        if (!isNikon && note_.style != Style::other)
             return RawColors::unknown;
         // Nikon and Canon number alike.
         auto const value = note_.reader.number(directory_, isNikon ? 0x001E : 0x00B4);
@@ -154,7 +92,7 @@ private:
     }
 
     TiffReader const& file_;
-    OpenNote const& note_;
+    MakerNoteDirectory const& note_;
     TiffDirectory const& directory_;
     MakerNote found_;
 };
@@ -163,11 +101,10 @@ private:
 
 MakerNote readMakerNote(ByteSource const& bytes, TiffReader const& reader, TiffField const& note)
 {
-    auto const open = openNote(bytes, reader, note);
-    auto const directory = open ? open->reader.directory(open->directory) : std::nullopt;
-    if (!directory)
+    auto const open = openMakerNote(bytes, reader, note);
+    if (!open)
         return {};
-    return NoteScan(reader, *open, *directory).scan();
+    return NoteScan(reader, *open).scan();
 }
 
 RawColors exifColors(TiffReader const& reader, TiffDirectory const& exif)

@@ -16,6 +16,7 @@ constexpr int deepest = 8;
 namespace tag {
 constexpr unsigned typeMask = 0x3FFF;
 constexpr unsigned isInEntry = 0x4000;
+constexpr unsigned camera = 0x080A;
 constexpr unsigned imageSpec = 0x1810;
 constexpr unsigned jpegFromRaw = 0x2007;
 constexpr unsigned thumbnail = 0x2008;
@@ -71,6 +72,8 @@ private:
         auto const isHeap = (type & 0x3800) == 0x2800 || (type & 0x3800) == 0x3000;
         if (type == tag::jpegFromRaw || type == tag::thumbnail)
             contents_.jpegs.push_back({ offset, length });
+        else if (type == tag::camera)
+            contents_.camera = { offset, length };
         else if (type == tag::imageSpec)
             takeImageSpec(offset, length);
         else if (isHeap)

@@ -30,6 +30,8 @@ struct RawContents {
     bool isDng = false;
     std::vector<ByteRange> jpegs; ///< where previews may lie: nothing there is checked
     std::vector<PlainPicture> plains;
+    std::vector<ByteRange> exif; ///< EXIF blocks, in kinds that are no TIFF themselves
+    ByteRange camera; ///< its make and its model, a NUL behind each, in kinds without EXIF
 };
 
 /// Whether a file that begins with `start`, 16 bytes at least, is a RAW file in a maker's own

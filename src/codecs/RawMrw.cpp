@@ -38,8 +38,10 @@ bool readMrw(ByteSource const& bytes, RawContents& contents)
         if (startsWith(head, "\0PRD")) {
             takeSizes(bytes, at + headBytes, contents);
             size = contents.size;
-        } else if (startsWith(head, "\0TTW"))
+        } else if (startsWith(head, "\0TTW")) {
+            contents.exif.push_back({ at + headBytes, length });
             static_cast<void>(readTiffRaw(bytes, at + headBytes, contents));
+        }
         at += headBytes + length;
     }
     if (size.width > 0)
