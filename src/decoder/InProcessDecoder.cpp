@@ -1,4 +1,5 @@
 #include "decoder/InProcessDecoder.h"
+#include "codecs/FileProperties.h"
 #include "codecs/ImageCodecs.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
@@ -38,6 +39,16 @@ std::optional<ImageMeta> InProcessDecoder::readMeta(FileUrl const& file)
 {
     return withImage<ImageMeta>(
         file, [](ImageSource& image) { return std::optional(pixelhain::readMeta(image)); });
+}
+
+std::optional<PhotoProperties> InProcessDecoder::readProperties(FileUrl const& file)
+try {
+    auto bytes = OpenedFile::open(file);
+    if (!bytes || bytes->size() == 0)
+        return std::nullopt;
+    return readFileProperties(std::move(bytes), openImage);
+} catch (std::exception const&) {
+    return std::nullopt;
 }
 
 } // namespace pixelhain

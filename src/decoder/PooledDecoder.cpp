@@ -1,5 +1,6 @@
 #include "decoder/PooledDecoder.h"
 #include "codecs/DecodeLimits.h"
+#include "decoder/PropertiesRecord.h"
 #include "decoder/WorkerMain.h"
 #include "posix/OpenedFile.h"
 #include <array>
@@ -64,6 +65,7 @@ struct PooledDecoder::Job {
     int turns = 0;
     std::optional<DecoderResponse> response {};
     Bitmap bitmap {};
+    std::optional<PhotoProperties> properties {};
 };
 
 PooledDecoder::PooledDecoder(WorkerPool::Options options, Deadline deadline)
@@ -74,7 +76,7 @@ PooledDecoder::PooledDecoder(WorkerPool::Options options, Deadline deadline)
 
 std::chrono::nanoseconds PooledDecoder::usualDeadline(DecoderRequest const& request)
 {
-    if (request.operation == DecoderOperation::readMeta)
+    if (request.operation != DecoderOperation::decode)
         return DecodeLimits::metadataTime;
     return decodeTime(request.maxPixel);
 }
@@ -106,6 +108,14 @@ std::optional<ImageMeta> PooledDecoder::readMeta(FileUrl const& file)
         meta.size = PixelSize { response->width, response->height };
     meta.isAnimated = (response->flags & DecoderResponse::isAnimated) != 0;
     return meta;
+}
+
+std::optional<PhotoProperties> PooledDecoder::readProperties(FileUrl const& file)
+{
+    Job job;
+    job.request.operation = DecoderOperation::readProperties;
+    static_cast<void>(serve(file, job));
+    return std::move(job.properties);
 }
 
 std::optional<DecoderResponse> PooledDecoder::serve(FileUrl const& url, Job& job)
@@ -152,7 +162,7 @@ Exchange PooledDecoder::ask(WorkerProcess& worker, OpenedFile const& file, Job& 
     request.id = ++lastId_;
     std::array<int, 2> descriptors { file.descriptor(), -1 };
     std::size_t count = 1;
-    if (request.operation == DecoderOperation::decode) {
+    if (needsSpace(request.operation)) {
         request.space = DecoderSpace::own;
         request.spaceBytes = ownSpaceBytes;
         if (job.passedBytes > 0)
@@ -165,8 +175,18 @@ Exchange PooledDecoder::ask(WorkerProcess& worker, OpenedFile const& file, Job& 
         }
     }
     auto const time = deadline_(request);
-    return Exchange::with(worker, request, std::span(descriptors).first(count),
+    auto exchange = Exchange::with(worker, request, std::span(descriptors).first(count),
         { time, time * WorkerLimits::clockFactor });
+    if (request.operation == DecoderOperation::readProperties
+        && exchange.end == Exchange::End::answered
+        && exchange.response.status == DecoderStatus::done) {
+        // The worker can still write there, so only a copy can be trusted to stay what it is.
+        auto const* const record = worker.space().data();
+        job.properties = unpackProperties(std::vector(record, record + exchange.response.bytes));
+        if (!job.properties)
+            exchange.end = Exchange::End::wrong;
+    }
+    return exchange;
 }
 
 PooledDecoder::Next PooledDecoder::hear(

@@ -25,6 +25,7 @@ public:
 
     [[nodiscard]] std::optional<DecodedPicture> decode(DecodeRequest const& request) override;
     [[nodiscard]] std::optional<ImageMeta> readMeta(FileUrl const& file) override;
+    [[nodiscard]] std::optional<PhotoProperties> readProperties(FileUrl const& file) override;
 
     /// By DecodeLimits.
     [[nodiscard]] static std::chrono::nanoseconds usualDeadline(DecoderRequest const& request);

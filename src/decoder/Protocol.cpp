@@ -1,5 +1,6 @@
 #include "decoder/Protocol.h"
 #include "codecs/DecodeLimits.h"
+#include "codecs/PropertyLimits.h"
 #include "decoder/Lockdown.h"
 #include "posix/OpenedFile.h"
 #include <algorithm>
@@ -23,16 +24,18 @@ template <typename Record> std::optional<Record> recordIn(DecoderMessage const& 
 
 bool isKnown(DecoderRequest const& request)
 {
-    return (request.operation == DecoderOperation::readMeta
-               || request.operation == DecoderOperation::decode)
+    return request.operation >= DecoderOperation::readMeta
+        && request.operation <= DecoderOperation::readProperties
         && request.space <= DecoderSpace::passed && request.previews <= EmbeddedPreviews::prefer
         && std::ranges::all_of(request.unused, [](auto byte) { return byte == 0; });
 }
 
 bool hasItsSpace(DecoderRequest const& request, std::size_t descriptors)
 {
-    auto const fits
-        = (request.operation == DecoderOperation::decode) == (request.space != DecoderSpace::none);
+    auto const fits = needsSpace(request.operation) == (request.space != DecoderSpace::none);
+    auto const isPicture = request.operation == DecoderOperation::decode;
+    if (request.space == DecoderSpace::passed && !isPicture)
+        return false;
     auto const file = std::size_t { 1 };
     return fits && (request.space == DecoderSpace::none) == (request.spaceBytes == 0)
         && request.spaceBytes <= DecodeLimits::bitmap
@@ -83,12 +86,32 @@ bool isMeta(DecoderResponse const& response)
         && response.bytesPerRow == 0 && response.bytes == 0;
 }
 
+// What is in the space is looked at once it is copied out of it.
+bool isProperties(DecoderResponse const& response, DecoderRequest const& asked)
+{
+    return saysNothingMore(response) && response.bytes <= PropertyLimits::all
+        && response.bytes <= asked.spaceBytes;
+}
+
+bool isWhatWasAsked(DecoderResponse const& response, DecoderRequest const& asked)
+{
+    switch (asked.operation) {
+    case DecoderOperation::readMeta:
+        return isMeta(response);
+    case DecoderOperation::decode:
+        return isPicture(response, asked);
+    case DecoderOperation::readProperties:
+        return isProperties(response, asked);
+    }
+    return false;
+}
+
 bool answers(DecoderResponse const& response, DecoderRequest const& asked)
 {
     auto const isDecode = asked.operation == DecoderOperation::decode;
     switch (response.status) {
     case DecoderStatus::done:
-        return isDecode ? isPicture(response, asked) : isMeta(response);
+        return isWhatWasAsked(response, asked);
     case DecoderStatus::nothing:
         return saysNothingMore(response) && response.bytes == 0;
     case DecoderStatus::needsSpace:

@@ -16,6 +16,7 @@ namespace pixelhain {
 enum class DecoderOperation : std::uint16_t {
     readMeta = 1, ///< the upright size, and whether the file is an animation
     decode, ///< a picture of at most `maxPixel`, into the space
+    readProperties, ///< what the file states about its photo, packed into the space
 };
 
 /// Where the answer's bytes go.
@@ -91,6 +92,12 @@ inline constexpr std::int32_t largestStatedSide = 1'000'000;
 /// the request and lies within the space, so it can be used without another look.
 [[nodiscard]] std::optional<DecoderResponse> parseResponse(
     DecoderMessage const& message, DecoderRequest const& asked);
+
+/// Whether an answer to this goes into a space.
+[[nodiscard]] constexpr bool needsSpace(DecoderOperation operation)
+{
+    return operation != DecoderOperation::readMeta;
+}
 
 /// The room that a picture of at most `maxPixel` takes, at most; 0: none that can be handed over.
 [[nodiscard]] std::uint64_t spaceForPicture(PixelSize size);

@@ -1,6 +1,8 @@
 #include "decoder/Worker.h"
 #include "codecs/DecodeLimits.h"
+#include "codecs/FileProperties.h"
 #include "decoder/CarefulSource.h"
+#include "decoder/PropertiesRecord.h"
 #include "decoder/SpaceMemory.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
@@ -91,7 +93,10 @@ void Worker::run(std::uint32_t holds)
 DecoderResponse Worker::answer(
     DecoderRequest const& request, Descriptor file, Descriptor space) const
 try {
-    auto image = opener_(OpenedFile::adopt(std::move(file), request.fileBytes));
+    auto bytes = OpenedFile::adopt(std::move(file), request.fileBytes);
+    if (request.operation == DecoderOperation::readProperties)
+        return readProperties(request, std::move(bytes));
+    auto image = opener_(std::move(bytes));
     if (!image)
         return {};
     if (request.operation == DecoderOperation::readMeta)
@@ -126,6 +131,20 @@ DecoderResponse Worker::decode(
     if (auto const missing = careful.missingMemory())
         return plainResponse(DecoderStatus::needsMemory, *missing);
     return {};
+}
+
+DecoderResponse Worker::readProperties(
+    DecoderRequest const& request, std::unique_ptr<ByteSource> file) const
+{
+    auto const properties = readFileProperties(std::move(file), opener_);
+    if (!properties)
+        return {};
+    auto const record = packProperties(*properties);
+    if (record.size() > std::min<std::uint64_t>(request.spaceBytes, space_.size()))
+        return {};
+    if (!record.empty())
+        std::memcpy(space_.data(), record.data(), record.size());
+    return plainResponse(DecoderStatus::done, record.size());
 }
 
 DecoderResponse Worker::deliver(DecodedPicture const& picture, WritableSpace const& target)

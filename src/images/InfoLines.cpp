@@ -1,5 +1,6 @@
 #include "images/InfoLines.h"
 #include "base/Text.h"
+#include "ports/ImageDecoder.h"
 #include "ports/TextFormats.h"
 #include <algorithm>
 #include <array>
@@ -129,6 +130,12 @@ std::vector<std::string> infoLines(PhotoItem const& item,
         date(item, known, formats), camera(known), lens(known), exposure(known) };
     lines.erase(std::remove(lines.begin() + 1, lines.end(), std::string()), lines.end());
     return lines;
+}
+
+std::vector<std::string> infoLines(
+    PhotoItem const& item, ImageDecoder& decoder, TextFormats const& formats)
+{
+    return infoLines(item, decoder.readProperties(item.url), formats);
 }
 
 } // namespace pixelhain

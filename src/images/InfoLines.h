@@ -7,6 +7,7 @@
 
 namespace pixelhain {
 
+class ImageDecoder;
 class TextFormats;
 
 /// What is shown of a photo in words, a line each: its name; resolution and file size; when it was
@@ -14,5 +15,9 @@ class TextFormats;
 /// left out. `properties`: nothing for a file that cannot be read.
 [[nodiscard]] std::vector<std::string> infoLines(PhotoItem const& item,
     std::optional<PhotoProperties> const& properties, TextFormats const& formats);
+
+/// The same of what the file states. Reads it, so it waits for the disk; for any thread.
+[[nodiscard]] std::vector<std::string> infoLines(
+    PhotoItem const& item, ImageDecoder& decoder, TextFormats const& formats);
 
 } // namespace pixelhain

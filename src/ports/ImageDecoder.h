@@ -2,6 +2,7 @@
 #include "base/Bitmap.h"
 #include "base/FileUrl.h"
 #include "base/Geometry.h"
+#include "ports/PhotoProperties.h"
 #include <cstdint>
 #include <optional>
 
@@ -46,6 +47,8 @@ public:
     virtual ~ImageDecoder() = default;
     [[nodiscard]] virtual std::optional<DecodedPicture> decode(DecodeRequest const& request) = 0;
     [[nodiscard]] virtual std::optional<ImageMeta> readMeta(FileUrl const& file) = 0;
+    /// What the file states about its photo; read from its directories, no pixel is decoded.
+    [[nodiscard]] virtual std::optional<PhotoProperties> readProperties(FileUrl const& file) = 0;
 };
 
 } // namespace pixelhain

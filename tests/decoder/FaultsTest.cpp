@@ -75,6 +75,21 @@ TEST_CASE("answers that are cut, doubled or the last of a worker cost one pictur
     }
 }
 
+TEST_CASE("wrong properties cost one picture")
+{
+    Faults faults;
+    REQUIRE(faults.decodesGood());
+    for (std::string const command :
+        { "lie:record", "lie:bytes", "lie:size", "lie:memory", "short", "leave" }) {
+        CAPTURE(command);
+        CHECK_FALSE(faults.decoder.readProperties(
+            faults.folder.file("fault " + command + ".jpg", faultFile(command))));
+        auto const properties = faults.decoder.readProperties(faults.good);
+        REQUIRE(properties);
+        CHECK(properties->pixelSize == PixelSize { 64, 48 });
+    }
+}
+
 TEST_CASE("no attack from inside a worker succeeds")
 {
     Faults faults;

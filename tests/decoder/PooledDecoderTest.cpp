@@ -125,6 +125,48 @@ TEST_CASE("every photo comes out of another process as it does here")
     }
 }
 
+TEST_CASE("what every photo states is the same through another process and here")
+{
+    Decoders decoders;
+    for (auto const& row : photoAnswers({ "jpeg", "png", "gif", "webp", "tiff", "bmp", "heif",
+             "avif", "jxl", "raw", "broken" })) {
+        CAPTURE(row.at("path"));
+        FileUrl const url(photosFolder() + "/" + row.at("path"));
+        auto const properties = decoders.pooled.readProperties(url);
+        if (row.at("kind") == "ok")
+            REQUIRE(properties);
+        // A picture that its codec dies of dies alone there.
+        if (properties)
+            CHECK(properties == decoders.here.readProperties(url));
+    }
+}
+
+TEST_CASE("what a file states comes out of another process")
+{
+    TemporaryFolder const folder;
+    Decoders decoders;
+    ExifOptions exif;
+    exif.make = "Maker";
+    exif.model = "Model X";
+    exif.dateTimeOriginal = "2026:11:21 10:00:00";
+    JpegOptions options;
+    options.exif = exifBlock(exif);
+    auto const url = folder.file("a.jpg", view(writeJpeg(colorful({ 60, 40 }), options)));
+    PhotoProperties wanted;
+    wanted.pixelSize = PixelSize { 60, 40 };
+    wanted.make = "Maker";
+    wanted.model = "Model X";
+    wanted.dateTimeOriginal = "2026:11:21 10:00:00";
+    CHECK(decoders.pooled.readProperties(url) == wanted);
+    CHECK(decoders.here.readProperties(url) == wanted);
+    for (auto const& file : { folder.url().child("gone.jpg"), folder.url(),
+             folder.file("text.jpg", "no picture"), folder.file("empty.jpg", "") }) {
+        CAPTURE(file.path());
+        CHECK_FALSE(decoders.pooled.readProperties(file));
+        CHECK_FALSE(decoders.here.readProperties(file));
+    }
+}
+
 TEST_CASE("no damaged photo costs more than its own picture")
 {
     PooledDecoder decoder(usualOptions());

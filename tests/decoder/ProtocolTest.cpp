@@ -1,5 +1,6 @@
 #include "decoder/Protocol.h"
 #include "codecs/DecodeLimits.h"
+#include "codecs/PropertyLimits.h"
 #include "decoder/Lockdown.h"
 #include "posix/OpenedFile.h"
 #include <array>
@@ -35,6 +36,15 @@ DecoderRequest decodeRequest()
     request.spaceBytes = mebibyte;
     request.maxPixel = 512;
     request.previews = EmbeddedPreviews::prefer;
+    return request;
+}
+
+DecoderRequest propertiesRequest()
+{
+    auto request = metaRequest();
+    request.operation = DecoderOperation::readProperties;
+    request.space = DecoderSpace::own;
+    request.spaceBytes = mebibyte;
     return request;
 }
 
@@ -105,7 +115,7 @@ TEST_CASE("a request that no program sends is refused")
         { "another magic", [](auto& r) { r.magic ^= 1; } },
         { "a response's magic", [](auto& r) { r.magic = DecoderResponse::theMagic; } },
         { "operation 0", [](auto& r) { r.operation = numbered<DecoderOperation>(0); } },
-        { "an unknown operation", [](auto& r) { r.operation = numbered<DecoderOperation>(3); } },
+        { "an unknown operation", [](auto& r) { r.operation = numbered<DecoderOperation>(4); } },
         { "no space for a picture", [](auto& r) { r.space = DecoderSpace::none; } },
         { "an unknown kind of space", [](auto& r) { r.space = numbered<DecoderSpace>(3); } },
         { "space of no bytes", [](auto& r) { r.spaceBytes = 0; } },
@@ -136,6 +146,38 @@ TEST_CASE("a request without its descriptors, or with more, is refused")
     CHECK_FALSE(parseRequest(messageOf(passed, 1)));
     CHECK(parseRequest(messageOf(passed, 2)));
     CHECK_FALSE(parseRequest(messageOf(metaRequest(), 2)));
+}
+
+TEST_CASE("properties are asked for with the worker's own space")
+{
+    CHECK(parseRequest(messageOf(propertiesRequest(), 1)));
+    auto request = propertiesRequest();
+    request.space = DecoderSpace::passed;
+    CHECK_FALSE(parseRequest(messageOf(request, 2)));
+    request = propertiesRequest();
+    request.space = DecoderSpace::none;
+    request.spaceBytes = 0;
+    CHECK_FALSE(parseRequest(messageOf(request, 1)));
+}
+
+TEST_CASE("properties are of a bounded length, and come with nothing else")
+{
+    auto const answered = [](DecoderResponse const& response) {
+        return parseResponse(messageOf(response, 0), propertiesRequest()).has_value();
+    };
+    auto const good = plain(DecoderStatus::done, PropertyLimits::all);
+    CHECK(answered(good));
+    CHECK(answered(plain(DecoderStatus::done, 0)));
+    CHECK(answered(plain(DecoderStatus::nothing)));
+    CHECK_FALSE(answered(plain(DecoderStatus::done, PropertyLimits::all + 1)));
+    CHECK_FALSE(answered(plain(DecoderStatus::done, std::uint64_t { 1 } << 62)));
+    CHECK_FALSE(answered(plain(DecoderStatus::needsSpace, 2 * mebibyte)));
+    CHECK_FALSE(answered(plain(DecoderStatus::needsMemory, 2 * mebibyte)));
+    CHECK_FALSE(answered(picture()));
+    CHECK_FALSE(answered(metaAnswer()));
+    auto small = propertiesRequest();
+    small.spaceBytes = PropertyLimits::all - 1;
+    CHECK_FALSE(parseResponse(messageOf(good, 0), small));
 }
 
 TEST_CASE("an answer arrives as it was sent")

@@ -1,4 +1,5 @@
 #include "images/InfoLines.h"
+#include "support/FakeImageDecoder.h"
 #include "support/FakeTextFormats.h"
 #include <doctest/doctest.h>
 #include <limits>
@@ -200,4 +201,19 @@ TEST_CASE("a name that is not UTF-8 is shown with replacement characters")
 {
     PhotoItem const odd { FileUrl("/gr\xFC\xDF.jpg"), distantPast, 1 };
     CHECK(infoLines(odd, std::nullopt, FakeTextFormats()).front() == "gr\uFFFD\uFFFD.jpg");
+}
+
+TEST_CASE("the lines of a file are those of what its decoder reads")
+{
+    FakeImageDecoder decoder;
+    FakeImageDecoder::File file;
+    file.properties.emplace();
+    file.properties->model = "Pixel 6";
+    decoder.put(item.url, file);
+    CHECK(infoLines(item, decoder, FakeTextFormats())
+        == Lines { "IMG_1.jpg", "52 B", "Geändert: second 1000", "Pixel 6" });
+    CHECK(decoder.propertyReads() == std::vector { item.url });
+    PhotoItem const missing { FileUrl("/photos/gone.jpg"), item.date, 7 };
+    CHECK(infoLines(missing, decoder, FakeTextFormats())
+        == Lines { "gone.jpg", "7 B", "Geändert: second 1000" });
 }

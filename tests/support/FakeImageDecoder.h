@@ -25,6 +25,7 @@ public:
     struct File {
         ImageMeta meta;
         PixelSize decoded { 4, 3 }; ///< what every request for pixels gets
+        std::optional<PhotoProperties> properties {};
     };
 
     void put(FileUrl const& url, File const& file)
@@ -54,6 +55,12 @@ public:
         return file ? std::optional(file->meta) : std::nullopt;
     }
 
+    std::optional<PhotoProperties> readProperties(FileUrl const& url) override
+    {
+        auto const file = record(propertyReads_, url, url);
+        return file ? file->properties : std::nullopt;
+    }
+
     std::vector<DecodeRequest> decodes() const
     {
         std::scoped_lock const guard(lock_);
@@ -63,6 +70,11 @@ public:
     {
         std::scoped_lock const guard(lock_);
         return metaReads_;
+    }
+    std::vector<FileUrl> propertyReads() const
+    {
+        std::scoped_lock const guard(lock_);
+        return propertyReads_;
     }
 
     std::function<void()> whileDecoding; ///< set before use
@@ -81,6 +93,7 @@ private:
     std::map<FileUrl, File> files_;
     std::vector<DecodeRequest> decodes_;
     std::vector<FileUrl> metaReads_;
+    std::vector<FileUrl> propertyReads_;
 };
 
 } // namespace pixelhain
