@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 #include "base/Text.h"
 #include "cli/ContactSheetCommand.h"
+#include "cli/InfoCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/MetaCommand.h"
 #include "cli/ThumbnailCommand.h"
@@ -15,7 +16,8 @@ using Words = std::span<std::string_view const>;
 // A new command is one line here.
 std::vector<Command const*> commands()
 {
-    return { &listCommand(), &metaCommand(), &thumbnailCommand(), &contactSheetCommand() };
+    return { &listCommand(), &metaCommand(), &infoCommand(), &thumbnailCommand(),
+        &contactSheetCommand() };
 }
 
 void printUsage(Command const& command, Output& to)

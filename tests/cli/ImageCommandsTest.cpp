@@ -107,6 +107,37 @@ TEST_CASE("with --display previews inside the files are left alone, at any size"
     CHECK(desk.out.text() == path + "\t200\t150\tscaled\n");
 }
 
+TEST_CASE("info prints the lines of each photo, an empty line between them")
+{
+    Desk desk;
+    ExifOptions exif;
+    exif.make = "Canon";
+    exif.model = "Canon EOS \nR5\x1B[2J";
+    exif.dateTimeOriginal = "2023:05:17 14:30:12";
+    JpegOptions options;
+    options.exif = exifBlock(exif);
+    desk.add("a.jpg", writeJpeg(RgbaPixels::filled({ 40, 30 }, 0x0000C0FF), options));
+    auto const missing = desk.addMissing("gone.jpg");
+    desk.add("gr\xFC\xDF.jpg", picture({ 1, 1 }));
+    CHECK(desk.run({ "info" }) == 1);
+    auto const text = desk.out.text();
+    CAPTURE(text);
+    auto const second = text.find("\n\ngr\uFFFD\uFFFD.jpg\n1 × 1 px (0.0 MP) · ");
+    REQUIRE(second != std::string::npos);
+    auto const first = text.substr(0, second);
+    CHECK(first.starts_with("a.jpg\n40 × 30 px (0.0 MP) · "));
+    CHECK(first.ends_with("\nAufgenommen: 2023:05:17 14:30:12\nCanon EOS ?R5?[2J"));
+    CHECK(text.find("\nGeändert: ", second) != std::string::npos);
+    CHECK(desk.errors.text() == "pixelhain-cli: " + missing + ": cannot be read\n");
+}
+
+TEST_CASE("info without a file is a wrong call")
+{
+    Desk desk;
+    CHECK(desk.run({ "info" }) == 2);
+    CHECK(desk.errors.text().starts_with("pixelhain-cli: info: no file given\nUsage: "));
+}
+
 TEST_CASE("a file that cannot be read is named, and the others are still done")
 {
     Desk desk;
