@@ -44,6 +44,9 @@ public:
         ImageDecoder& decoder;
         WorkQueue& thumbQueue; ///< max(2, processors) side by side
         WorkQueue& displayQueue; ///< 3 side by side, at a higher priority
+        /// Called with each display image that was decoded, on the thread that did it, before
+        /// anyone gets it. It must outlive that thread.
+        std::function<void(std::shared_ptr<CGImageBox const> const&)> displayImageMade {};
     };
     struct Limits {
         CacheLimits thumbs { 734'003'200, std::nullopt }; // 700 MiB

@@ -77,6 +77,8 @@ ImageRef LoaderCore::makeDisplayImage(FileUrl const& url)
 {
     int const pixels = displayPixelSize;
     auto image = decode(url, pixels, EmbeddedPreviews::ignore);
+    if (image && services_.displayImageMade)
+        services_.displayImageMade(image);
     if (image)
         displayCache_.store(imageKey(pixels, url), image, image->image.cost());
     return image;

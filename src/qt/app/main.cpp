@@ -28,6 +28,7 @@
 #include "qt/ports/QtSharing.h"
 #include "qt/ports/QtWorkspace.h"
 #include "qt/ports/UserTime.h"
+#include "qt/viewer/PreparedPictures.h"
 #include "qt/window/MainWindowWidget.h"
 #include "sidebar/SidebarPorts.h"
 #include <QApplication>
@@ -101,6 +102,7 @@ struct Services {
     InotifyFolderEvents folderEvents { loop, { isTreeName } };
     ThreadQueue thumbQueue { thumbWidth(), thumbNiceness };
     ThreadQueue displayQueue { displayWidth, displayNiceness };
+    PreparedPictures prepared;
 };
 
 void speakGerman(QApplication& application)
@@ -117,7 +119,8 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     Trace const trace;
     QtPreferences preferences(QtPreferences::defaultFile());
     ImageLoader loader({ services.loop, services.background, *services.decoder, services.thumbQueue,
-        services.displayQueue });
+        services.displayQueue,
+        [&prepared = services.prepared](ImageRef const& image) { prepared.prepare(image); } });
     LoaderPrefetch prefetch(loader);
     BrowserModel model({ services.loop, services.background, services.files, preferences,
         services.textOrder, services.imageTypes, services.panels, services.operations,
@@ -128,6 +131,11 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     MainWindowWidget window({ model, thumbnails, services.background, services.loop, &menu },
         { services.loop, services.background, services.files, services.textOrder,
             services.imageTypes, &services.folderEvents, &services.workspace });
+    LoaderPictures pictures(loader, services.background, services.loop);
+    ShareMenu share(model, services.sharing, services.clipboard);
+    window.content().addViewer({ model, pictures, services.background, services.loop,
+        services.prepared,
+        [](PhotoItem const& item) { return std::vector { std::string(item.name()) }; }, &share });
     // The same way out as by the window's own button: files are finished, settings are written.
     TerminationSignals const endings([] { QApplication::closeAllWindows(); });
     services.panels.setParent(&window);

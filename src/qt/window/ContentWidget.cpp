@@ -114,7 +114,10 @@ ContentWidget::ContentWidget(
 // The stack hands the focus on when another page comes up.
 void ContentWidget::focusDetail()
 {
-    detail_->currentWidget()->setFocus();
+    if (viewer_ && view_.showsViewer())
+        viewer_->setFocus();
+    else
+        detail_->currentWidget()->setFocus();
 }
 
 bool ContentWidget::showsSidebar() const
@@ -152,6 +155,15 @@ void ContentWidget::modelChanged()
     sidebar_->modelChanged();
     grid_->modelChanged();
     statusBar_->modelChanged();
+    if (viewer_)
+        viewer_->modelChanged();
+}
+
+void ContentWidget::addViewer(ViewerWidget::Services const& services)
+{
+    viewer_ = new ViewerWidget(services, this);
+    viewer_->closing = [this] { detail_->currentWidget()->setFocus(); };
+    viewer_->setGeometry(rect());
 }
 
 void ContentWidget::setDropTargeted(bool targeted)
@@ -192,6 +204,8 @@ void ContentWidget::dropEvent(QDropEvent* event)
 void ContentWidget::resizeEvent(QResizeEvent*)
 {
     dropHighlight_->setGeometry(rect());
+    if (viewer_)
+        viewer_->setGeometry(rect());
 }
 
 } // namespace pixelhain

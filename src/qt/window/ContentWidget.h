@@ -1,4 +1,5 @@
 #pragma once
+#include "qt/viewer/ViewerWidget.h"
 #include "qt/window/GridWidget.h"
 #include "window/ContentView.h"
 #include <QWidget>
@@ -15,7 +16,8 @@ class StatusBarWidget;
 struct SidebarPorts;
 
 /// The content of the main window: a column for the folders, and beside it
-/// the gallery or an empty state above the status bar. Takes files that are dropped on it.
+/// the gallery or an empty state above the status bar; the viewer over all of it while a photo is
+/// open. Takes files that are dropped on it.
 class ContentWidget final : public QWidget {
 public:
     ContentWidget(GridWidget::Services const& services, SidebarPorts const& sidebar,
@@ -26,6 +28,11 @@ public:
     GridWidget const& grid() const { return *grid_; }
     SidebarWidget& sidebar() { return *sidebar_; }
     SidebarWidget const& sidebar() const { return *sidebar_; }
+
+    /// Has photos shown large by a viewer from now on; without one they are not.
+    void addViewer(ViewerWidget::Services const& services);
+    ViewerWidget* viewer() { return viewer_; }
+    ViewerWidget const* viewer() const { return viewer_; }
 
     /// Gives the keyboard to the gallery, or to what stands in its place for now.
     void focusDetail();
@@ -53,6 +60,7 @@ private:
     EmptyStateWidget* empty_;
     GridWidget* grid_;
     StatusBarWidget* statusBar_;
+    ViewerWidget* viewer_ = nullptr;
     QWidget* dropHighlight_;
 };
 

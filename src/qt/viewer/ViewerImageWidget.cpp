@@ -1,0 +1,181 @@
+#include "qt/viewer/ViewerImageWidget.h"
+#include "qt/viewer/DevicePixels.h"
+#include "qt/viewer/PreparedPictures.h"
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+// A photo that is not there yet is waited for so long before the one before makes way.
+constexpr Milliseconds longestWait { 700 };
+
+} // namespace
+
+ViewerImageWidget::ViewerImageWidget(
+    ViewerContainer& container, PicturePainter::Services const& services, QWidget* parent)
+    : QWidget(parent)
+    , container_(container)
+    , services_(services)
+    , painter_(services, [this] { update(); })
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_NoSystemBackground);
+    setFocusPolicy(Qt::StrongFocus);
+    grabGesture(Qt::PinchGesture);
+    clock_.start();
+}
+
+Milliseconds ViewerImageWidget::now() const
+{
+    return Milliseconds(static_cast<double>(clock_.nsecsElapsed()) / 1e6);
+}
+
+PictureArea ViewerImageWidget::area() const
+{
+    return { devicePixels(*this), devicePixelRatioF() };
+}
+
+PixelSize ViewerImageWidget::measured(double scale) const
+{
+    auto const& meta = container_.meta();
+    return measuredSize(painter_.size(), meta ? meta->size : std::nullopt, scale);
+}
+
+void ViewerImageWidget::photoChanged(std::chrono::milliseconds crossFade)
+{
+    fade_.reset();
+    if (crossFade.count() > 0 && !painter_.isEmpty())
+        fade_ = CrossFade { frozen(), crossFade, std::nullopt };
+    painter_.clear();
+    pressed_.reset();
+    motion_ = ZoomMotion();
+    isComplete_ = false;
+    if (fade_)
+        animate();
+    pictureChanged({});
+}
+
+void ViewerImageWidget::pictureChanged(std::chrono::milliseconds time)
+{
+    auto const* const image = container_.image();
+    if (image) {
+        if (!image->isAnimated())
+            painter_.show(image->shown());
+        motion_.moveTo(image->zoom(), time, now());
+    }
+    place();
+    if (isMoving())
+        animate();
+    updatePointer();
+    isComplete_ = false;
+    update();
+}
+
+void ViewerImageWidget::showFrame(Bitmap const& frame)
+{
+    painter_.showFrame(frame);
+    place();
+    isComplete_ = false;
+    update();
+}
+
+bool ViewerImageWidget::isMoving() const
+{
+    return motion_.isMoving(now()) || fade_;
+}
+
+void ViewerImageWidget::animate()
+{
+    if (frames_.isActive())
+        return;
+    auto const refresh = screen() ? screen()->refreshRate() : 60.0;
+    auto const frame = std::clamp(static_cast<int>(1000 / std::max(refresh, 1.0)), 4, 16);
+    frames_.start(frame, Qt::PreciseTimer, this);
+}
+
+void ViewerImageWidget::timerEvent(QTimerEvent*)
+{
+    if (!isMoving())
+        frames_.stop();
+    place();
+    update();
+}
+
+void ViewerImageWidget::place()
+{
+    auto const zoom = motion_.at(now());
+    painter_.place(area().pixels, picturePlace(area(), measured(zoom.scale), zoom));
+}
+
+void ViewerImageWidget::resizeEvent(QResizeEvent*)
+{
+    services_.prepared.setArea(area().pixels);
+    place();
+}
+
+// What stands on the screen now, for blending over.
+QImage ViewerImageWidget::frozen()
+{
+    auto const size = area().pixels;
+    QImage image(size.width, size.height, QImage::Format_RGB32);
+    if (image.isNull())
+        return image;
+    QPainter painter(&image);
+    painter_.paint(painter, image.rect());
+    return image;
+}
+
+void ViewerImageWidget::paintEvent(QPaintEvent* event)
+{
+    auto const scale = devicePixelRatioF();
+    auto const pixels = area().pixels;
+    services_.prepared.setArea(pixels);
+    place();
+    {
+        QPainter painter(this);
+        useDevicePixels(painter, scale);
+        auto const dirty = touchedPixels(event->rect(), scale)
+                               .intersected({ 0, 0, pixels.width, pixels.height });
+        painter_.paint(painter, dirty);
+        if (fade_)
+            paintFade(painter, dirty);
+    }
+    auto const* const image = container_.image();
+    if (image && image->content() != ViewerImage::Content::spinner)
+        container_.shown();
+    isComplete_ = !isMoving() && (painter_.isEmpty() || painter_.isSharp());
+    if (painted)
+        painted();
+}
+
+void ViewerImageWidget::paintFade(QPainter& painter, QRect const& dirty)
+{
+    auto const* const image = container_.image();
+    bool const isThere = image && image->content() != ViewerImage::Content::spinner;
+    if (!fade_->start)
+        fade_->start = now() + (isThere ? Milliseconds(0) : longestWait);
+    else if (isThere && *fade_->start > now())
+        fade_->start = now();
+    auto const share = easeInOut((now() - *fade_->start) / fade_->duration);
+    if (share >= 1) {
+        fade_.reset();
+        return;
+    }
+    painter.setOpacity(1 - share);
+    painter.drawImage(dirty.topLeft(), fade_->before, dirty);
+    painter.setOpacity(1);
+}
+
+bool ViewerImageWidget::isComplete() const
+{
+    auto const* const image = container_.image();
+    return isComplete_ && image && image->content() != ViewerImage::Content::spinner;
+}
+
+} // namespace pixelhain

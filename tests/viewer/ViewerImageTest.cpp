@@ -1,0 +1,387 @@
+#include "viewer/ViewerImage.h"
+#include "support/FakeLoop.h"
+#include "support/FakeThumbnails.h"
+#include "support/FakeViewerSource.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+using namespace std::chrono_literals;
+using Kind = FakeViewerSource::Kind;
+using Content = ViewerImage::Content;
+
+namespace {
+
+PhotoItem photo(std::string const& name)
+{
+    return { FileUrl("/Fotos/" + name), {}, 0 };
+}
+
+struct Shown {
+    FakeLoop loop;
+    FakeViewerSource source;
+    std::vector<std::chrono::milliseconds> changes;
+    ViewerImage image;
+
+    explicit Shown(bool isAnimated = false)
+        : image(source, loop, photo("a.jpg"), isAnimated,
+            [this](std::chrono::milliseconds time) { changes.push_back(time); })
+    {
+    }
+
+    void pinchTo(double magnification)
+    {
+        image.pinch(magnification);
+        image.endPinch();
+    }
+    void dragBy(double x, double y)
+    {
+        image.drag({ x, y });
+        image.endDrag();
+    }
+    std::size_t fullLoads() const { return source.asked(Kind::full); }
+};
+
+} // namespace
+
+TEST_CASE("a photo in memory is shown at once and nothing is loaded")
+{
+    FakeLoop loop;
+    FakeViewerSource source;
+    source.pictures[photo("a.jpg").url] = pictureOf(30, 20);
+    ViewerImage image(source, loop, photo("a.jpg"), false, [](auto) {});
+    CHECK(image.content() == Content::picture);
+    image.appear();
+    CHECK(source.asked(Kind::display) == 0);
+}
+
+TEST_CASE("a photo that is not in memory is loaded when it comes on screen")
+{
+    Shown s;
+    CHECK(s.image.content() == Content::spinner);
+    CHECK(s.source.asked(Kind::display) == 0);
+    s.image.appear();
+    CHECK(s.source.asked(Kind::display) == 1);
+    CHECK(s.image.content() == Content::spinner);
+    auto const picture = pictureOf(30, 20);
+    s.source.answer(Kind::display, picture);
+    CHECK(s.image.content() == Content::picture);
+    CHECK(s.image.image() == picture);
+    CHECK(s.image.shown() == picture);
+    CHECK_FALSE(s.image.failed());
+    CHECK(s.changes.size() == 1);
+}
+
+TEST_CASE("a photo that cannot be read is said to have failed")
+{
+    Shown s;
+    s.image.appear();
+    s.source.answer(Kind::display, nullptr);
+    CHECK(s.image.failed());
+    CHECK(s.image.content() == Content::failure);
+    CHECK(ViewerImage::failedText == "Bild kann nicht gelesen werden");
+    CHECK(ViewerImage::failedSymbol == "exclamationmark.triangle");
+}
+
+TEST_CASE("a photo that is left gives up its loads")
+{
+    FakeLoop loop;
+    FakeViewerSource source;
+    int changes = 0;
+    {
+        ViewerImage image(source, loop, photo("a.jpg"), false, [&](auto) { ++changes; });
+        image.appear();
+        image.doubleClick();
+        CHECK(source.wanted(Kind::display).size() == 1);
+        CHECK(source.wanted(Kind::full).size() == 1);
+        changes = 0;
+    }
+    CHECK(source.wanted(Kind::display).empty());
+    CHECK(source.wanted(Kind::full).empty());
+    source.answer(Kind::display, pictureOf(3, 2));
+    source.answer(Kind::full, pictureOf(3, 2));
+    CHECK(changes == 0);
+}
+
+TEST_CASE("an animation loads neither the screen-sized nor the full picture")
+{
+    Shown s(true);
+    CHECK(s.image.content() == Content::animation);
+    s.image.appear();
+    s.image.doubleClick();
+    CHECK(s.image.scale() == 2.5);
+    s.pinchTo(3);
+    CHECK(s.source.asked(Kind::display) == 0);
+    CHECK(s.source.asked(Kind::full) == 0);
+}
+
+TEST_CASE("a double click zooms to 2.5, and a second one goes back to the middle")
+{
+    Shown s;
+    s.image.doubleClick();
+    CHECK(s.image.scale() == 2.5);
+    CHECK(s.changes.back() == 200ms);
+    s.dragBy(30, 40);
+    CHECK(s.image.zoom() == Zoom { 2.5, { 30, 40 } });
+    s.image.doubleClick();
+    CHECK(s.image.zoom() == Zoom {});
+    CHECK(s.changes.back() == 200ms);
+    // The pan is forgotten, not kept for later.
+    s.image.doubleClick();
+    s.dragBy(10, 0);
+    CHECK(s.image.zoom() == Zoom { 2.5, { 10, 0 } });
+}
+
+TEST_CASE("a double click on a picture that is hardly zoomed keeps its place")
+{
+    Shown s;
+    s.pinchTo(1.5);
+    s.dragBy(20, 0);
+    s.image.pinch(1.005 / 1.5);
+    CHECK(s.image.scale() == doctest::Approx(1.005));
+    s.image.doubleClick();
+    CHECK(s.image.zoom() == Zoom { 2.5, { 20, 0 } });
+}
+
+TEST_CASE("pinching stays between 1 and 10")
+{
+    Shown s;
+    s.image.pinch(0.5);
+    CHECK(s.image.scale() == 1.0);
+    s.image.endPinch();
+    CHECK(s.image.scale() == 1.0);
+    s.pinchTo(40);
+    CHECK(s.image.scale() == 10.0);
+    s.pinchTo(0.5);
+    CHECK(s.image.scale() == 5.0);
+}
+
+TEST_CASE("each pinch goes on from where the last one ended")
+{
+    Shown s;
+    s.image.pinch(1.5);
+    s.image.pinch(2);
+    CHECK(s.image.scale() == 2.0);
+    s.image.endPinch();
+    s.pinchTo(1.5);
+    CHECK(s.image.scale() == 3.0);
+}
+
+TEST_CASE("a pinch begins with a change of a hundredth")
+{
+    Shown s;
+    s.image.pinch(1.0099);
+    CHECK(s.image.scale() == 1.0);
+    s.image.endPinch();
+    CHECK(s.changes.empty());
+    s.image.pinch(1.011);
+    CHECK(s.image.scale() == doctest::Approx(1.011));
+    s.image.pinch(1.005); // begun is begun
+    CHECK(s.image.scale() == doctest::Approx(1.005));
+}
+
+TEST_CASE("a pinch that ends at 1.005 snaps back and clears the pan")
+{
+    Shown s;
+    s.pinchTo(2);
+    s.dragBy(50, -20);
+    s.pinchTo(1.005 / 2);
+    CHECK(s.image.zoom() == Zoom {});
+    CHECK(s.changes.back() == 150ms);
+}
+
+TEST_CASE("a pinch that ends at 1.02 keeps it and the pan")
+{
+    Shown s;
+    s.pinchTo(2);
+    s.dragBy(50, -20);
+    s.pinchTo(1.02 / 2);
+    CHECK(s.image.scale() == doctest::Approx(1.02));
+    CHECK(s.image.zoom().offset == Point { 50, -20 });
+    CHECK(s.changes.back() == 0ms);
+}
+
+TEST_CASE("a drag of nine points does nothing, one of ten moves the picture")
+{
+    Shown s;
+    s.image.doubleClick();
+    s.image.drag({ 9, 0 });
+    CHECK(s.image.zoom().offset == Point {});
+    s.image.drag({ 6, 8 });
+    CHECK(s.image.zoom().offset == Point { 6, 8 });
+    s.image.drag({ 1, 1 }); // begun is begun
+    CHECK(s.image.zoom().offset == Point { 1, 1 });
+    s.image.endDrag();
+    s.dragBy(100, 0);
+    CHECK(s.image.zoom().offset == Point { 101, 1 });
+    s.dragBy(5, 5);
+    CHECK(s.image.zoom().offset == Point { 101, 1 });
+}
+
+TEST_CASE("a drag of any length does nothing while the picture is not zoomed")
+{
+    Shown s;
+    s.dragBy(500, 500);
+    CHECK(s.image.zoom() == Zoom {});
+    CHECK(s.changes.empty());
+    s.image.pinch(1.2);
+    s.image.pinch(1.01);
+    s.dragBy(500, 500);
+    CHECK(s.image.zoom().offset == Point {});
+}
+
+TEST_CASE("the picture may be dragged out of view")
+{
+    Shown s;
+    s.image.doubleClick();
+    s.dragBy(1e5, -1e5);
+    CHECK(s.image.zoom().offset == Point { 1e5, -1e5 });
+}
+
+TEST_CASE("pinching and dragging go on at the same time")
+{
+    Shown s;
+    s.image.pinch(2);
+    s.image.drag({ 20, 0 });
+    s.image.pinch(3);
+    s.image.drag({ 30, 0 });
+    s.image.endPinch();
+    s.image.endDrag();
+    CHECK(s.image.zoom() == Zoom { 3, { 30, 0 } });
+}
+
+TEST_CASE("a double click starts exactly one load of the full picture")
+{
+    Shown s;
+    s.image.doubleClick();
+    CHECK(s.fullLoads() == 1);
+}
+
+TEST_CASE("a pinch to 1.3 starts no load of the full picture, beyond it does")
+{
+    Shown s;
+    s.image.pinch(1.15);
+    s.image.pinch(1.3);
+    CHECK(s.fullLoads() == 0);
+    s.image.pinch(1.31);
+    CHECK(s.fullLoads() == 1);
+}
+
+TEST_CASE("every further change asks again until the full picture is there")
+{
+    Shown s;
+    s.image.appear();
+    s.source.answer(Kind::display, pictureOf(30, 20));
+    s.image.pinch(1.4);
+    s.image.pinch(1.5);
+    s.image.pinch(1.5); // no change
+    s.image.pinch(1.6);
+    CHECK(s.fullLoads() == 3);
+    auto const full = pictureOf(300, 200);
+    s.source.answer(Kind::full, full);
+    CHECK(s.image.full() == full);
+    CHECK(s.image.shown() == full);
+    s.image.pinch(1.7);
+    CHECK(s.fullLoads() == 3);
+}
+
+TEST_CASE("a full picture that cannot be had leaves the screen-sized one in place")
+{
+    Shown s;
+    s.image.appear();
+    auto const picture = pictureOf(30, 20);
+    s.source.answer(Kind::display, picture);
+    s.image.doubleClick();
+    s.source.answer(Kind::full, nullptr);
+    CHECK(s.image.shown() == picture);
+    CHECK_FALSE(s.image.failed());
+}
+
+TEST_CASE("a series of turns of the wheel is one pinch")
+{
+    Shown s;
+    // Steps so small that each alone would snap back.
+    for (int i = 0; i < 20; ++i)
+        s.image.turnWheel(0.05);
+    CHECK(s.image.scale() == doctest::Approx(1.25));
+    s.loop.advance(249ms);
+    s.image.turnWheel(1);
+    CHECK(s.image.scale() == doctest::Approx(1.5625));
+    s.loop.advance(250ms);
+    s.image.turnWheel(-1);
+    CHECK(s.image.scale() == doctest::Approx(1.25));
+}
+
+TEST_CASE("a wheel that ends hardly zoomed snaps back")
+{
+    Shown s;
+    s.image.turnWheel(1);
+    s.image.turnWheel(-0.98);
+    CHECK(s.image.scale() == doctest::Approx(1.0045).epsilon(0.0005));
+    s.loop.advance(250ms);
+    CHECK(s.image.zoom() == Zoom {});
+    CHECK(s.changes.back() == 150ms);
+}
+
+TEST_CASE("what the wheel turns beyond a limit is not to be turned back")
+{
+    Shown s;
+    s.image.turnWheel(50);
+    CHECK(s.image.scale() == 10.0);
+    s.image.turnWheel(-1);
+    CHECK(s.image.scale() == doctest::Approx(8));
+    s.image.turnWheel(-50);
+    CHECK(s.image.scale() == 1.0);
+    s.image.turnWheel(1);
+    CHECK(s.image.scale() == doctest::Approx(1.25));
+}
+
+TEST_CASE("a pinch after a turn of the wheel goes on from there")
+{
+    Shown s;
+    s.image.turnWheel(1);
+    s.image.pinch(2);
+    CHECK(s.image.scale() == doctest::Approx(2.5));
+    s.loop.advance(1s);
+    s.image.endPinch();
+    CHECK(s.image.scale() == doctest::Approx(2.5));
+}
+
+TEST_CASE("a double click amid turns of the wheel counts")
+{
+    Shown s;
+    s.image.turnWheel(1);
+    s.image.doubleClick();
+    CHECK(s.image.scale() == 1.0);
+    s.image.turnWheel(1);
+    CHECK(s.image.scale() == doctest::Approx(1.25));
+}
+
+TEST_CASE("the keys zoom in steps between the limits")
+{
+    Shown s;
+    s.image.zoomIn();
+    CHECK(s.image.scale() == doctest::Approx(1.25));
+    s.image.zoomOut();
+    CHECK(s.image.zoom() == Zoom {});
+    s.image.zoomOut();
+    CHECK(s.image.scale() == 1.0);
+    for (int i = 0; i < 20; ++i)
+        s.image.zoomIn();
+    CHECK(s.image.scale() == 10.0);
+    s.dragBy(20, 0);
+    s.image.showFitted();
+    CHECK(s.image.zoom() == Zoom {});
+}
+
+TEST_CASE("pixel for pixel is shown as near as the limits allow")
+{
+    Shown s;
+    s.image.showPixels(3.2);
+    CHECK(s.image.scale() == doctest::Approx(3.2));
+    CHECK(s.fullLoads() == 1);
+    s.dragBy(20, 0);
+    s.image.showPixels(40);
+    CHECK(s.image.zoom() == Zoom { 10, { 20, 0 } });
+    s.image.showPixels(0.2);
+    CHECK(s.image.zoom() == Zoom {});
+}
