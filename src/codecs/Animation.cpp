@@ -66,7 +66,7 @@ private:
     {
         auto const still = openImage(std::make_unique<SliceBytes>(*bytes_, 0, bytes_->size()));
         auto image = still ? still->decode(maxPixel_) : std::nullopt;
-        if (!image)
+        if (!image || image->bitmap.size != frameSize())
             return AnimationEnd::ofLoop;
         ++frames_;
         return AnimationFrame { std::move(image->bitmap), shownDelay({}) };

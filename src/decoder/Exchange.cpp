@@ -57,29 +57,39 @@ private:
 Exchange Exchange::with(WorkerProcess& worker, DecoderRequest const& request,
     std::span<int const> descriptors, Time const& time)
 {
-    Watchdog const watchdog(worker, time);
-    auto const& socket = worker.socket();
-    if (!socket.send(request, descriptors))
-        return { worker.holds ? End::gone : End::neverReady, {} };
-    if (!worker.holds) {
-        if (!watchdog.waitForMessage())
-            return { End::late, {} };
-        auto const sign = ReceivedRecord::bytesOnly(socket);
-        if (sign.isEnd())
-            return { End::neverReady, {} };
-        worker.holds = parseReadySign(sign.message());
-        if (!worker.holds)
-            return { End::wrong, {} };
-    }
-    if (!watchdog.waitForMessage())
-        return { End::late, {} };
-    auto const received = ReceivedRecord::bytesOnly(socket);
-    if (received.isEnd())
-        return { End::died, {} };
-    auto const response = parseResponse(received.message(), request);
+    std::optional<ReceivedRecord> answer;
+    auto const end = await(
+        worker, time, [&](RecordSocket const& socket) { return socket.send(request, descriptors); },
+        answer);
+    if (end != End::answered)
+        return { end, {} };
+    auto const response = parseResponse(answer->message(), request);
     if (!response)
         return { End::wrong, {} };
     return { End::answered, *response };
+}
+
+Exchange::End Exchange::await(WorkerProcess& worker, Time const& time, Send const& send,
+    std::optional<ReceivedRecord>& answer)
+{
+    Watchdog const watchdog(worker, time);
+    auto const& socket = worker.socket();
+    if (!send(socket))
+        return worker.holds ? End::gone : End::neverReady;
+    if (!worker.holds) {
+        if (!watchdog.waitForMessage())
+            return End::late;
+        auto const sign = ReceivedRecord::bytesOnly(socket);
+        if (sign.isEnd())
+            return End::neverReady;
+        worker.holds = parseReadySign(sign.message());
+        if (!worker.holds)
+            return End::wrong;
+    }
+    if (!watchdog.waitForMessage())
+        return End::late;
+    answer.emplace(ReceivedRecord::bytesOnly(socket));
+    return answer->isEnd() ? End::died : End::answered;
 }
 
 } // namespace pixelhain

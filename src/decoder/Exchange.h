@@ -1,6 +1,7 @@
 #pragma once
 #include "decoder/WorkerProcess.h"
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace pixelhain {
@@ -28,6 +29,12 @@ struct Exchange {
     /// use any more.
     [[nodiscard]] static Exchange with(WorkerProcess& worker, DecoderRequest const& request,
         std::span<int const> descriptors, Time const& time);
+
+    /// Has `send` put a request of whatever kind on its way and waits for the message that follows,
+    /// which only `answered` brings and nobody has checked.
+    using Send = std::function<bool(RecordSocket const& socket)>;
+    [[nodiscard]] static End await(WorkerProcess& worker, Time const& time, Send const& send,
+        std::optional<ReceivedRecord>& answer);
 };
 
 } // namespace pixelhain

@@ -1,8 +1,10 @@
 #include "decoder/InProcessDecoder.h"
+#include "codecs/Animation.h"
 #include "codecs/FileProperties.h"
 #include "codecs/ImageCodecs.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -49,6 +51,11 @@ try {
     return readFileProperties(std::move(bytes), openImage);
 } catch (std::exception const&) {
     return std::nullopt;
+}
+
+std::unique_ptr<AnimationSource> InProcessDecoder::openAnimation(FileUrl const& file, int maxPixel)
+{
+    return pixelhain::openAnimation(OpenedFile::open(file), std::max(maxPixel, 0));
 }
 
 } // namespace pixelhain

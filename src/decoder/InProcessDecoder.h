@@ -9,6 +9,8 @@ public:
     [[nodiscard]] std::optional<DecodedPicture> decode(DecodeRequest const& request) override;
     [[nodiscard]] std::optional<ImageMeta> readMeta(FileUrl const& file) override;
     [[nodiscard]] std::optional<PhotoProperties> readProperties(FileUrl const& file) override;
+    [[nodiscard]] std::unique_ptr<AnimationSource> openAnimation(
+        FileUrl const& file, int maxPixel) override;
 };
 
 } // namespace pixelhain

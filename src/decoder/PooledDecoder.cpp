@@ -1,5 +1,6 @@
 #include "decoder/PooledDecoder.h"
 #include "codecs/DecodeLimits.h"
+#include "decoder/AnimationSession.h"
 #include "decoder/PropertiesRecord.h"
 #include "decoder/WorkerMain.h"
 #include "posix/OpenedFile.h"
@@ -68,8 +69,10 @@ struct PooledDecoder::Job {
     std::optional<PhotoProperties> properties {};
 };
 
-PooledDecoder::PooledDecoder(WorkerPool::Options options, Deadline deadline)
+PooledDecoder::PooledDecoder(
+    WorkerPool::Options options, Deadline deadline, std::chrono::nanoseconds frameTime)
     : deadline_(std::move(deadline))
+    , frameTime_(frameTime)
     , pool_(std::move(options))
 {
 }
@@ -116,6 +119,13 @@ std::optional<PhotoProperties> PooledDecoder::readProperties(FileUrl const& file
     job.request.operation = DecoderOperation::readProperties;
     static_cast<void>(serve(file, job));
     return std::move(job.properties);
+}
+
+std::unique_ptr<AnimationSource> PooledDecoder::openAnimation(FileUrl const& file, int maxPixel)
+{
+    return AnimationSession::open(
+        { pool_, deathsAtPlay_, { frameTime_, frameTime_ * WorkerLimits::clockFactor } }, file,
+        std::max(maxPixel, 0));
 }
 
 std::optional<DecoderResponse> PooledDecoder::serve(FileUrl const& url, Job& job)

@@ -1,4 +1,5 @@
 #pragma once
+#include "codecs/DecodeLimits.h"
 #include "decoder/DeathRecords.h"
 #include "decoder/Exchange.h"
 #include "decoder/SpaceShelf.h"
@@ -18,7 +19,9 @@ public:
     /// What a request may take of the processors; on the clock WorkerLimits::clockFactor as much.
     using Deadline = std::function<std::chrono::nanoseconds(DecoderRequest const&)>;
 
-    explicit PooledDecoder(WorkerPool::Options options, Deadline deadline = usualDeadline);
+    /// `frameTime`: what a frame of an animation may take of the processors.
+    explicit PooledDecoder(WorkerPool::Options options, Deadline deadline = usualDeadline,
+        std::chrono::nanoseconds frameTime = DecodeLimits::frameTime);
 
     /// Starts workers that will be wanted soon. Never waits.
     void prepare(std::size_t workers) { pool_.prepare(workers); }
@@ -26,6 +29,8 @@ public:
     [[nodiscard]] std::optional<DecodedPicture> decode(DecodeRequest const& request) override;
     [[nodiscard]] std::optional<ImageMeta> readMeta(FileUrl const& file) override;
     [[nodiscard]] std::optional<PhotoProperties> readProperties(FileUrl const& file) override;
+    [[nodiscard]] std::unique_ptr<AnimationSource> openAnimation(
+        FileUrl const& file, int maxPixel) override;
 
     /// By DecodeLimits.
     [[nodiscard]] static std::chrono::nanoseconds usualDeadline(DecoderRequest const& request);
@@ -43,7 +48,10 @@ private:
         WorkerProcess const& worker, Job& job, DecoderResponse const& response);
 
     Deadline const deadline_;
+    std::chrono::nanoseconds const frameTime_;
     DeathRecords deaths_;
+    DeathRecords deathsAtPlay_; // their own: a damaged frame in the middle is no reason not to
+                                // show the file's thumbnail
     SpaceShelf shelf_;
     WorkerPool pool_;
     std::atomic<std::uint64_t> lastId_ = 0;

@@ -64,11 +64,13 @@ std::uint64_t spaceNeeded(DecoderRequest const& request, PixelSize size)
 
 } // namespace
 
-Worker::Worker(RecordSocket socket, WritableSpace space, Opener opener, std::uint64_t memory)
+Worker::Worker(RecordSocket socket, WritableSpace space, Opener opener, std::uint64_t memory,
+    AnimationServer::Opener animations)
     : socket_(std::move(socket))
     , space_(std::move(space))
     , opener_(std::move(opener))
     , memory_(memory)
+    , animations_(std::move(animations))
 {
 }
 
@@ -77,17 +79,26 @@ void Worker::run(std::uint32_t holds)
     auto const sign = plainResponse(DecoderStatus::ready, holds);
     if (!socket_.send(sign))
         return;
-    for (;;) {
+    do {
         waitForWork(socket_);
-        auto received = ReceivedRecord::withDescriptors(socket_);
-        auto const request = received.isEnd() ? std::nullopt : parseRequest(received.message());
-        if (!request)
-            return;
-        auto response = answer(*request, received.takeDescriptor(0), received.takeDescriptor(1));
-        response.id = request->id;
-        if (!socket_.send(response))
-            return;
+    } while (serve(ReceivedRecord::withDescriptors(socket_)));
+}
+
+// Whether there may be more to come.
+bool Worker::serve(ReceivedRecord received)
+{
+    if (received.isEnd())
+        return false;
+    if (auto const request = parseAnimationRequest(received.message())) {
+        auto const response = animations_.answer(*request, received.takeDescriptor(0));
+        return socket_.send(response);
     }
+    auto const request = parseRequest(received.message());
+    if (!request)
+        return false;
+    auto response = answer(*request, received.takeDescriptor(0), received.takeDescriptor(1));
+    response.id = request->id;
+    return socket_.send(response);
 }
 
 DecoderResponse Worker::answer(

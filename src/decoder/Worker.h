@@ -1,4 +1,5 @@
 #pragma once
+#include "decoder/AnimationServer.h"
 #include "decoder/RecordSocket.h"
 #include "decoder/SharedSpace.h"
 #include "ports/ByteSource.h"
@@ -16,13 +17,15 @@ public:
 
     /// Pictures up to the size of `space` go there. Decoding that would take more than `memory` is
     /// refused with what it would take.
-    Worker(RecordSocket socket, WritableSpace space, Opener opener, std::uint64_t memory);
+    Worker(RecordSocket socket, WritableSpace space, Opener opener, std::uint64_t memory,
+        AnimationServer::Opener animations);
 
     /// Says that it is ready, and what holds it, and works until the other end is closed, or says
     /// what no program that means well would say.
     void run(std::uint32_t holds);
 
 private:
+    [[nodiscard]] bool serve(ReceivedRecord received);
     [[nodiscard]] DecoderResponse answer(
         DecoderRequest const& request, Descriptor file, Descriptor space) const;
     [[nodiscard]] DecoderResponse decode(
@@ -36,6 +39,7 @@ private:
     WritableSpace space_;
     Opener opener_;
     std::uint64_t memory_;
+    AnimationServer animations_;
 };
 
 } // namespace pixelhain

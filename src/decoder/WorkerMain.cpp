@@ -50,7 +50,8 @@ bool isSocket(int descriptor)
 
 } // namespace
 
-int runWorker(std::span<char* const> arguments, Worker::Opener const& opener)
+int runWorker(std::span<char* const> arguments, Worker::Opener const& opener,
+    AnimationServer::Opener const& animations)
 {
     auto const memory = memoryIn(arguments);
     if (!memory || !isSocket(WorkerDescriptors::socket)) {
@@ -65,8 +66,8 @@ int runWorker(std::span<char* const> arguments, Worker::Opener const& opener)
     warmUp();
     auto const lockdown = lockDown({ *memory });
     // Half of the address space is for code, the picture that comes out, and threads' stacks.
-    Worker worker(
-        RecordSocket(Descriptor(WorkerDescriptors::socket)), std::move(space), opener, *memory / 2);
+    Worker worker(RecordSocket(Descriptor(WorkerDescriptors::socket)), std::move(space), opener,
+        *memory / 2, animations);
     worker.run(lockdown.holds);
     return 0;
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "codecs/Animation.h"
 #include "decoder/Worker.h"
 
 namespace pixelhain {
@@ -14,6 +15,7 @@ inline constexpr std::size_t ownSpaceBytes = std::size_t { 4 } << 20U;
 
 /// The whole life of a decoder process: `arguments` as in main, "--memory N" with the bytes of
 /// address space. Returns the process's exit code.
-[[nodiscard]] int runWorker(std::span<char* const> arguments, Worker::Opener const& opener);
+[[nodiscard]] int runWorker(std::span<char* const> arguments, Worker::Opener const& opener,
+    AnimationServer::Opener const& animations = openAnimation);
 
 } // namespace pixelhain

@@ -16,6 +16,9 @@ constexpr std::uint64_t requestsBetweenLooks = 8;
 // One may be killed while it starts; when so many end in a row there is more to it.
 constexpr int mostUnready = 3;
 
+// One is shown, one fades away, and others that nobody looks at any more come to their end.
+constexpr int mostPlaying = 8;
+
 bool isSpent(WorkerProcess const& worker)
 {
     return worker.requests >= WorkerLimits::requests
@@ -247,15 +250,23 @@ std::unique_ptr<WorkerProcess> WorkerPool::takeLarge()
         largeFreed_.wait(guard, [this] { return !isLargeTaken_; });
         isLargeTaken_ = true;
     }
+    auto worker = startNow(WorkerLimits::forLargePictures(availableMemory()).addressSpace);
+    if (!worker)
+        buryLarge(nullptr);
+    return worker;
+}
+
+// Waits for it; null if it cannot be started.
+std::unique_ptr<WorkerProcess> WorkerPool::startNow(std::uint64_t addressSpace)
+{
     // Held by both sides: the order may be dropped while somebody waits for it.
     auto const promise = std::make_shared<std::promise<WorkerProcess::Started>>();
     auto result = promise->get_future();
-    starter_->start(WorkerLimits::forLargePictures(availableMemory()).addressSpace,
+    starter_->start(addressSpace,
         [promise](WorkerProcess::Started started) { promise->set_value(std::move(started)); });
     auto started = result.get();
     if (auto* const worker = std::get_if<std::unique_ptr<WorkerProcess>>(&started))
         return std::move(*worker);
-    buryLarge(nullptr);
     return nullptr;
 }
 
@@ -268,6 +279,46 @@ void WorkerPool::buryLarge(std::unique_ptr<WorkerProcess> worker)
         isLargeTaken_ = false;
     }
     largeFreed_.notify_one();
+}
+
+std::unique_ptr<WorkerProcess> WorkerPool::takeForPlay()
+{
+    if (!starter_)
+        return nullptr;
+    {
+        std::scoped_lock const guard(lock_);
+        if (playing_ >= mostPlaying)
+            return nullptr;
+        ++playing_;
+        if (auto worker = pickFresh()) {
+            keepSpare();
+            return worker;
+        }
+    }
+    auto worker = startNow(options_.addressSpace);
+    if (!worker)
+        buryPlaying(nullptr);
+    return worker;
+}
+
+// One that nobody has taken down in its priority.
+std::unique_ptr<WorkerProcess> WorkerPool::pickFresh()
+{
+    auto const isFresh = [](auto const& worker) { return worker->requests == 0; };
+    auto const found = std::ranges::find_if(idle_, isFresh);
+    if (found == idle_.end())
+        return nullptr;
+    auto worker = std::move(*found);
+    idle_.erase(found);
+    return worker;
+}
+
+void WorkerPool::buryPlaying(std::unique_ptr<WorkerProcess> worker)
+{
+    if (worker)
+        starter_->bury(std::move(worker));
+    std::scoped_lock const guard(lock_);
+    --playing_;
 }
 
 } // namespace pixelhain

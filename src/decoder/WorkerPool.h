@@ -54,10 +54,17 @@ public:
     [[nodiscard]] std::unique_ptr<WorkerProcess> takeLarge();
     void buryLarge(std::unique_ptr<WorkerProcess> worker);
 
+    /// A worker for one animation as long as it is played, beside the others. It is not waited for
+    /// and takes nobody's turn; null if it cannot be started, or too many are being played.
+    [[nodiscard]] std::unique_ptr<WorkerProcess> takeForPlay();
+    void buryPlaying(std::unique_ptr<WorkerProcess> worker);
+
 private:
     using Clock = std::chrono::steady_clock;
 
     std::unique_ptr<WorkerProcess> pickIdle(int niceness);
+    std::unique_ptr<WorkerProcess> pickFresh();
+    [[nodiscard]] std::unique_ptr<WorkerProcess> startNow(std::uint64_t addressSpace);
     [[nodiscard]] std::size_t present() const;
     void startMissing();
     void keepSpare();
@@ -84,6 +91,7 @@ private:
     std::optional<Clock::time_point> hopelessUntil_;
     std::condition_variable largeFreed_;
     bool isLargeTaken_ = false;
+    int playing_ = 0;
     std::unique_ptr<WorkerStarter> starter_; // its thread calls back; null if there is none
 };
 

@@ -27,7 +27,7 @@ class AnimationSource {
 public:
     virtual ~AnimationSource() = default;
 
-    /// The size of every frame as it is handed out, unless the one damaged first frame has another.
+    /// The size of every frame as it is handed out.
     [[nodiscard]] virtual PixelSize frameSize() const = 0;
 
     /// How often the frames are to be shown in all; 0: for ever.

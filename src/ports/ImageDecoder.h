@@ -2,8 +2,10 @@
 #include "base/Bitmap.h"
 #include "base/FileUrl.h"
 #include "base/Geometry.h"
+#include "ports/AnimationSource.h"
 #include "ports/PhotoProperties.h"
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace pixelhain {
@@ -49,6 +51,13 @@ public:
     [[nodiscard]] virtual std::optional<ImageMeta> readMeta(FileUrl const& file) = 0;
     /// What the file states about its photo; read from its directories, no pixel is decoded.
     [[nodiscard]] virtual std::optional<PhotoProperties> readProperties(FileUrl const& file) = 0;
+
+    /// The animation in a GIF, PNG or WebP file, in frames with a longest side of at most
+    /// `maxPixel`, never enlarged; 0: as they are. Null for every other file and for a still PNG or
+    /// WebP. Must not outlive this.
+    [[nodiscard]] virtual std::unique_ptr<AnimationSource> openAnimation(
+        FileUrl const& file, int maxPixel)
+        = 0;
 };
 
 } // namespace pixelhain

@@ -61,6 +61,11 @@ public:
         return file ? file->properties : std::nullopt;
     }
 
+    std::unique_ptr<AnimationSource> openAnimation(FileUrl const& url, int maxPixel) override
+    {
+        return animationOf ? animationOf(url, maxPixel) : nullptr;
+    }
+
     std::vector<DecodeRequest> decodes() const
     {
         std::scoped_lock const guard(lock_);
@@ -78,6 +83,7 @@ public:
     }
 
     std::function<void()> whileDecoding; ///< set before use
+    std::function<std::unique_ptr<AnimationSource>(FileUrl const&, int maxPixel)> animationOf;
 
 private:
     template <typename Asked>

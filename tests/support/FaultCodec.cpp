@@ -1,4 +1,5 @@
 #include "support/FaultCodec.h"
+#include "codecs/Animation.h"
 #include "codecs/ByteView.h"
 #include "codecs/ImageCodecs.h"
 #include "support/Attacks.h"
@@ -31,7 +32,7 @@ namespace {
 
 void crash()
 {
-    int* const volatile nowhere = nullptr;
+    int volatile* volatile nowhere = nullptr; // or the compiler leaves the write out
     *nowhere = 1; // NOLINT: this is what is wanted
 }
 
@@ -188,17 +189,73 @@ std::unique_ptr<ImageSource> obey(std::string_view command)
     return command.starts_with(attack) ? attempt(command.substr(attack.size())) : nullptr;
 }
 
+constexpr std::string_view sign = "X-TEST ";
+
+// The command in a file; empty if it has none.
+std::string commandIn(ByteSource const& bytes)
+{
+    constexpr std::size_t longest = 100;
+    auto const head = bytesAt(bytes, 0, longest);
+    std::string_view const text(reinterpret_cast<char const*>(head.data()), head.size());
+    return std::string(text.starts_with(sign) ? text.substr(sign.size()) : "");
+}
+
+class FaultAnimation final : public AnimationSource {
+public:
+    FaultAnimation(int when, std::string command)
+        : when_(when)
+        , command_(std::move(command))
+    {
+    }
+    PixelSize frameSize() const override
+    {
+        if (command_ == "side")
+            return { 0, -1 };
+        return command_ == "large" ? PixelSize { 5000, 5000 } : PixelSize { 16, 12 };
+    }
+    int loopCount() const override { return 0; }
+    AnimationStep nextFrame() override
+    {
+        auto const isNow = frame_ == when_;
+        if (isNow)
+            static_cast<void>(obey(command_));
+        auto const isOther = isNow && command_ == "size";
+        auto bitmap = Bitmap::allocate(isOther ? PixelSize { 12, 16 } : frameSize(), true);
+        std::memset(bitmap.row(0), frame_++, bitmap.cost());
+        auto const delay = isNow && command_ == "delay" ? -1 : 40'000;
+        return AnimationFrame { bitmap, std::chrono::microseconds(delay) };
+    }
+    void restart() override { }
+    void stop() override { }
+
+private:
+    int when_;
+    std::string command_;
+    int frame_ = 0;
+};
+
 } // namespace
 
 std::unique_ptr<ImageSource> openWithFaults(std::unique_ptr<ByteSource> bytes)
 {
-    constexpr std::string_view sign = "X-TEST ";
-    constexpr std::size_t longest = 100;
-    auto const head = bytesAt(*bytes, 0, longest);
-    std::string_view const text(reinterpret_cast<char const*>(head.data()), head.size());
-    if (!text.starts_with(sign))
-        return openImage(std::move(bytes));
-    return obey(text.substr(sign.size()));
+    auto const command = commandIn(*bytes);
+    return command.empty() ? openImage(std::move(bytes)) : obey(command);
+}
+
+std::unique_ptr<AnimationSource> openAnimationWithFaults(
+    std::unique_ptr<ByteSource> bytes, int maxPixel)
+{
+    constexpr std::string_view play = "play:";
+    auto const command = commandIn(*bytes);
+    if (command.empty())
+        return openAnimation(std::move(bytes), maxPixel);
+    if (!command.starts_with(play)) {
+        static_cast<void>(obey(command));
+        return nullptr;
+    }
+    auto const name = command.find(':', play.size());
+    return std::make_unique<FaultAnimation>(
+        std::stoi(command.substr(play.size())), command.substr(name + 1));
 }
 
 FaultChannel& faultChannel()

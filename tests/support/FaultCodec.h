@@ -1,5 +1,6 @@
 #pragma once
 #include "decoder/Protocol.h"
+#include "ports/AnimationSource.h"
 #include "ports/ByteSource.h"
 #include "ports/ImageSource.h"
 #include <memory>
@@ -22,6 +23,13 @@ namespace pixelhain {
 /// "lie:space", "lie:memory". "attack:NAME" tries that attack; a picture of one pixel, whose red is
 /// the error that it met, says how it went.
 [[nodiscard]] std::unique_ptr<ImageSource> openWithFaults(std::unique_ptr<ByteSource> bytes);
+
+/// The same for animations: "play:N:COMMAND" is one without end, 16 × 12 pixels, a frame for each
+/// 40 ms, whose every byte is the frame's number; before frame N, counted over all loops, comes the
+/// command. Besides those above there are "size" (a frame of another), "delay" (a negative one),
+/// "side" (all frames have sides of nothing) and "large" (of more than is asked for).
+[[nodiscard]] std::unique_ptr<AnimationSource> openAnimationWithFaults(
+    std::unique_ptr<ByteSource> bytes, int maxPixel);
 
 /// The bytes of a file with this command.
 [[nodiscard]] inline std::string faultFile(std::string_view command)

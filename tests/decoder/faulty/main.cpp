@@ -21,5 +21,5 @@ int main(int count, char** words)
 {
     faultChannel().socket = WorkerDescriptors::socket;
     auto const arguments = std::span<char* const>(words, static_cast<std::size_t>(count));
-    ::_exit(runWorker(arguments, openWithFaults));
+    ::_exit(runWorker(arguments, openWithFaults, openAnimationWithFaults));
 }
