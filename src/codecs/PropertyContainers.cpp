@@ -111,11 +111,17 @@ void gatherFromWebp(ByteSource const& bytes, PropertyGatherer& gatherer)
 void gatherFromTiff(ByteSource const& bytes, PropertyGatherer& gatherer)
 {
     gatherer.takeExif(bytes);
-    // Some cameras leave it to the finished picture inside to say how it was taken.
-    if (!gatherer.lacksShot() || !isTiffRaw(bytes))
+    // Some cameras leave it to the finished picture inside to say how it was taken; one maker keeps
+    // its note only there.
+    auto const isPanasonic = startsWith(bytesAt(bytes, 0, 4), "IIU\0");
+    if (!isPanasonic && (!gatherer.lacksShot() || !isTiffRaw(bytes)))
         return;
-    if (auto const contents = readRawContents(bytes))
-        gatherFromPreviews(bytes, *contents, gatherer);
+    auto const contents = readRawContents(bytes);
+    if (!contents)
+        return;
+    if (isPanasonic && !contents->jpegs.empty())
+        gatherFromPreview(bytes, contents->jpegs.front(), gatherer);
+    gatherFromPreviews(bytes, *contents, gatherer);
 }
 
 void gatherFromHeif(ByteSource const& bytes, PropertyGatherer& gatherer)

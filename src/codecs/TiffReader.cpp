@@ -9,10 +9,14 @@ namespace pixelhain {
 namespace {
 
 constexpr std::size_t fieldBytes = 12;
+constexpr std::uint16_t ascii = 2;
+constexpr std::uint16_t utf8 = 129; // of EXIF 3
 
 std::size_t unitBytes(std::uint16_t type)
 {
     constexpr std::array<std::uint8_t, 14> sizes { 0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4 };
+    if (type == utf8)
+        return 1;
     return type < sizes.size() ? sizes[type] : 0;
 }
 
@@ -113,7 +117,7 @@ std::optional<double> TiffReader::rational(TiffField const& field, std::uint32_t
 
 std::string TiffReader::text(TiffField const& field, std::size_t most) const
 {
-    if (field.type != 2)
+    if (field.type != ascii && field.type != utf8)
         return {};
     auto const raw = bytes(field, most);
     return { raw.begin(), std::ranges::find(raw, std::uint8_t { 0 }) };

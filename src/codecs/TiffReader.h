@@ -60,7 +60,7 @@ public:
     [[nodiscard]] std::optional<double> rational(
         TiffField const& field, std::uint32_t index = 0) const;
 
-    /// An ASCII field up to its first NUL, at most `most` bytes.
+    /// An ASCII or UTF-8 field up to its first NUL, at most `most` bytes.
     [[nodiscard]] std::string text(TiffField const& field, std::size_t most = 1024) const;
 
     /// At most `most` bytes of any field.
