@@ -49,7 +49,17 @@ class Session:
     def take_focus(self):
         """Gives the window the keyboard: there is no window manager that would."""
         self.window = self._xdotool("search", "--sync", "--onlyvisible", "--pid", self.program.pid).split()[0]
-        self._xdotool("windowfocus", "--sync", self.window)
+        self.focus(self.window)
+
+    def focus(self, window):
+        self.window = window
+        self._xdotool("windowfocus", "--sync", window)
+
+    def visible_windows(self):
+        """The titles of the program's windows that are on the screen, by window."""
+        found = self._xdotool("search", "--onlyvisible", "--pid", self.program.pid, check=False).split()
+        titles = {window: self._xdotool("getwindowname", window, check=False) for window in found}
+        return {window: title.strip() for window, title in titles.items() if title}
 
     def keys(self, *names):
         self._xdotool("key", "--delay", "30", *names)
@@ -79,7 +89,7 @@ class Session:
             self.program.wait()
         self.program.stderr.close()
 
-    def _xdotool(self, *arguments):
+    def _xdotool(self, *arguments, check=True):
         return subprocess.run(
-            ["xdotool", *map(str, arguments)], check=True, text=True, timeout=PATIENCE,
-            stdout=subprocess.PIPE).stdout
+            ["xdotool", *map(str, arguments)], check=check, text=True, timeout=PATIENCE, stdout=subprocess.PIPE,
+            stderr=None if check else subprocess.DEVNULL).stdout

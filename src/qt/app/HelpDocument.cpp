@@ -26,6 +26,8 @@ constexpr double stepColumn = 34;
 constexpr double bulletColumn = 18;
 constexpr double bulletIndent = 5;
 constexpr double keyGap = 18; // between key caps and actions
+constexpr double keyRowGap = 8;
+constexpr double keyTableGap = 14; // above and below a table
 constexpr double tipGap = 12; // between symbol and hint
 
 // Widths below which a topic is laid out for little room.
@@ -122,10 +124,12 @@ public:
     void operator()(HelpKeys const& block)
     {
         auto const font = capFont();
-        auto format = paragraph(HelpParagraph::keys, 8, 8);
+        auto format = paragraph(HelpParagraph::keys, keyRowGap, keyRowGap);
         format.setProperty(keyColumnProperty, keyColumn_);
         hang(format, keyColumn_, capPaddingX);
         for (auto const& row : block.rows) {
+            format.setTopMargin(&row == &block.rows.front() ? keyTableGap : keyRowGap);
+            format.setBottomMargin(&row == &block.rows.back() ? keyTableGap : keyRowGap);
             begin(format, font_);
             passages_.push_back({ cursor_.position(), row.keys });
             leader(shownText(row.keys), font, {});

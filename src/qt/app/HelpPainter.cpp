@@ -68,8 +68,8 @@ QRectF HelpPainter::snapped(QRectF const& rectangle) const
         QPointF(snap(rectangle.right()), snap(rectangle.bottom())) };
 }
 
-void HelpPainter::draw(QPainter& painter, QRectF const& area, std::string const& symbol,
-    std::vector<HelpRange> const& matches) const
+template <typename Draw>
+void HelpPainter::forBlocks(QPainter& painter, QRectF const& area, Draw const& draw) const
 {
     constexpr double reach = 20; // of drawings beyond the letters of their paragraph
     painter.save();
@@ -78,8 +78,16 @@ void HelpPainter::draw(QPainter& painter, QRectF const& area, std::string const&
         auto const box = textBox(block);
         if (box.top() - reach > area.bottom())
             break;
-        if (box.bottom() + reach < area.top() || block.layout()->lineCount() == 0)
-            continue;
+        if (box.bottom() + reach >= area.top() && block.layout()->lineCount() > 0)
+            draw(block);
+    }
+    painter.restore();
+}
+
+void HelpPainter::drawBelow(QPainter& painter, QRectF const& area, std::string const& symbol,
+    std::vector<HelpRange> const& matches) const
+{
+    forBlocks(painter, area, [&](QTextBlock const& block) {
         switch (helpParagraph(block)) {
         case HelpParagraph::title:
             drawTitle(painter, block, symbol);
@@ -88,7 +96,8 @@ void HelpPainter::draw(QPainter& painter, QRectF const& area, std::string const&
             drawCircle(painter, block);
             break;
         case HelpParagraph::keys:
-            drawCap(painter, block);
+            drawCap(painter, block, tones_.of(Tint { ColorRole::primary, capFillShare }),
+                Qt::transparent);
             break;
         case HelpParagraph::tip:
             drawTip(painter, block);
@@ -99,8 +108,16 @@ void HelpPainter::draw(QPainter& painter, QRectF const& area, std::string const&
             break;
         }
         drawMatches(painter, block, matches);
-    }
-    painter.restore();
+    });
+}
+
+void HelpPainter::drawAbove(QPainter& painter, QRectF const& area) const
+{
+    auto const line = tones_.of(Tint { ColorRole::primary, capLineShare });
+    forBlocks(painter, area, [&](QTextBlock const& block) {
+        if (helpParagraph(block) == HelpParagraph::keys)
+            drawCap(painter, block, Qt::transparent, line);
+    });
 }
 
 std::vector<QRectF> HelpPainter::rectangles(QTextBlock const& block, int begin, int end)
@@ -157,13 +174,12 @@ void HelpPainter::drawCircle(QPainter& painter, QTextBlock const& block) const
         snapped(QRectF(middle - QPointF(circle / 2, circle / 2), QSizeF(circle, circle))));
 }
 
-void HelpPainter::drawCap(QPainter& painter, QTextBlock const& block) const
+void HelpPainter::drawCap(
+    QPainter& painter, QTextBlock const& block, QColor const& fill, QColor const& line) const
 {
-    for (auto const& letters : rectangles(block, 0, leaderLength(block))) {
-        auto const box = letters.adjusted(-capPaddingX, -capPaddingY, capPaddingX, capPaddingY);
-        drawBox(painter, box, capCorner, tones_.of(Tint { ColorRole::primary, capFillShare }),
-            tones_.of(Tint { ColorRole::primary, capLineShare }));
-    }
+    for (auto const& letters : rectangles(block, 0, leaderLength(block)))
+        drawBox(painter, letters.adjusted(-capPaddingX, -capPaddingY, capPaddingX, capPaddingY),
+            capCorner, fill, line);
 }
 
 void HelpPainter::drawTip(QPainter& painter, QTextBlock const& block) const

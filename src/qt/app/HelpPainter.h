@@ -20,27 +20,34 @@ struct HelpRange {
     bool operator==(HelpRange const&) const = default;
 };
 
-/// Draws what lies under the letters of a shown topic: its symbol, key caps, numbers' circles, the
-/// boxes of hints and the ground of what was searched for. Edges are on whole device pixels.
+/// Draws what belongs to a shown topic besides its letters: its symbol, key caps, numbers' circles,
+/// the boxes of hints and the ground of what was searched for. Edges are on whole device pixels.
 class HelpPainter {
 public:
     /// `document` as `writeHelpTopic` leaves it.
     HelpPainter(QTextDocument const& document, QPalette const& palette, double scale);
 
-    /// `painter` stands at the document's origin; draws what touches `area`.
-    void draw(QPainter& painter, QRectF const& area, std::string const& symbol,
+    // The painter stands at the document's origin; what touches `area` is drawn.
+
+    void drawBelow(QPainter& painter, QRectF const& area, std::string const& symbol,
         std::vector<HelpRange> const& matches) const;
+
+    /// The edges of key caps, which a selection must not hide.
+    void drawAbove(QPainter& painter, QRectF const& area) const;
 
     /// Where letters `begin` to `end` of one paragraph are, one rectangle for each line.
     [[nodiscard]] static std::vector<QRectF> rectangles(
         QTextBlock const& block, int begin, int end);
 
 private:
+    template <typename Draw>
+    void forBlocks(QPainter& painter, QRectF const& area, Draw const& draw) const;
     void drawSymbol(QPainter& painter, std::string_view name, QRectF const& frame, double edge,
         QColor const& color) const;
     void drawTitle(QPainter& painter, QTextBlock const& block, std::string const& symbol) const;
     void drawCircle(QPainter& painter, QTextBlock const& block) const;
-    void drawCap(QPainter& painter, QTextBlock const& block) const;
+    void drawCap(
+        QPainter& painter, QTextBlock const& block, QColor const& fill, QColor const& line) const;
     void drawTip(QPainter& painter, QTextBlock const& block) const;
     void drawMatches(
         QPainter& painter, QTextBlock const& block, std::vector<HelpRange> const& matches) const;

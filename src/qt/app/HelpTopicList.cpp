@@ -100,14 +100,19 @@ void HelpTopicList::showTopics(
     std::vector<HelpTopic const*> const& topics, std::optional<std::string> const& id)
 {
     QSignalBlocker const quiet(this);
-    clear();
-    for (auto const* topic : topics) {
-        auto* const item = new QListWidgetItem(shownText(topic->title), this);
-        item->setData(idRole, shownText(topic->id));
-        item->setData(symbolRole, shownText(topic->symbol));
-        if (topic->id == id)
-            setCurrentItem(item);
+    if (topics != topics_) {
+        topics_ = topics;
+        clear();
+        for (auto const* topic : topics) {
+            auto* const item = new QListWidgetItem(shownText(topic->title), this);
+            item->setData(idRole, shownText(topic->id));
+            item->setData(symbolRole, shownText(topic->symbol));
+        }
     }
+    clearSelection();
+    for (std::size_t row = 0; row < topics.size(); ++row)
+        if (topics[row]->id == id)
+            setCurrentRow(static_cast<int>(row));
 }
 
 } // namespace pixelhain

@@ -19,6 +19,9 @@ public:
 
     /// The user selected a topic, or none.
     std::function<void(std::optional<std::string>)> selected;
+
+private:
+    std::vector<HelpTopic const*> topics_;
 };
 
 } // namespace pixelhain

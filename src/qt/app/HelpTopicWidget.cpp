@@ -94,19 +94,21 @@ QPointF HelpTopicWidget::documentOrigin() const
 
 void HelpTopicWidget::paintEvent(QPaintEvent* event)
 {
-    {
+    auto const origin = documentOrigin();
+    auto const area = QRectF(event->rect()).translated(-origin);
+    HelpPainter const drawings(*document(), palette(), devicePixelRatioF());
+    if (topic_) {
         QPainter painter(viewport());
-        auto const origin = documentOrigin();
         painter.translate(origin);
-        HelpPainter const below(*document(), palette(), devicePixelRatioF());
-        if (topic_)
-            below.draw(
-                painter, QRectF(event->rect()).translated(-origin), topic_->symbol, matches_);
+        drawings.drawBelow(painter, area, topic_->symbol, matches_);
     }
     QTextEdit::paintEvent(event);
+    QPainter painter(viewport());
+    painter.translate(origin);
+    drawings.drawAbove(painter, area);
     if (!showsFocus_)
         return;
-    QPainter painter(viewport());
+    painter.resetTransform();
     painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
     painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
 }
@@ -129,8 +131,12 @@ void HelpTopicWidget::resizeEvent(QResizeEvent* event)
 void HelpTopicWidget::changeEvent(QEvent* event)
 {
     QTextEdit::changeEvent(event);
-    if (event->type() == QEvent::FontChange && topic_)
-        write();
+    if (event->type() != QEvent::FontChange || !topic_)
+        return;
+    auto* const bar = verticalScrollBar();
+    auto const share = bar->value() / std::max(1.0, double(bar->maximum()));
+    write();
+    bar->setValue(static_cast<int>(std::lround(share * bar->maximum())));
 }
 
 void HelpTopicWidget::turnPage(int direction)

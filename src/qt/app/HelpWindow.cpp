@@ -86,7 +86,10 @@ QWidget* HelpWindow::leftColumn()
     field_->addAction(symbolIcon("magnifyingglass"), QLineEdit::LeadingPosition);
     field_->addAction(clear_, QLineEdit::TrailingPosition);
     clear_->setVisible(false);
-    connect(clear_, &QAction::triggered, field_, &QLineEdit::clear);
+    connect(clear_, &QAction::triggered, this, [this] {
+        field_->clear();
+        field_->setFocus();
+    });
     connect(field_, &QLineEdit::textChanged, this, [this](QString const& text) { setQuery(text); });
     list_->selected = [this](std::optional<std::string> id) { select(std::move(id)); };
     field_->installEventFilter(this);

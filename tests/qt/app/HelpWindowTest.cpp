@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QScreen>
+#include <cmath>
 
 using namespace pixelhain;
 
@@ -23,7 +24,10 @@ TEST_CASE("help opens at the first topic, with all topics in the list")
 {
     Help help;
     CHECK(help.window.windowTitle() == QStringLiteral("Pixelhain-Hilfe"));
-    CHECK(help.window.size() == QSize(860, 620).boundedTo(help.window.screen()->availableSize()));
+    CHECK(help.window.size()
+        == QSize(860, 620)
+               .boundedTo(help.window.screen()->availableSize())
+               .expandedTo(help.window.minimumSize()));
     CHECK(help.window.isWindow());
     CHECK(help.window.field().placeholderText() == QStringLiteral("Hilfe durchsuchen"));
     CHECK(help.listed().size() == 10);
@@ -111,6 +115,7 @@ TEST_CASE("the digits of steps stand in the middle of their circles")
 {
     Help help;
     help.window.list().setCurrentRow(3);
+    auto const left = help.topic.document()->documentMargin();
     int steps = 0;
     for (auto block = help.topic.document()->begin(); block.isValid(); block = block.next()) {
         if (helpParagraph(block) != HelpParagraph::step)
@@ -118,10 +123,10 @@ TEST_CASE("the digits of steps stand in the middle of their circles")
         auto const digits = HelpPainter::rectangles(block, 0, leaderLength(block));
         REQUIRE(digits.size() == 1);
         CHECK(digits.front().center().x()
-            == doctest::Approx(helpMeasures::margin + helpMeasures::circle / 2).epsilon(0.02));
+            == doctest::Approx(left + helpMeasures::circle / 2).epsilon(0.02));
         CHECK(block.text().startsWith(QString::number(++steps) + QLatin1Char('\t')));
         auto const text = HelpPainter::rectangles(block, 2, block.length() - 1);
-        CHECK(text.front().left() == doctest::Approx(helpMeasures::margin + 34).epsilon(0.02));
+        CHECK(text.front().left() == doctest::Approx(left + 34).epsilon(0.02));
     }
     CHECK(steps == 5);
 }
@@ -280,4 +285,98 @@ TEST_CASE("screen readers find a named field, a named list of topics and the top
     CHECK(topic->textInterface()
               ->text(0, topic->textInterface()->characterCount())
               .contains(QStringLiteral("In der Vollansicht teilst du das angezeigte Foto.")));
+}
+
+TEST_CASE("where the column beside the keys would be too narrow, actions stand below them")
+{
+    Help help;
+    help.window.resize(480, 600);
+    auto font = help.window.font();
+    font.setPointSizeF(font.pointSizeF() * 2);
+    help.topic.setFont(font);
+    help.window.list().setCurrentRow(8);
+    QCoreApplication::processEvents();
+    auto const row = paragraph(*help.topic.document(), QStringLiteral("Mehrere Ordner"));
+    auto const keys = HelpPainter::rectangles(row, 0, leaderLength(row));
+    auto const action = HelpPainter::rectangles(row, leaderLength(row) + 1, row.length() - 1);
+    REQUIRE(keys.size() == 1);
+    CHECK(action.front().top() > keys.front().center().y());
+    CHECK(action.front().left() == doctest::Approx(keys.front().left()).epsilon(0.01));
+    CHECK(row.text().contains(QLatin1Char('\t')));
+
+    help.window.resize(1600, 600);
+    QCoreApplication::processEvents();
+    auto const beside = HelpPainter::rectangles(row, leaderLength(row) + 1, row.length() - 1);
+    CHECK(beside.front().left() > keys.front().right());
+}
+
+TEST_CASE("the list gives way where the topic would have too little room, and takes it back")
+{
+    Help help;
+    help.window.resize(860, 600);
+    CHECK(help.window.list().width() == 250);
+    help.window.resize(480, 600);
+    CHECK(help.window.list().width() == 170);
+    CHECK(help.topic.width() >= 300);
+    help.window.resize(860, 600);
+    CHECK(help.window.list().width() == 250);
+}
+
+TEST_CASE("the place in a topic is kept when its lines get shorter")
+{
+    Help help;
+    help.window.resize(1200, 400);
+    help.window.list().setCurrentRow(1);
+    help.topic.verticalScrollBar()->setValue(250);
+    auto const top = [&] { return help.topic.cursorForPosition(QPoint(60, 1)).block(); };
+    auto const before = top();
+    help.window.resize(600, 400);
+    QCoreApplication::processEvents();
+    CHECK(help.scrolled() > 250);
+    CHECK(top() == before);
+}
+
+TEST_CASE("the edges of key caps stay in sight when all is selected")
+{
+    Help help;
+    help.window.resize(860, 600);
+    help.window.list().setCurrentRow(8);
+    help.window.list().setFocus();
+    help.topic.selectAll();
+    auto const row = paragraph(*help.topic.document(), QStringLiteral("Diese Hilfe"));
+    auto const letters = HelpPainter::rectangles(row, 0, leaderLength(row)).front();
+    auto const image = help.topic.viewport()->grab().toImage();
+    auto const scale = image.devicePixelRatio();
+    auto const y = static_cast<int>((letters.center().y() - help.scrolled()) * scale);
+    auto const color = [&](double x) { return image.pixel(static_cast<int>(x * scale), y); };
+    auto const selected = color(letters.right() + helpMeasures::capPaddingX + 6);
+    auto const edge = letters.right() + helpMeasures::capPaddingX;
+    bool differs = false;
+    for (double x = edge - 2; x <= edge + 1; x += 0.5)
+        differs = differs || color(x) != selected;
+    CHECK(differs);
+}
+
+TEST_CASE("numbers are white on circles in the accent colour")
+{
+    Help help;
+    help.window.resize(860, 600);
+    help.window.list().setCurrentRow(6);
+    auto const step = paragraph(*help.topic.document(), QStringLiteral("Wähle die gewünschten"));
+    auto const digit = HelpPainter::rectangles(step, 0, 1).front();
+    auto const image = help.topic.viewport()->grab().toImage();
+    auto const scale = image.devicePixelRatio();
+    auto const accent = help.topic.palette().color(QPalette::Highlight);
+    int inked = 0;
+    int white = 0;
+    for (int y = 0; y < 22; ++y)
+        for (int x = 0; x < 22; ++x) {
+            auto const at = digit.center() + QPointF(x - 11, y - 11);
+            auto const color = image.pixelColor(
+                static_cast<int>(at.x() * scale), static_cast<int>(at.y() * scale));
+            inked += color == accent;
+            white += color.red() > 190 && std::hypot(x - 11, y - 11) < 7;
+        }
+    CHECK(inked > 250);
+    CHECK(white > 3);
 }
