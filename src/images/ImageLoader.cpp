@@ -3,8 +3,11 @@
 #include "images/LoaderCore.h"
 #include "ports/Background.h"
 #include "ports/WorkQueue.h"
+#include <algorithm>
+#include <iterator>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 namespace pixelhain {
 
@@ -16,14 +19,15 @@ template <typename Result> struct PendingLoad {
     std::function<void(Result)> done;
 };
 
+template <typename Result> using Pending = std::shared_ptr<PendingLoad<Result>>;
+using Core = std::shared_ptr<LoaderCore>;
+
 template <typename Result> struct Load {
-    WorkQueue& queue;
     std::function<Result(LoaderCore&)> lookUp; ///< false where nothing is cached
-    std::function<Result(LoaderCore&)> body;
+    std::function<void(Core const&, Pending<Result> const&)> queue; ///< when nothing was found
 };
 
-template <typename Result>
-void deliver(MainLoop& loop, std::shared_ptr<PendingLoad<Result>> pending, Result result)
+template <typename Result> void deliver(MainLoop& loop, Pending<Result> pending, Result result)
 {
     loop.post([pending = std::move(pending), result = std::move(result)]() mutable {
         if (auto const done = std::exchange(pending->done, nullptr))
@@ -32,29 +36,66 @@ void deliver(MainLoop& loop, std::shared_ptr<PendingLoad<Result>> pending, Resul
 }
 
 template <typename Result>
-Task run(
-    std::shared_ptr<LoaderCore> const& core, Load<Result> load, std::function<void(Result)> done)
+Task run(Core const& core, Load<Result> load, std::function<void(Result)> done)
 {
     auto const pending = std::make_shared<PendingLoad<Result>>();
     pending->done = std::move(done);
     // Look-ups never wait for anything: they need not stand behind work that does.
-    core->background().run(
-        Priority::userInteractive, [core, pending, load = std::move(load)]() mutable {
-            if (pending->flag.isSet())
-                return;
-            if (auto hit = load.lookUp(*core)) {
-                deliver(core->loop(), std::move(pending), std::move(hit));
-                return;
-            }
-            core->enqueue(load.queue, [core, pending, body = std::move(load.body)] {
-                if (!pending->flag.isSet() && !core->isClosed())
-                    deliver(core->loop(), pending, body(*core));
-            });
-        });
+    core->background().run(Priority::userInteractive, [core, pending, load = std::move(load)] {
+        if (pending->flag.isSet())
+            return;
+        if (auto hit = load.lookUp(*core))
+            deliver(core->loop(), pending, std::move(hit));
+        else
+            load.queue(core, pending);
+    });
     return Task([pending] {
         pending->flag.set();
         pending->done = nullptr;
     });
+}
+
+// A load that has a work item of its own.
+template <typename Result> auto onQueue(WorkQueue& queue, std::function<Result(LoaderCore&)> body)
+{
+    return [&queue, body = std::move(body)](Core const& core, Pending<Result> const& pending) {
+        core->enqueue(queue, [core, pending, body] {
+            if (!pending->flag.isSet() && !core->isClosed())
+                deliver(core->loop(), pending, body(*core));
+        });
+    };
+}
+
+void addPictureItems(Core const& core);
+
+// An item takes the job that is most urgent when it starts, whichever it was added for.
+void runPictureItem(Core const& core)
+{
+    if (core->isClosed())
+        return;
+    if (auto const job = core->pictures.start(core->displayPixelSize)) {
+        auto const image = core->pictureFor(*job);
+        for (auto const& waiter : core->pictures.finish(job->number))
+            waiter.deliver(image);
+    }
+    addPictureItems(core);
+}
+
+void addPictureItems(Core const& core)
+{
+    for (auto missing = core->pictures.claimItems(); missing > 0; --missing)
+        core->enqueue(core->displayQueue(), [core] { runPictureItem(core); });
+}
+
+auto asJob(FileUrl const& url, PictureSize size)
+{
+    return [url, size](Core const& core, Pending<ImageRef> const& pending) {
+        auto const isDropped = [pending] { return pending->flag.isSet(); };
+        auto const tell = [&loop = core->loop(), pending](
+                              ImageRef image) { deliver(loop, pending, std::move(image)); };
+        core->pictures.ask(url, size, core->displayPixelSize, { isDropped, tell });
+        addPictureItems(core);
+    };
 }
 
 } // namespace
@@ -78,33 +119,34 @@ ImageLoader::~ImageLoader()
 Task ImageLoader::loadThumbnail(FileUrl const& url, int maxPixel, ImageDone done)
 {
     return run<ImageRef>(core_,
-        { services_.thumbQueue,
-            [url, maxPixel](LoaderCore& core) { return core.findThumbnail(url, maxPixel); },
-            [url, maxPixel](LoaderCore& core) { return core.makeThumbnail(url, maxPixel); } },
+        { [url, maxPixel](LoaderCore& core) { return core.findThumbnail(url, maxPixel); },
+            onQueue<ImageRef>(services_.thumbQueue,
+                [url, maxPixel](LoaderCore& core) { return core.makeThumbnail(url, maxPixel); }) },
         std::move(done));
 }
 
 Task ImageLoader::loadMeta(FileUrl const& url, MetaDone done)
 {
-    return run<std::optional<ImageMeta>>(core_,
-        { services_.thumbQueue, [url](LoaderCore& core) { return core.findMeta(url); },
-            [url](LoaderCore& core) { return core.findOrReadMeta(url); } },
+    using Meta = std::optional<ImageMeta>;
+    return run<Meta>(core_,
+        { [url](LoaderCore& core) { return core.findMeta(url); },
+            onQueue<Meta>(services_.thumbQueue,
+                [url](LoaderCore& core) { return core.findOrReadMeta(url); }) },
         std::move(done));
 }
 
 Task ImageLoader::loadDisplayImage(FileUrl const& url, ImageDone done)
 {
     return run<ImageRef>(core_,
-        { services_.displayQueue, [url](LoaderCore& core) { return core.findDisplayImage(url); },
-            [url](LoaderCore& core) { return core.makeDisplayImage(url); } },
+        { [url](LoaderCore& core) { return core.findDisplayImage(url); },
+            asJob(url, PictureSize::display) },
         std::move(done));
 }
 
 Task ImageLoader::loadFullImage(FileUrl const& url, ImageDone done)
 {
     return run<ImageRef>(core_,
-        { services_.displayQueue, [](LoaderCore&) { return ImageRef {}; },
-            [url](LoaderCore& core) { return core.decodeFull(url); } },
+        { [](LoaderCore&) { return ImageRef {}; }, asJob(url, PictureSize::full) },
         std::move(done));
 }
 
@@ -131,22 +173,20 @@ std::optional<ImageMeta> ImageLoader::cachedMeta(FileUrl const& url)
 void ImageLoader::prefetchDisplay(FileUrl const& url)
 {
     if (!core_->findDisplayImage(url))
-        std::ignore = core_->makeDisplayImage(url);
+        std::ignore = core_->makeDisplayImage(url, core_->displayPixelSize);
 }
 
 void ImageLoader::prefetchAround(FileUrl const& shown, std::span<FileUrl const> next)
 {
-    auto const add = [this](FileUrl const& url) {
-        if (core_->findDisplayImage(url))
-            return;
-        core_->enqueue(services_.displayQueue, [core = core_, url] {
-            if (!core->isClosed() && !core->findDisplayImage(url))
-                std::ignore = core->makeDisplayImage(url);
-        });
-    };
-    add(shown);
-    for (auto const& url : next)
-        add(url);
+    auto const isMissing = [this](FileUrl const& url) { return !core_->findDisplayImage(url); };
+    std::vector<FileUrl> missing;
+    std::ranges::copy_if(next, std::back_inserter(missing), isMissing);
+    // An animation is not shown as a still picture; one that is not known as such yet may be.
+    auto const meta = core_->findMeta(shown);
+    auto const isAnimated = meta && meta->isAnimated;
+    auto const wanted = !isAnimated && isMissing(shown) ? std::optional(shown) : std::nullopt;
+    core_->pictures.want(wanted, missing, core_->displayPixelSize);
+    addPictureItems(core_);
 }
 
 ImageRef ImageLoader::decodeImage(FileUrl const& url, int maxPixel, EmbeddedPreviews previews) const

@@ -31,8 +31,9 @@ struct ImageMetaBox {
 
 /// The one place where image files are decoded: thumbnails, display images, full images and
 /// metadata, off the main thread, into bounded caches. Failures are never cached, so each later
-/// request tries the file again. Two requests for the same picture may both decode it; the later
-/// one stays in the cache.
+/// request tries the file again. Two requests for the same thumbnail may both decode it; the later
+/// one stays in the cache. Display and full images are decoded once for all who wait for them, the
+/// newest wish first.
 class ImageLoader {
 public:
     /// The loop and the decoder must outlive the threads of the other three. The queues may go once
@@ -52,6 +53,7 @@ public:
         CacheLimits thumbs { 734'003'200, std::nullopt }; // 700 MiB
         CacheLimits displays { 943'718'400, 30 }; // 900 MiB
         int displayPixelSize = defaultDisplayPixelSize; ///< until the screens are known
+        std::size_t prefetchWidth = 2; ///< pictures that nobody waits for yet, side by side
     };
     using ImageDone = std::function<void(ImageRef)>; ///< null: there is no picture
     using MetaDone = std::function<void(std::optional<ImageMeta>)>;
@@ -82,8 +84,9 @@ public:
     /// queue: decodes on the caller's thread. Such items must not outlive the loader.
     void prefetchDisplay(FileUrl const& url);
 
-    /// Makes the display images of `shown`, then of `next` in this order, on the display queue.
-    /// Main thread.
+    /// Makes the display image of `shown`, and when nobody waits for a picture any more those of
+    /// `next` in this order. Replaces the earlier wishes: what has not begun and is not named again
+    /// is given up.
     void prefetchAround(FileUrl const& shown, std::span<FileUrl const> next);
 
     /// Decodes on the caller's thread, past all caches.

@@ -17,6 +17,7 @@ std::string imageKey(int pixels, FileUrl const& url)
 
 LoaderCore::LoaderCore(ImageLoader::Services const& services, ImageLoader::Limits const& limits)
     : displayPixelSize(limits.displayPixelSize)
+    , pictures(limits.prefetchWidth)
     , services_(services)
     , thumbCache_(limits.thumbs)
     , displayCache_(limits.displays)
@@ -73,15 +74,23 @@ ImageRef LoaderCore::findDisplayImage(FileUrl const& url)
     return displayCache_.find(imageKey(displayPixelSize, url));
 }
 
-ImageRef LoaderCore::makeDisplayImage(FileUrl const& url)
+ImageRef LoaderCore::makeDisplayImage(FileUrl const& url, int pixels)
 {
-    int const pixels = displayPixelSize;
     auto image = decode(url, pixels, EmbeddedPreviews::ignore);
     if (image && services_.displayImageMade)
         services_.displayImageMade(image);
     if (image)
         displayCache_.store(imageKey(pixels, url), image, image->image.cost());
     return image;
+}
+
+ImageRef LoaderCore::pictureFor(PictureJobs::Job const& job)
+{
+    if (job.size == PictureSize::full)
+        return decodeFull(job.url);
+    if (auto known = displayCache_.find(imageKey(job.pixels, job.url)))
+        return known;
+    return makeDisplayImage(job.url, job.pixels);
 }
 
 std::optional<ImageMeta> LoaderCore::findMeta(FileUrl const& url)

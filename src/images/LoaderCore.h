@@ -2,6 +2,7 @@
 #include "base/FileUrl.h"
 #include "images/ImageLoader.h"
 #include "images/MemoryCache.h"
+#include "images/PictureJobs.h"
 #include "ports/ImageDecoder.h"
 #include <atomic>
 #include <functional>
@@ -22,6 +23,7 @@ public:
 
     MainLoop& loop() const { return services_.loop; }
     Background& background() const { return services_.background; }
+    WorkQueue& displayQueue() const { return services_.displayQueue; }
 
     /// Adds an item to one of the loader's queues; does nothing once the loader is closed, because
     /// the queues may be gone then.
@@ -36,11 +38,14 @@ public:
     ImageRef findThumbnail(FileUrl const& url, int maxPixel);
     ImageRef makeThumbnail(FileUrl const& url, int maxPixel);
     ImageRef findDisplayImage(FileUrl const& url);
-    ImageRef makeDisplayImage(FileUrl const& url);
+    ImageRef makeDisplayImage(FileUrl const& url, int pixels);
+    /// What a job is about: from the cache if it is there by now, else decoded.
+    ImageRef pictureFor(PictureJobs::Job const& job);
     std::optional<ImageMeta> findMeta(FileUrl const& url);
     std::optional<ImageMeta> findOrReadMeta(FileUrl const& url);
 
     std::atomic<int> displayPixelSize;
+    PictureJobs pictures;
 
 private:
     ImageLoader::Services services_;

@@ -57,6 +57,16 @@ std::size_t thumbWidth()
     return std::max<std::size_t>(2, std::thread::hardware_concurrency());
 }
 
+// What people may look at next leaves a processor to what they look at now.
+ImageLoader::Limits loaderLimits()
+{
+    constexpr unsigned fewProcessors = 2;
+    ImageLoader::Limits limits;
+    if (std::thread::hardware_concurrency() <= fewProcessors)
+        limits.prefetchWidth = 1;
+    return limits;
+}
+
 // The first screen keeps two processors busy while the rest of the program starts; what else the
 // queues may want is started when they do.
 std::unique_ptr<ImageDecoder> startDecoder()
@@ -118,9 +128,11 @@ int run(QApplication& application, CommandLine const& line, Services& services)
 {
     Trace const trace;
     QtPreferences preferences(QtPreferences::defaultFile());
-    ImageLoader loader({ services.loop, services.background, *services.decoder, services.thumbQueue,
-        services.displayQueue,
-        [&prepared = services.prepared](ImageRef const& image) { prepared.prepare(image); } });
+    ImageLoader loader(
+        { services.loop, services.background, *services.decoder, services.thumbQueue,
+            services.displayQueue,
+            [&prepared = services.prepared](ImageRef const& image) { prepared.prepare(image); } },
+        loaderLimits());
     LoaderPrefetch prefetch(loader);
     BrowserModel model({ services.loop, services.background, services.files, preferences,
         services.textOrder, services.imageTypes, services.panels, services.operations,

@@ -1,0 +1,152 @@
+#include "images/PictureJobs.h"
+#include <algorithm>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+// Whether somebody looks at the place where the picture will be.
+template <typename Entry> bool isUrgent(Entry const& entry)
+{
+    return entry.isShown || std::ranges::any_of(entry.waiters, [](auto const& waiter) {
+        return !waiter.isDropped();
+    });
+}
+
+// How far the jobs are, with everything that decides about the next one.
+struct Standing {
+    template <typename Entries> explicit Standing(Entries const& entries)
+    {
+        for (auto const& entry : entries) {
+            auto& count = isUrgent(entry) ? (entry.isRunning ? urgentRunning : urgentWaiting)
+                                          : (entry.isRunning ? othersRunning : othersWaiting);
+            ++count;
+        }
+    }
+
+    // What was passed by while it was decoded takes a place as well.
+    std::size_t placesForPrefetches(std::size_t width) const
+    {
+        if (urgentRunning + urgentWaiting > 0 || othersRunning >= width)
+            return 0;
+        return width - othersRunning;
+    }
+
+    std::size_t urgentRunning = 0;
+    std::size_t urgentWaiting = 0;
+    std::size_t othersRunning = 0;
+    std::size_t othersWaiting = 0;
+};
+
+} // namespace
+
+PictureJobs::PictureJobs(std::size_t prefetchWidth)
+    : prefetchWidth_(std::max<std::size_t>(prefetchWidth, 1))
+{
+}
+
+void PictureJobs::ask(FileUrl const& url, PictureSize size, int pixels, Waiter waiter)
+{
+    std::scoped_lock const guard(lock_);
+    auto& entry = entryFor(url, size, pixels);
+    entry.waiters.push_back(std::move(waiter));
+    entry.asked = ++count_;
+    forgetUnwanted();
+}
+
+void PictureJobs::want(
+    std::optional<FileUrl> const& shown, std::span<FileUrl const> next, int pixels)
+{
+    std::scoped_lock const guard(lock_);
+    for (auto& entry : entries_) {
+        entry.isShown = false;
+        entry.rank.reset();
+    }
+    if (shown) {
+        auto& entry = entryFor(*shown, PictureSize::display, pixels);
+        entry.isShown = true;
+        entry.asked = ++count_;
+    }
+    for (std::size_t i = 0; i < next.size(); ++i)
+        if (auto& entry = entryFor(next[i], PictureSize::display, pixels); !entry.rank)
+            entry.rank = i;
+    forgetUnwanted();
+}
+
+std::size_t PictureJobs::claimItems()
+{
+    std::scoped_lock const guard(lock_);
+    forgetUnwanted();
+    Standing const now(entries_);
+    auto const startable
+        = now.urgentWaiting + std::min(now.othersWaiting, now.placesForPrefetches(prefetchWidth_));
+    auto const missing = startable - std::min(startable, items_);
+    items_ += missing;
+    return missing;
+}
+
+std::optional<PictureJobs::Job> PictureJobs::start(int pixels)
+{
+    std::scoped_lock const guard(lock_);
+    --items_;
+    forgetUnwanted();
+    auto* const entry = nextToStart();
+    if (!entry)
+        return std::nullopt;
+    entry->isRunning = true;
+    entry->job.pixels = pixels;
+    return entry->job;
+}
+
+std::vector<PictureJobs::Waiter> PictureJobs::finish(std::size_t number)
+{
+    std::scoped_lock const guard(lock_);
+    auto const ended = std::ranges::find_if(
+        entries_, [number](Entry const& entry) { return entry.job.number == number; });
+    if (ended == entries_.end())
+        return {};
+    auto waiters = std::move(ended->waiters);
+    entries_.erase(ended);
+    return waiters;
+}
+
+// The caller has a reason why it is wanted, and states it before anything else is done.
+PictureJobs::Entry& PictureJobs::entryFor(FileUrl const& url, PictureSize size, int pixels)
+{
+    auto const found = std::ranges::find_if(entries_, [&](Entry const& entry) {
+        auto const& job = entry.job;
+        return job.url == url && job.size == size && (!entry.isRunning || job.pixels == pixels);
+    });
+    if (found != entries_.end())
+        return *found;
+    return entries_.emplace_back(Entry { { ++count_, url, size, pixels } });
+}
+
+void PictureJobs::forgetUnwanted()
+{
+    std::erase_if(entries_,
+        [](Entry const& entry) { return !entry.isRunning && !entry.rank && !isUrgent(entry); });
+}
+
+// A waiter may leave at any moment, also between two looks at it.
+PictureJobs::Entry* PictureJobs::nextToStart()
+{
+    Entry* urgent = nullptr;
+    Entry* prefetch = nullptr;
+    for (auto& entry : entries_) {
+        if (entry.isRunning)
+            continue;
+        if (isUrgent(entry)) {
+            if (!urgent || urgent->asked < entry.asked)
+                urgent = &entry;
+        } else if (entry.rank && (!prefetch || *entry.rank < *prefetch->rank)) {
+            prefetch = &entry;
+        }
+    }
+    if (urgent)
+        return urgent;
+    return Standing(entries_).placesForPrefetches(prefetchWidth_) > 0 ? prefetch : nullptr;
+}
+
+} // namespace pixelhain
