@@ -3,6 +3,7 @@
 #include <QEnterEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <cstdlib>
 
 namespace pixelhain {
 
@@ -37,9 +38,17 @@ bool HiddenPointer::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::Enter)
         place_ = static_cast<QEnterEvent*>(event)->globalPosition().toPoint();
     else if (event->type() == QEvent::MouseMove
-        && static_cast<QMouseEvent*>(event)->globalPosition().toPoint() != place_)
+        && isElsewhere(static_cast<QMouseEvent*>(event)->globalPosition()))
         reveal();
     return false;
+}
+
+// At fractional scales the same place is not always rounded to the same point.
+bool HiddenPointer::isElsewhere(QPointF place) const
+{
+    constexpr int rounding = 1;
+    auto const way = place.toPoint() - place_.value_or(QPoint());
+    return std::abs(way.x()) > rounding || std::abs(way.y()) > rounding;
 }
 
 } // namespace pixelhain

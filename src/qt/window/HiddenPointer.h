@@ -19,6 +19,7 @@ protected:
 
 private:
     void reveal();
+    bool isElsewhere(QPointF place) const;
 
     std::optional<QPoint> place_; ///< where it was hidden
 };
