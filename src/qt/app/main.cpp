@@ -1,8 +1,10 @@
 #include "app/AppDelegate.h"
 #include "codecs/ImageCodecs.h"
 #include "decoder/ChosenDecoder.h"
+#include "icu/IcuTextFormats.h"
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
+#include "images/InfoLines.h"
 #include "images/LoaderPrefetch.h"
 #include "model/BrowserModel.h"
 #include "model/FolderNames.h"
@@ -72,7 +74,8 @@ ImageLoader::Limits loaderLimits()
 std::unique_ptr<ImageDecoder> startDecoder()
 {
     constexpr std::size_t first = 2;
-    return chosenDecoder({ thumbWidth() + displayWidth, first, displayNiceness });
+    constexpr std::size_t viewer = 2; // what is known of the photo, and its animation
+    return chosenDecoder({ thumbWidth() + displayWidth + viewer, first, displayNiceness });
 }
 
 FileUrl currentFolder()
@@ -115,6 +118,15 @@ struct Services {
     PreparedPictures prepared;
 };
 
+InfoLineSource infoLinesFrom(ImageDecoder& decoder)
+{
+    return [&decoder](PhotoItem const& item) {
+        // Not made at the start: how a country writes numbers and dates takes long to read.
+        static IcuTextFormats const formats(formatLocales(::getenv));
+        return infoLines(item, decoder, formats);
+    };
+}
+
 void speakGerman(QApplication& application)
 {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
@@ -146,8 +158,7 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     LoaderPictures pictures(loader, services.background, services.loop);
     ShareMenu share(model, services.sharing, services.clipboard);
     window.content().addViewer({ model, pictures, services.background, services.loop,
-        services.prepared,
-        [](PhotoItem const& item) { return std::vector { std::string(item.name()) }; }, &share });
+        services.prepared, infoLinesFrom(*services.decoder), &share });
     // The same way out as by the window's own button: files are finished, settings are written.
     TerminationSignals const endings([] { QApplication::closeAllWindows(); });
     services.panels.setParent(&window);
