@@ -2,6 +2,7 @@
 #include "support/ForkedRun.h"
 #include "support/ImageWriters.h"
 #include "support/PdfTools.h"
+#include "support/Places.h"
 #include "support/PrivateMounts.h"
 #include "support/TemporaryFolder.h"
 #include <csignal>
@@ -60,7 +61,7 @@ struct Shelf {
                 arguments.push_back(word.data());
             arguments.push_back(nullptr);
             std::signal(SIGINT, SIG_DFL);
-            ::execv(PIXELHAIN_BINARY_DIR "/pixelhain-cli", arguments.data());
+            ::execv((buildFolder() + "/pixelhain-cli").c_str(), arguments.data());
             return 127;
         });
     }
