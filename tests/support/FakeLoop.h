@@ -50,6 +50,12 @@ public:
         now_ = end;
     }
 
+    /// The clock.
+    std::chrono::milliseconds now() const { return now_; }
+
+    /// Timers that have not fired.
+    std::size_t timers() const { return timers_->size(); }
+
 private:
     using Timers = std::multimap<std::chrono::milliseconds, std::shared_ptr<Work>>;
 
