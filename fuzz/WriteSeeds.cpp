@@ -1,5 +1,7 @@
 // Writes a small file of each kind below FOLDER/TARGET, to begin fuzzing with.
+#include "decoder/AnimationProtocol.h"
 #include "decoder/Protocol.h"
+#include "support/AnimationWriters.h"
 #include "support/PlainWriters.h"
 #include <cstdio>
 #include <filesystem>
@@ -126,6 +128,48 @@ void addPlain(Seeds& seeds)
     seeds.add("jp2", writeJp2(pixels, { Jp2Options::Color::ycc, true, 12, 2, {} }));
 }
 
+RgbaPixels dot(std::uint32_t rgba)
+{
+    return RgbaPixels::filled({ 6, 4 }, rgba);
+}
+
+void addAnimations(Seeds& seeds)
+{
+    for (int disposal = 0; disposal < 4; ++disposal) {
+        GifFrame ground;
+        ground.pixels = picture();
+        GifFrame part;
+        part.pixels = dot(0xFF000000);
+        part.pixels.at(1, 1)[3] = 255;
+        part.x = 20;
+        part.disposal = disposal;
+        part.isInterlaced = part.hasOwnColors = disposal % 2 == 1;
+        seeds.add("gifanimation", writeGif(size, { ground, part, part }, { disposal }));
+        ApngFrame first;
+        first.pixels = picture();
+        ApngFrame next;
+        next.pixels = dot(0x00FF0080);
+        next.y = 8;
+        next.disposal = disposal % 3;
+        next.blend = disposal % 2;
+        next.pieces = 2;
+        ApngOptions options;
+        options.png.isInterlaced = disposal == 1;
+        options.png.kind = disposal == 2 ? PngOptions::Kind::palette : PngOptions::Kind::rgba8;
+        seeds.add("pnganimation", writeApng(size, { first, next, next }, options));
+        WebpFrame whole;
+        whole.pixels = picture();
+        WebpFrame place;
+        place.pixels = dot(0x0000FF40);
+        place.x = 4;
+        place.isCleared = disposal % 2 == 1;
+        place.isBlended = disposal < 2;
+        WebpAnimationOptions webp;
+        webp.isLossless = disposal % 2 == 0;
+        seeds.add("webpanimation", writeWebpAnimation(size, { whole, place, place }, webp));
+    }
+}
+
 void addRecords(Seeds& seeds)
 {
     DecoderRequest request;
@@ -145,6 +189,15 @@ void addRecords(Seeds& seeds)
     response.bytesPerRow = 64;
     response.bytes = 1024;
     seeds.addRecord("response", response, 16);
+    AnimationRequest opening;
+    opening.id = 1;
+    opening.fileBytes = 1000;
+    seeds.addRecord("animationrecords", opening, 16);
+    AnimationResponse opened;
+    opened.id = 1;
+    opened.status = AnimationStatus::done;
+    opened.width = opened.height = 1;
+    seeds.addRecord("animationrecords", opened, 16);
 }
 
 } // namespace
@@ -158,6 +211,7 @@ int main(int count, char** arguments)
     Seeds seeds(arguments[1]);
     addCommon(seeds);
     addPlain(seeds);
+    addAnimations(seeds);
     addRecords(seeds);
     return 0;
 }
