@@ -90,7 +90,7 @@ std::optional<std::string> nikonLens(MakerNoteDirectory const& note)
 double digits(std::uint8_t high, std::uint8_t low)
 {
     double value = 0;
-    for (unsigned const digit : { high >> 4, high & 15, low >> 4, low & 15 }) {
+    for (int const digit : { high >> 4, high & 15, low >> 4, low & 15 }) {
         if (digit > 9)
             return -1;
         value = value * 10 + digit;

@@ -1,6 +1,7 @@
 #include "codecs/CodecSupport.h"
 #include "codecs/FileProperties.h"
 #include "codecs/PropertyLimits.h"
+#include "support/CodedWriters.h"
 #include "support/ExifFields.h"
 #include "support/RawWriters.h"
 #include <doctest/doctest.h>
@@ -186,6 +187,34 @@ TEST_CASE("a JPEG XL has block and packet in boxes")
     CHECK_FALSE(statesBlock(jxlWith("Exif", {})));
     CHECK_FALSE(statesBlock(jxlWith("brob", bytesOf("Exif nonsense"))));
     CHECK_FALSE(statesBlock({ 0xFF, 0x0A, 0xFF, 0xFF }));
+}
+
+TEST_CASE("a JPEG XL may compress its block")
+{
+    for (auto const isPacked : { false, true }) {
+        JxlOptions options;
+        options.exif = block();
+        options.isPacked = isPacked;
+        auto const file = writeJxl(RgbaPixels::filled({ 8, 8 }, 0x8040C0FF), options);
+        REQUIRE_FALSE(file.empty());
+        CHECK(statesBlock(file));
+    }
+}
+
+TEST_CASE("a HEIF has block and packet as items, and a size that is not turned")
+{
+    HeifOptions options;
+    options.exif = block();
+    options.packet = packet;
+    for (auto const orientation : { 1, 6 }) {
+        options.orientation = orientation;
+        auto const file = writeHeif(RgbaPixels::filled({ 64, 48 }, 0x8040C0FF), options);
+        REQUIRE_FALSE(file.empty());
+        CHECK(statesBlock(file));
+        auto const properties = gathered(file);
+        CHECK(properties.auxLensModel == Text("EF 50mm"));
+        CHECK(properties.pixelSize == PixelSize { 64, 48 });
+    }
 }
 
 TEST_CASE("a CR3 has its directories in boxes of their own")

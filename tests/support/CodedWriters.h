@@ -19,6 +19,7 @@ struct HeifOptions {
     FileBytes profile;
     int thumbnail = 0; ///< longest side; 0: none
     FileBytes exif; ///< from `exifBlock`
+    std::string packet; ///< XMP
     int orientation = 1; ///< as EXIF counts, carried out by the file's own turns
     std::vector<RgbaPixels> others; ///< further pictures; the first stays the primary one
 };

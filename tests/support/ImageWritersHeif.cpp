@@ -157,6 +157,9 @@ FileBytes writeHeif(RgbaPixels const& pixels, HeifOptions const& options)
     if (!options.exif.empty())
         heif_context_add_exif_metadata(context.get(), handle.get(), options.exif.data(),
             static_cast<int>(options.exif.size()));
+    if (!options.packet.empty())
+        heif_context_add_XMP_metadata(context.get(), handle.get(), options.packet.data(),
+            static_cast<int>(options.packet.size()));
     for (auto const& other : options.others)
         heif_context_encode_image(
             context.get(), imageOf(other, options).get(), encoder.get(), encoding.get(), nullptr);
