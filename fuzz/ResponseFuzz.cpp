@@ -12,8 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
         return 0;
     DecoderRequest asked;
     asked.id = data[0];
-    asked.operation = data[1] % 2 == 0 ? DecoderOperation::readMeta : DecoderOperation::decode;
-    asked.space = data[1] % 2 == 0 ? DecoderSpace::none : DecoderSpace::own;
+    asked.operation = static_cast<DecoderOperation>(1 + data[1] % 3);
+    asked.space = needsSpace(asked.operation) ? DecoderSpace::own : DecoderSpace::none;
     std::uint16_t most = 0;
     std::memcpy(&most, data + 2, sizeof most);
     asked.maxPixel = most;
@@ -28,6 +28,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
         return 0;
     mustHold(!message.isCut && message.descriptors == 0);
     mustHold(response->id == asked.id);
+    mustHold(
+        asked.operation != DecoderOperation::readProperties || response->bytes <= asked.spaceBytes);
     if (asked.operation != DecoderOperation::decode || response->status != DecoderStatus::done)
         return 0;
     auto const width = static_cast<std::uint64_t>(response->width);

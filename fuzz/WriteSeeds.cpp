@@ -1,7 +1,9 @@
 // Writes a small file of each kind below FOLDER/TARGET, to begin fuzzing with.
 #include "decoder/AnimationProtocol.h"
+#include "decoder/PropertiesRecord.h"
 #include "decoder/Protocol.h"
 #include "support/AnimationWriters.h"
+#include "support/ExifFields.h"
 #include "support/PlainWriters.h"
 #include <cstdio>
 #include <filesystem>
@@ -56,6 +58,44 @@ private:
     int count_ = 0;
 };
 
+// A file of each kind with everything in it that one can state about its photo.
+void addProperties(Seeds& seeds)
+{
+    auto const ascii = ExifField::ascii;
+    ExifField packet { 0x02BC, 1 };
+    for (auto const letter : std::string("<a aux:Lens='EF &amp; 50mm'/><aux:Lens>x</aux:Lens>"))
+        packet.values.push_back(static_cast<unsigned char>(letter));
+    ExifField note { 0x927C, 7 };
+    note.place = 8;
+    note.count = 100;
+    for (auto const* const make : { "Canon", "SONY", "NIKON", "Panasonic" }) {
+        auto const block = exifOf(
+            { ascii(0x010F, make), ascii(0x0110, "R5"), packet, ascii(0x0095, "EF 50mm"),
+                ascii(0x0051, "LUMIX"), ExifField::fraction(0x0084, { 18, 1, 55, 1, 4, 1, 5, 1 }),
+                { 0xB02A, 1, { 1, 0, 0x18, 0, 0x55, 0x40, 0x56, 2 } } },
+            { ExifField::fraction(0x829A, { 1, 250 }), ExifField::numbers(0x8827, { 200, 400 }),
+                ascii(0x9003, "2023:05:17 14:30:12"), { 0x829D, 11, { 0x40600000 } }, note });
+        seeds.add("properties", block);
+        JpegOptions jpeg;
+        jpeg.exif = block;
+        seeds.add("properties", writeJpeg(picture(), jpeg));
+        PngOptions png;
+        png.exif = block;
+        seeds.add("properties", writePng(picture(), png));
+        WebpOptions webp;
+        webp.exif = block;
+        seeds.add("properties", writeWebp(picture(), webp));
+    }
+    PhotoProperties properties;
+    properties.pixelSize = PixelSize { 6000, 4000 };
+    properties.model = "Canon EOS R5";
+    properties.fNumber = 1.8;
+    properties.isoSpeedRatings = { 200 };
+    auto const record = packProperties(properties);
+    auto const* const begin = reinterpret_cast<std::uint8_t const*>(record.data());
+    seeds.add("properties", { begin, begin + record.size() });
+}
+
 void addCommon(Seeds& seeds)
 {
     auto const pixels = picture();
@@ -67,6 +107,7 @@ void addCommon(Seeds& seeds)
     seeds.add("exif", block);
     exif.isBigEndian = true;
     seeds.add("exif", exifBlock(exif));
+    addProperties(seeds);
     JpegOptions jpeg;
     jpeg.exif = block;
     jpeg.preview = writeJpeg(pixels);
