@@ -1,5 +1,6 @@
 #include "app/InlineText.h"
 #include <doctest/doctest.h>
+#include <random>
 
 using namespace pixelhain;
 
@@ -193,4 +194,31 @@ TEST_CASE("neighbouring stretches of one style are one span")
 TEST_CASE("bytes that are no text are kept")
 {
     check({ { "\xff**\xc3", "\xff**\xc3" }, { "**\x80\x80**", "<b>\x80\x80</b>" } });
+}
+
+TEST_CASE("whatever the marks, no letter gets lost and spans stay within the text")
+{
+    std::mt19937 random(7);
+    std::vector<std::string> const parts
+        = { "*", "**", "***", "_", "__", "a", "ä", " ", ".", "„", "`", "``", "-" };
+    for (int round = 0; round < 3000; ++round) {
+        std::string marked;
+        for (auto length = random() % 16; length > 0; --length)
+            marked += parts[random() % parts.size()];
+        CAPTURE(marked);
+        auto const plain = [](std::string text) {
+            std::erase_if(
+                text, [](char c) { return c == '*' || c == '_' || c == '`' || c == ' '; });
+            return text;
+        };
+        auto const read = inlineText(marked);
+        CHECK(plain(read.text) == plain(marked));
+        std::size_t at = 0;
+        for (auto const& span : read.spans) {
+            CHECK(span.begin >= at);
+            CHECK(span.begin < span.end);
+            at = span.end;
+        }
+        CHECK(at <= read.text.size());
+    }
 }

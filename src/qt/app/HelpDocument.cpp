@@ -264,9 +264,12 @@ std::vector<HelpPassage> writeHelpTopic(
     document.setDefaultFont(font);
     HelpWriter writer(document, font);
     writer.measureKeys(topic);
+    QTextCursor whole(&document);
+    whole.beginEditBlock(); // laid out once, not after every string
     writer.title(topic.title);
     for (auto const& block : topic.blocks)
         std::visit(writer, block);
+    whole.endEditBlock();
     return writer.take();
 }
 
@@ -278,6 +281,7 @@ void fitHelpTopic(QTextDocument& document, int viewWidth)
     auto const width = std::min(viewWidth - 2 * sides, textWidth);
     auto const letters = QFontMetricsF(document.defaultFont()).averageCharWidth();
     QTextCursor cursor(&document);
+    cursor.beginEditBlock();
     for (auto block = document.begin(); block.isValid(); block = block.next()) {
         if (helpParagraph(block) != HelpParagraph::keys)
             continue;
@@ -292,6 +296,7 @@ void fitHelpTopic(QTextDocument& document, int viewWidth)
         cursor.setPosition(block.position());
         cursor.setBlockFormat(format);
     }
+    cursor.endEditBlock();
 }
 
 QString copiedHelpText(QTextCursor const& selection)
