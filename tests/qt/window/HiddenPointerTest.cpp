@@ -128,3 +128,23 @@ TEST_CASE("a slideshow hides the pointer over the whole window and fills the scr
     desk.model().stopSlideshow();
     CHECK_FALSE(window.MainWindowWidget::isFullScreen());
 }
+
+// A real display tells of the pointer when the window below it changes.
+TEST_CASE("a window that grows below a pointer at rest leaves it hidden, moving it does not")
+{
+    if (QGuiApplication::platformName() != QStringLiteral("xcb"))
+        return;
+    QCursor::setPos(600, 500);
+    QWidget window;
+    window.resize(400, 300);
+    window.move(0, 0);
+    window.show();
+    REQUIRE(QTest::qWaitForWindowExposed(&window));
+    HiddenPointer pointer;
+    pointer.hideUntilMoved();
+    window.resize(1200, 900);
+    REQUIRE(eventually([&] { return window.underMouse(); }));
+    CHECK(pointer.isHidden());
+    QCursor::setPos(640, 500);
+    CHECK(eventually([&] { return !pointer.isHidden(); }));
+}
