@@ -35,6 +35,16 @@ class CommandLineTest(Programs):
         self.assertEqual([row[1:] for row in table], [
             ["240", "320", "still"], ["96", "64", "animated"], ["240", "180", "still"], ["200", "200", "still"]])
 
+    def test_info_prints_what_is_known_with_an_empty_line_between_files(self):
+        result = self.cli("info", self.samples / "Strand bei Ahrenshoop 03.jpg", self.samples / "Zeichen.png")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        photo, drawing = [text.splitlines() for text in result.stdout.split("\n\n")]
+        self.assertEqual(photo[0], "Strand bei Ahrenshoop 03.jpg")
+        self.assertRegex(photo[1], r"^320 × 240 px \(0\.1 MP\) · \d+ KB$")  # as stored, not upright
+        self.assertEqual(drawing[0], "Zeichen.png")
+        self.assertRegex(drawing[1], r"^200 × 200 px \(0\.0 MP\) · [\d,]+ (Byte|KB)$")
+        self.assertRegex(drawing[2], r"^Geändert: \d\d\.\d\d\.\d{4}, \d\d:\d\d$")
+
     def test_thumbnails_come_from_previews_where_they_are_large_enough(self):
         files = [self.samples / "Rosa Blüten.jpg", self.samples / "Zeichen.png"]
         table = self.table("thumbnail", "--size", "128", "--jobs", "2", "--output", self.place, *files)
