@@ -50,6 +50,8 @@ public:
     Field<bool> slideshowShuffle { *this, false };
     /// How far a change of many files has come; none while none runs, or none that takes long.
     Field<std::optional<FileProgress>> fileProgress { *this };
+    /// The same for the pages of a document that is being written.
+    Field<std::optional<FileProgress>> pageProgress { *this };
 
     // What nobody has to be told about.
     int columns() const { return columns_; }

@@ -19,6 +19,8 @@ BrowserModel::BrowserModel(Ports const& ports)
     , folderWatcher_(ports.folderEvents, [this] { refreshTree(); })
     , fileWork_(ports.background, ports.loop,
           [this](std::optional<FileProgress> progress) { fileProgress = progress; })
+    , pageWork_(ports.background, ports.loop,
+          [this](std::optional<FileProgress> progress) { pageProgress = progress; })
 {
     auto const stored = Settings::read(ports.preferences);
     sortKey = stored.sortKey;
@@ -97,6 +99,11 @@ std::string BrowserModel::windowTitle() const
     if (folders->size() == 1)
         return displayText(folders->front().name());
     return messages::folderCount(folders->size());
+}
+
+void BrowserModel::setShowContactSheetDialog(bool shows)
+{
+    showContactSheetDialog = shows && !items->empty();
 }
 
 void BrowserModel::showStatus(std::string text)

@@ -49,6 +49,7 @@ public:
 
     /// Shows a message in the status bar for five seconds.
     void showStatus(std::string text);
+    void setShowContactSheetDialog(bool shows); ///< only while there are photos
 
     // Settings: each is stored under its key at once, numbers brought into their range.
     void setSearchText(std::string text);
@@ -99,11 +100,12 @@ public:
     /// Drops photos that have left their folder.
     void removeItems(UrlSet const& urls);
     std::vector<TrashedPhoto> const& lastTrashed() const { return lastTrashed_; }
-    bool isBusyWithFiles() const { return fileWork_.isBusy(); }
+    bool isBusyWithFiles() const { return fileWork_.isBusy() || pageWork_.isBusy(); }
     /// Stops after the file that is under way, and forgets what waits.
     void cancelFileWork() { fileWork_.cancel(); }
-    /// Cancels, and calls `done` once no file is under way; at once if none is.
-    void stopFileWork(std::function<void()> done) { fileWork_.stopThen(std::move(done)); }
+    /// Cancels, documents too, and calls `done` once no file is under way; at once if none is.
+    void stopFileWork(std::function<void()> done);
+    FileWork& pageWork() { return pageWork_; } ///< writes documents, beside changes of files
 
 private:
     struct ScanAnswer;
@@ -144,7 +146,7 @@ private:
     std::vector<FileUrl> leaving_; ///< what a change of files that is under way takes away
     UrlSet removedWhileScanning_; ///< by us; the scan under way may have seen them before
     Task keyMonitor_;
-    FileWork fileWork_;
+    FileWork fileWork_, pageWork_;
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 

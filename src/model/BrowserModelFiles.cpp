@@ -155,6 +155,12 @@ void BrowserModel::FileChanges::transfer(
     model.fileWork_.run(total, work, done);
 }
 
+void BrowserModel::stopFileWork(std::function<void()> done)
+{
+    pageWork_.cancel();
+    fileWork_.stopThen([this, done = std::move(done)] { pageWork_.stopThen(done); });
+}
+
 void BrowserModel::copyToClipboard()
 {
     auto const photos = actionTargets();

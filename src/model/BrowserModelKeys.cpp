@@ -15,6 +15,7 @@ constexpr double thumbSizeStep = 30; // points
 struct BrowserModel::KeyActions {
     BrowserModel& model;
 
+    bool cancelShownWork();
     bool performAnywhere(KeyAction action);
     bool performInGallery(KeyAction action, Extend extend);
     bool performMovement(KeyAction action, Extend extend);
@@ -32,18 +33,26 @@ bool BrowserModel::handleKey(KeyEvent const& event)
 {
     if (!window_ || event.window != window_ || event.windowIsSheet || event.windowHasSheet)
         return false;
-    if (*fileProgress && isEscape(event)) {
-        cancelFileWork();
+    KeyActions keys { *this };
+    if (isEscape(event) && keys.cancelShownWork())
         return true;
-    }
     if (event.focus == KeyFocus::textView)
         return false;
     if (event.focus == KeyFocus::tableView && isArrowKey(event))
         return false;
-    KeyActions keys { *this };
     if (*viewerIndex)
         return keys.performInViewer(viewerAction(event));
     return keys.performInGallery(galleryAction(event), event.shift ? Extend::yes : Extend::no);
+}
+
+// A document may take minutes: whoever looks at a photo meanwhile wants to leave that.
+bool BrowserModel::KeyActions::cancelShownWork()
+{
+    bool const cancelsFiles = model.fileProgress->has_value();
+    if (!cancelsFiles && (!*model.pageProgress || *model.viewerIndex))
+        return false;
+    (cancelsFiles ? model.fileWork_ : model.pageWork_).cancel();
+    return true;
 }
 
 // The keys with ⌘ work in an empty gallery too.

@@ -15,7 +15,7 @@
 
 namespace pixelhain {
 
-/// What a running change of files shares with the main thread.
+/// What running work on files, or on the pages of one, shares with the main thread.
 struct FileRun {
     CancelFlag cancel;
     std::atomic<std::size_t> handled { 0 };
@@ -30,7 +30,7 @@ struct FileCommand {
     bool takesPhotosAway = false; ///< from their folders
 };
 
-/// Changes of files, strictly one after the other, off the main thread. Main thread only.
+/// Work on files, strictly one piece after the other, off the main thread. Main thread only.
 class FileWork {
 public:
     using ShowProgress = std::function<void(std::optional<FileProgress>)>;
@@ -44,8 +44,8 @@ public:
     /// Begins the command at its turn: at once if nothing is under way.
     void give(FileCommand command);
 
-    /// Does `work(FileRun&)` on `total` files in the background, then `done(result)` here, then
-    /// begins the next command. Only while a command begins.
+    /// Does `work(FileRun&)` on `total` files or pages in the background, then `done(result)` here,
+    /// then begins the next command. Only while a command begins.
     template <typename Work, typename Done> void run(std::size_t total, Work work, Done done)
     {
         auto const run = std::make_shared<FileRun>();

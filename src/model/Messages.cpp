@@ -1,5 +1,6 @@
 #include "model/Messages.h"
 #include "base/Text.h"
+#include <algorithm>
 
 namespace pixelhain {
 
@@ -64,6 +65,11 @@ std::string_view messages::transferButton(Transfer transfer)
 std::string messages::progress(std::size_t done, std::size_t total)
 {
     return std::to_string(done) + " von " + std::to_string(total);
+}
+
+std::string messages::pageProgress(std::size_t done, std::size_t total)
+{
+    return "Seite " + progress(std::min(done + 1, total), total);
 }
 
 } // namespace pixelhain

@@ -39,6 +39,9 @@ inline constexpr std::string_view slideshow = "Diashow";
 
 /// "3 von 120"
 [[nodiscard]] std::string progress(std::size_t done, std::size_t total);
+
+/// "Seite 3 von 34": the page that is under way once two are done.
+[[nodiscard]] std::string pageProgress(std::size_t done, std::size_t total);
 } // namespace messages
 
 } // namespace pixelhain

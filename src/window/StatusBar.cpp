@@ -24,10 +24,11 @@ std::optional<std::string> StatusBar::message() const
 
 std::optional<std::string> StatusBar::progress() const
 {
-    auto const& progress = *model_.fileProgress;
-    if (!progress)
-        return std::nullopt;
-    return messages::progress(progress->done, progress->total);
+    if (auto const& files = *model_.fileProgress)
+        return messages::progress(files->done, files->total);
+    if (auto const& pages = *model_.pageProgress)
+        return messages::pageProgress(pages->done, pages->total);
+    return std::nullopt;
 }
 
 bool StatusBar::showsSelectNone() const

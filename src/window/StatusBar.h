@@ -29,8 +29,8 @@ public:
     /// "40 Fotos · 3 ausgewählt", secondary colour.
     [[nodiscard]] std::string countText() const;
     [[nodiscard]] std::optional<std::string> message() const;
-    /// "3 von 120": how far a long change of files has come, before the link at the right end.
-    /// Escape cancels it.
+    /// "3 von 120": how far a long change of files has come, or "Seite 3 von 34" of a document,
+    /// before the link at the right end. Escape cancels what is shown.
     [[nodiscard]] std::optional<std::string> progress() const;
     [[nodiscard]] bool showsSelectNone() const;
     void selectNone();

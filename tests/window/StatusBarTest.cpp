@@ -91,3 +91,27 @@ TEST_CASE("the progress of long work has a place of its own beside the message")
     CHECK(desk.operations.calls.size() == 3);
     CHECK_FALSE(bar.progress().has_value());
 }
+
+TEST_CASE("a document shows the page it is at, behind changes of files")
+{
+    using namespace std::chrono_literals;
+    Desk desk;
+    desk.open("/b", { "1.jpg", "2.jpg" });
+    StatusBar const bar(desk.model());
+    desk.model().pageWork().give({ {}, [&](auto const&) {
+                                      desk.model().pageWork().run(
+                                          34,
+                                          [&](FileRun& run) {
+                                              run.handled = 2;
+                                              desk.loop.advance(200ms);
+                                              CHECK(bar.progress() == "Seite 3 von 34");
+                                              run.handled = 34;
+                                              desk.loop.advance(100ms);
+                                              CHECK(bar.progress() == "Seite 34 von 34");
+                                              return true;
+                                          },
+                                          [](bool) {});
+                                  } });
+    desk.settle();
+    CHECK_FALSE(bar.progress().has_value());
+}
