@@ -14,10 +14,18 @@ public:
         chosen_ = std::move(chosen);
     }
 
-    /// Chooses a folder in the panel that was shown last.
+    void chooseSaveFile(
+        SavePanelRequest const& request, std::function<void(FileUrl)> chosen) override
+    {
+        saveRequests.push_back(request);
+        chosen_ = std::move(chosen);
+    }
+
+    /// Chooses a folder or a file in the panel that was shown last.
     void choose(FileUrl const& url) { chosen_(url); }
 
     std::vector<FolderPanelRequest> requests;
+    std::vector<SavePanelRequest> saveRequests;
 
 private:
     std::function<void(FileUrl)> chosen_;

@@ -15,8 +15,13 @@ public:
 
     void chooseFolder(
         FolderPanelRequest const& request, std::function<void(FileUrl)> chosen) override;
+    void chooseSaveFile(
+        SavePanelRequest const& request, std::function<void(FileUrl)> chosen) override;
 
 private:
+    QFileDialog* makeDialog(std::optional<FileUrl> const& start);
+    void confirmReplacing(QString const& path, std::function<void(FileUrl)> const& chosen);
+
     QPointer<QWidget> parent_;
     QPointer<QFileDialog> open_;
 };
