@@ -39,8 +39,9 @@ TEST_CASE("the menus name their commands exactly and in order")
     CHECK(commands.photos().title == "Fotos");
     CHECK(titles(commands.photos())
         == Names { "In den Papierkorb legen", "Verschieben nach …", "Kopieren nach …",
-            "In Zwischenablage kopieren", "", "Im Finder zeigen", "Mit Standard-App öffnen", "",
-            "Alle auswählen  (⌘A)", "Auswahl aufheben  (⇧⌘A)", "Auswahl umkehren" });
+            "In Zwischenablage kopieren", "Kontaktabzug (PDF) …", "", "Im Finder zeigen",
+            "Mit Standard-App öffnen", "", "Alle auswählen  (⌘A)", "Auswahl aufheben  (⇧⌘A)",
+            "Auswahl umkehren" });
     CHECK(commands.help().title == "Hilfe");
     CHECK(titles(commands.help()) == Names { "Pixelhain-Hilfe" });
 }
@@ -54,6 +55,7 @@ TEST_CASE("commands keep their keys and take those of this desktop besides")
     CHECK(command(photos, "Verschieben nach …").keys == Names { "Ctrl+Shift+M" });
     CHECK(command(photos, "Kopieren nach …").keys == Names { "Ctrl+Shift+K" });
     CHECK(command(photos, "In Zwischenablage kopieren").keys == Names { "Ctrl+C" });
+    CHECK(command(photos, "Kontaktabzug (PDF) …").keys == Names { "Ctrl+P" });
     CHECK(command(photos, "Im Finder zeigen").keys == Names { "Ctrl+Shift+R" });
     CHECK(command(photos, "Mit Standard-App öffnen").keys == Names { "Ctrl+Down" });
     CHECK(command(photos, "Alle auswählen  (⌘A)").keys.empty());
@@ -64,7 +66,7 @@ TEST_CASE("commands keep their keys and take those of this desktop besides")
     CHECK(command(commands.help(), "Pixelhain-Hilfe").keys == Names { "Ctrl+?", "F1" });
 }
 
-TEST_CASE("undo is there only while something can be undone, all else always")
+TEST_CASE("undo is there only while something can be undone, most else always")
 {
     Desk desk;
     desk.open("/b", { "1.jpg", "2.jpg" });
@@ -81,7 +83,19 @@ TEST_CASE("undo is there only while something can be undone, all else always")
     CHECK(desk.names() == Names { "1.jpg", "2.jpg" });
     CHECK_FALSE(undo.isEnabled());
     for (auto const& each : commands.photos().commands)
-        CHECK(!each.isEnabled);
+        CHECK((each.isEnabled == nullptr) == (each.title != "Kontaktabzug (PDF) …"));
+}
+
+TEST_CASE("a contact sheet can be asked for only while there are photos")
+{
+    Desk desk;
+    AppCommands const commands(desk.model());
+    auto const sheet = command(commands.photos(), "Kontaktabzug (PDF) …");
+    CHECK_FALSE(sheet.isEnabled());
+    desk.open("/b", { "1.jpg" });
+    CHECK(sheet.isEnabled());
+    sheet.run();
+    CHECK(desk.model().showContactSheetDialog);
 }
 
 TEST_CASE("every command calls its operation")

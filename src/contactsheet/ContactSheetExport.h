@@ -1,0 +1,56 @@
+#pragma once
+#include "contactsheet/ContactSheetRenderer.h"
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pixelhain {
+
+class BrowserModel;
+class MainLoop;
+class Panels;
+class Workspace;
+
+/// The photos of a contact sheet: the marked ones in the gallery's order if two or more are marked,
+/// else all that are visible. A photo in the viewer or a single marked one does not count.
+[[nodiscard]] std::vector<PhotoItem> contactSheetPhotos(BrowserModel const& model);
+[[nodiscard]] std::size_t contactSheetPhotoCount(BrowserModel const& model);
+
+/// What a contact sheet of the shown folders is made by unless the user says otherwise.
+[[nodiscard]] ContactSheetOptions usualContactSheetOptions(BrowserModel const& model);
+
+/// Makes contact sheets: asks where to, renders off the main thread, says how it ended, and opens
+/// what came out. Sheets are made one after the other. Main thread only.
+class ContactSheetExport {
+public:
+    struct Services {
+        BrowserModel& model;
+        MainLoop& loop;
+        Panels& panels;
+        Workspace& workspace;
+        ContactSheetPictures::Services pictures; ///< must outlive the work under way
+        std::function<std::string()> today; ///< as it is printed
+    };
+    explicit ContactSheetExport(Services services)
+        : services_(std::move(services))
+    {
+    }
+
+    /// Of the photos that are to be had now; nothing happens if there are none.
+    void begin(ContactSheetOptions const& options);
+
+    /// Begins in the next turn of the main loop.
+    void beginLater(ContactSheetOptions options);
+
+private:
+    void render(ContactSheetJob job);
+    void ended(FileUrl const& target, ContactSheetResult const& result);
+
+    Services services_;
+    std::shared_ptr<char> alive_ = std::make_shared<char>();
+};
+
+} // namespace pixelhain
