@@ -6,15 +6,17 @@
 #include "cli/ProgressBar.h"
 #include "codecs/ImageCodecs.h"
 #include "contactsheet/ContactSheetRenderer.h"
+#include "icu/IcuTextFormats.h"
 #include "icu/IcuTextOrder.h"
 #include "model/PhotoTest.h"
 #include "model/Scanning.h"
 #include "pdf/CairoPdf.h"
 #include "posix/FolderHandle.h"
 #include "posix/PosixFileReplacement.h"
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -103,12 +105,7 @@ bool isOtherThanPdf(FileUrl const& url)
 
 std::string today()
 {
-    auto const now = std::time(nullptr);
-    std::tm parts {};
-    std::array<char, 32> text {};
-    auto const length
-        = std::strftime(text.data(), text.size(), "%d.%m.%Y", ::localtime_r(&now, &parts));
-    return { text.data(), length };
+    return IcuTextFormats(formatLocales(::getenv)).date(std::chrono::system_clock::now());
 }
 
 /// What the operands stand for.

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "codecs/ImageCodecs.h"
+#include "contactsheet/ContactSheetExport.h"
 #include "decoder/ChosenDecoder.h"
 #include "icu/IcuTextFormats.h"
 #include "icu/IcuTextOrder.h"
@@ -8,8 +9,10 @@
 #include "images/LoaderPrefetch.h"
 #include "model/BrowserModel.h"
 #include "model/FolderNames.h"
+#include "pdf/CairoPdf.h"
 #include "posix/InotifyFolderEvents.h"
 #include "posix/PosixFileOperations.h"
+#include "posix/PosixFileReplacement.h"
 #include "posix/PosixFileSystem.h"
 #include "posix/SystemRandom.h"
 #include "posix/ThreadPool.h"
@@ -21,6 +24,7 @@
 #include "qt/app/Screenshot.h"
 #include "qt/app/TerminationSignals.h"
 #include "qt/app/Trace.h"
+#include "qt/contactsheet/ContactSheetDialogWidget.h"
 #include "qt/ports/QtClipboard.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/ports/QtPanels.h"
@@ -52,6 +56,7 @@ using namespace pixelhain;
 // Decoding takes what the window leaves over: a frame is never late because of it.
 constexpr int thumbNiceness = 5;
 constexpr int displayNiceness = 2;
+constexpr int sheetNiceness = 10; // whoever waits for a document looks at photos meanwhile
 constexpr std::size_t displayWidth = 3;
 
 std::size_t thumbWidth()
@@ -75,7 +80,7 @@ std::unique_ptr<ImageDecoder> startDecoder()
 {
     constexpr std::size_t first = 2;
     constexpr std::size_t viewer = 2; // what is known of the photo, and its animation
-    return chosenDecoder({ thumbWidth() + displayWidth + viewer, first, displayNiceness });
+    return chosenDecoder({ 2 * thumbWidth() + displayWidth + viewer, first, displayNiceness });
 }
 
 FileUrl currentFolder()
@@ -115,6 +120,10 @@ struct Services {
     InotifyFolderEvents folderEvents { loop, { isTreeName } };
     ThreadQueue thumbQueue { thumbWidth(), thumbNiceness };
     ThreadQueue displayQueue { displayWidth, displayNiceness };
+    ThreadQueue sheetQueue { thumbWidth(), sheetNiceness };
+    PosixFileReplacements replacements;
+    CairoPdfWriter pdf { replacements };
+    IcuTextFormats formats { formatLocales(::getenv) };
     PreparedPictures prepared;
 };
 
@@ -159,6 +168,10 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     ShareMenu share(model, services.sharing, services.clipboard);
     window.content().addViewer({ model, pictures, services.background, services.loop,
         services.prepared, infoLinesFrom(*services.decoder), &share });
+    ContactSheetExport sheets({ model, services.loop, services.panels, services.workspace,
+        { loader, services.sheetQueue, thumbWidth(), services.pdf },
+        [&] { return services.formats.date(std::chrono::system_clock::now()); } });
+    ContactSheetPresenter const sheetPresenter(model, sheets, window);
     // The same way out as by the window's own button: files are finished, settings are written.
     TerminationSignals const endings([] { QApplication::closeAllWindows(); });
     services.panels.setParent(&window);
