@@ -127,15 +127,6 @@ struct Services {
     PreparedPictures prepared;
 };
 
-InfoLineSource infoLinesFrom(ImageDecoder& decoder)
-{
-    return [&decoder](PhotoItem const& item) {
-        // Not made at the start: how a country writes numbers and dates takes long to read.
-        static IcuTextFormats const formats(formatLocales(::getenv));
-        return infoLines(item, decoder, formats);
-    };
-}
-
 void speakGerman(QApplication& application)
 {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
@@ -166,8 +157,12 @@ int run(QApplication& application, CommandLine const& line, Services& services)
             services.imageTypes, &services.folderEvents, &services.workspace });
     LoaderPictures pictures(loader, services.background, services.loop);
     ShareMenu share(model, services.sharing, services.clipboard);
-    window.content().addViewer({ model, pictures, services.background, services.loop,
-        services.prepared, infoLinesFrom(*services.decoder), &share });
+    window.content().addViewer(
+        { model, pictures, services.background, services.loop, services.prepared,
+            [&services](PhotoItem const& item) {
+                return infoLines(item, *services.decoder, services.formats);
+            },
+            &share });
     ContactSheetExport sheets({ model, services.loop, services.panels, services.workspace,
         { loader, services.sheetQueue, thumbWidth(), services.pdf },
         [&] { return services.formats.date(std::chrono::system_clock::now()); } });
