@@ -47,8 +47,9 @@ FileBytes::const_iterator at(FileBytes const& bytes, std::size_t offset)
 
 std::size_t find(FileBytes const& bytes, std::string_view text)
 {
+    auto const isSame = [](std::uint8_t byte, char sign) { return byte == std::uint8_t(sign); };
     return static_cast<std::size_t>(
-        std::search(bytes.begin(), bytes.end(), text.begin(), text.end()) - bytes.begin());
+        std::search(bytes.begin(), bytes.end(), text.begin(), text.end(), isSame) - bytes.begin());
 }
 
 // Files of one frame, taken apart and put together again: all frames would not fit into memory.
@@ -180,6 +181,15 @@ long memoryOfAll()
     return sum;
 }
 
+// Reads a frame as painting it does: only then its memory counts as this program's.
+unsigned touched(Bitmap const& bitmap)
+{
+    unsigned sum = 0;
+    for (std::size_t offset = 0; offset < bitmap.cost(); offset += 64)
+        sum += static_cast<unsigned>(bitmap.pixels.get()[offset]);
+    return sum;
+}
+
 int play(char const* path, double seconds)
 {
     ConsoleLoop loop;
@@ -192,7 +202,7 @@ int play(char const* path, double seconds)
     AnimatedImageView view(
         { *decoder, background, loop, now }, 1920, [&] { shown.push_back(now()); });
     auto const begin = now();
-    view.show(FileUrl(path));
+    view->show(FileUrl(path));
     long most = 0;
     Task look;
     std::function<void()> const measure = [&] {
