@@ -41,6 +41,7 @@ void Milestones::look()
     auto const& grid = window_.content().grid();
     if (!isShown_)
         return;
+    lookAtViewer();
     if (!sawPicture_ && grid.hasShownPicture()) {
         sawPicture_ = true;
         trace_.milestone("first-thumbnail");
@@ -52,6 +53,18 @@ void Milestones::look()
     if (sawComplete_ && !sawIdle_ && isIdle()) {
         sawIdle_ = true;
         trace_.milestone("idle");
+    }
+}
+
+void Milestones::lookAtViewer()
+{
+    auto const* const viewer = window_.content().viewer();
+    auto const index = model_.viewerIndex.get();
+    if (!viewer || !index || *index >= model_.items->size())
+        photo_.reset();
+    else if (auto const& url = (*model_.items)[*index].url; photo_ != url && viewer->isComplete()) {
+        photo_ = url;
+        trace_.milestone("photo-shown", *index + 1);
     }
 }
 

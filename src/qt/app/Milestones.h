@@ -1,4 +1,5 @@
 #pragma once
+#include "base/FileUrl.h"
 #include "base/Published.h"
 #include "qt/app/Trace.h"
 #include <optional>
@@ -10,20 +11,21 @@ class BrowserModel;
 class MainWindowWidget;
 
 /// Watches the window and reports to the trace when it stands, when a folder's photos are known,
-/// when the first picture shows, when all in view do, when nothing is left to do, and each message
-/// of the status bar.
+/// when the first picture shows, when all in view do, when nothing is left to do, when a photo
+/// stands sharp in the viewer, and each message of the status bar.
 class Milestones {
 public:
     Milestones(Trace const& trace, BrowserModel& model, MainWindowWidget& window);
 
     /// To be called once, when the window's first frame is on the screen.
     void windowShown();
-    /// To be called after each frame of the gallery.
+    /// To be called after each frame of the gallery or the viewer.
     void painted() { look(); }
 
 private:
     void modelChanged();
     void look();
+    void lookAtViewer();
     bool isIdle() const;
 
     Trace const& trace_;
@@ -31,6 +33,7 @@ private:
     MainWindowWidget& window_;
     Observation observation_;
     LastSeen<std::optional<std::string>> status_;
+    std::optional<FileUrl> photo_; ///< that was last seen sharp in the viewer
     bool isShown_ = false;
     bool wasLoading_ = false;
     bool sawPicture_ = false;

@@ -35,6 +35,7 @@
 #include "qt/ports/QtWorkspace.h"
 #include "qt/ports/UserTime.h"
 #include "qt/viewer/PreparedPictures.h"
+#include "qt/viewer/ViewerImageWidget.h"
 #include "qt/window/MainWindowWidget.h"
 #include "sidebar/SidebarPorts.h"
 #include <QApplication>
@@ -157,12 +158,17 @@ int run(QApplication& application, CommandLine const& line, Services& services)
             services.imageTypes, &services.folderEvents, &services.workspace });
     LoaderPictures pictures(loader, services.background, services.loop);
     ShareMenu share(model, services.sharing, services.clipboard);
-    window.content().addViewer(
-        { model, pictures, services.background, services.loop, services.prepared,
-            [&services](PhotoItem const& item) {
-                return infoLines(item, *services.decoder, services.formats);
-            },
-            &share });
+    window.content().addViewer({ model, pictures, services.background, services.loop,
+        services.prepared,
+        [&services](
+            PhotoItem const& item) { return infoLines(item, *services.decoder, services.formats); },
+        &share,
+        [&](std::function<void()> changed) {
+            return std::make_unique<AnimatedImageView>(
+                AnimatedImageView::House { *services.decoder, services.background, services.loop,
+                    [] { return std::chrono::steady_clock::now().time_since_epoch(); } },
+                loader.displayPixelSize(), std::move(changed));
+        } });
     ContactSheetExport sheets({ model, services.loop, services.panels, services.workspace,
         { loader, services.sheetQueue, thumbWidth(), services.pdf },
         [&] { return services.formats.date(std::chrono::system_clock::now()); } });
@@ -187,6 +193,7 @@ int run(QApplication& application, CommandLine const& line, Services& services)
     Milestones milestones(trace, model, window);
     window.shown = [&] { milestones.windowShown(); };
     window.content().grid().painted = [&] { milestones.painted(); };
+    window.content().viewer()->picture().painted = [&] { milestones.painted(); };
 
     // So that the first menu knows what is installed; nobody opens one sooner.
     auto const looking

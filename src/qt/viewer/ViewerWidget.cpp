@@ -85,6 +85,7 @@ void ViewerWidget::photoChanged()
 {
     auto const* const image = container_.image();
     if (!image) {
+        animation_.reset();
         close();
         return;
     }
@@ -94,9 +95,25 @@ void ViewerWidget::photoChanged()
     }
     picture_->setAccessibleName(shownText(container_.chrome()->name()));
     picture_->photoChanged({});
+    playAnimation();
     if (!isOpen_)
         open();
     showContent();
+}
+
+void ViewerWidget::playAnimation()
+{
+    auto const& image = *container_.image();
+    if (!image.isAnimated() || !services_.animate) {
+        animation_.reset();
+        return;
+    }
+    if (!animation_)
+        animation_ = services_.animate([this] {
+            if (!animation_->frame().isEmpty())
+                picture_->showFrame(animation_->frame());
+        });
+    animation_->show(image.item().url);
 }
 
 void ViewerWidget::showLayers()

@@ -1,5 +1,6 @@
 #pragma once
 #include "qt/viewer/PicturePainter.h"
+#include "viewer/AnimatedImageView.h"
 #include "viewer/InfoPanel.h"
 #include "viewer/ViewerContainer.h"
 #include <QPointer>
@@ -31,6 +32,8 @@ public:
         PreparedPictures& prepared;
         InfoLineSource infoLines;
         ShareMenu* share = nullptr; ///< none if null
+        /// Makes what plays animations; null where none are played.
+        std::function<std::unique_ptr<AnimatedImageView>(std::function<void()> changed)> animate {};
     };
 
     ViewerWidget(Services const& services, QWidget* parent);
@@ -59,6 +62,7 @@ protected:
 
 private:
     void photoChanged();
+    void playAnimation();
     void showLayers();
     void showContent();
     void showArrows();
@@ -73,6 +77,7 @@ private:
     Services services_;
     ViewerContainer container_;
     InfoPanel info_;
+    std::unique_ptr<AnimatedImageView> animation_; ///< while the photo is one
     ViewerImageWidget* picture_;
     FailureView* failure_;
     LargeSpinner* spinner_;
