@@ -69,6 +69,8 @@ void ViewerChrome::perform(Action action)
         model_.trash({ item_.url });
         break;
     case Action::slideshow:
+        model_.startSlideshow();
+        break;
     case Action::share:
         break;
     case Action::fullScreen:

@@ -91,6 +91,12 @@ void ViewerContainer::freePictures()
     image_.reset();
 }
 
+std::chrono::milliseconds ViewerContainer::transitionTime() const
+{
+    bool const blends = services_.model.viewerTransition == ViewerTransition::crossFade;
+    return blends ? crossFadeTime : std::chrono::milliseconds(0);
+}
+
 std::vector<ViewerContainer::Layer> ViewerContainer::layers() const
 {
     std::vector<Layer> all;

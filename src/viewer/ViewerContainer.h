@@ -26,7 +26,6 @@ public:
     static constexpr double pausePaddingY = 8;
     static constexpr double pauseMargin = 30; ///< from the bottom edge
     static constexpr std::chrono::milliseconds fadeTime { 200 }; ///< of the whole viewer
-    static constexpr std::chrono::milliseconds crossFadeTime { 700 }; ///< from photo to photo
 
     /// What lies over the whole area, the lowest first.
     enum class Layer : std::uint8_t { ground, picture, chrome, pauseLabel, infoPanel };
@@ -52,6 +51,9 @@ public:
     ViewerImage const* image() const { return image_.get(); }
     ViewerChrome* chrome() { return chrome_ ? &*chrome_ : nullptr; }
     std::optional<ImageMeta> const& meta() const { return meta_; }
+
+    /// The time in which the photo before becomes this one; 0: at once.
+    [[nodiscard]] std::chrono::milliseconds transitionTime() const;
 
     [[nodiscard]] std::vector<Layer> layers() const;
     [[nodiscard]] bool shows(Layer layer) const;

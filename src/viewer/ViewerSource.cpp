@@ -11,30 +11,7 @@ Task LoaderPictures::loadDisplayImage(FileUrl const& url, ImageLoader::ImageDone
 
 Task LoaderPictures::loadFullImage(FileUrl const& url, ImageLoader::ImageDone done)
 {
-    auto waiter = std::make_shared<ImageLoader::ImageDone>(std::move(done));
-    auto shared = full_.lock();
-    if (!shared || shared->url != url) {
-        shared = std::make_shared<Shared>();
-        shared->url = url;
-        full_ = shared;
-        shared->load = loader_.loadFullImage(
-            url, [this, weak = std::weak_ptr(shared)](ImageRef const& image) {
-                auto const answered = weak.lock();
-                if (!answered)
-                    return;
-                if (full_.lock() == answered)
-                    full_.reset();
-                for (auto const& waiting : std::exchange(answered->waiting, {}))
-                    if (auto const alive = waiting.lock())
-                        (*alive)(image);
-            });
-    }
-    shared->waiting.push_back(waiter);
-    // The decode is given up when the last one who waits for it is gone.
-    return Task([shared = std::move(shared), waiter = std::move(waiter)]() mutable {
-        waiter.reset();
-        shared.reset();
-    });
+    return loader_.loadFullImage(url, std::move(done));
 }
 
 Task LoaderPictures::loadMeta(FileUrl const& url, ImageLoader::MetaDone done)

@@ -1,7 +1,6 @@
 #pragma once
 #include "images/ImageLoader.h"
-#include <memory>
-#include <vector>
+#include <optional>
 
 namespace pixelhain {
 
@@ -23,8 +22,7 @@ public:
     [[nodiscard]] virtual std::optional<ImageMeta> knownMeta(FileUrl const& url) const = 0;
 };
 
-/// The image loader as the viewer's source. Full pictures of one file that are asked for while it
-/// is being decoded share that one decode: a zooming gesture asks with each of its steps.
+/// The image loader as the viewer's source.
 class LoaderPictures final : public ViewerSource {
 public:
     /// All three outlive this; metadata is read on a thread of `background`, because the queue of
@@ -43,16 +41,9 @@ public:
     std::optional<ImageMeta> knownMeta(FileUrl const& url) const override;
 
 private:
-    struct Shared {
-        FileUrl url;
-        Task load;
-        std::vector<std::weak_ptr<ImageLoader::ImageDone>> waiting;
-    };
-
     ImageLoader& loader_;
     Background& background_;
     MainLoop& loop_;
-    std::weak_ptr<Shared> full_; ///< the newest decode of a full picture, while anyone waits for it
 };
 
 } // namespace pixelhain

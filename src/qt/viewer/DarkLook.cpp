@@ -16,18 +16,25 @@ constexpr double usualFontPixels = 13;
 
 } // namespace
 
-QPalette darkPalette(QPalette const& desktop)
+QPalette viewerPalette()
 {
-    auto const accent = desktop.color(QPalette::Active, QPalette::Highlight);
-    QPalette dark(text, ground, ground.lighter(160), Qt::black, ground.lighter(130), text,
-        Qt::white, ground, ground);
-    for (auto const group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled }) {
-        dark.setColor(group, QPalette::Highlight, accent);
-        dark.setColor(group, QPalette::HighlightedText, Qt::white);
-        dark.setColor(group, QPalette::ToolTipBase, ground.lighter(140));
-        dark.setColor(group, QPalette::ToolTipText, text);
-        dark.setColor(group, QPalette::PlaceholderText, QColor(170, 170, 174));
-    }
+    struct Role {
+        QPalette::ColorRole role;
+        QColor color;
+    };
+    QPalette dark;
+    for (auto const& [role, color] : { Role { QPalette::Window, ground },
+             Role { QPalette::WindowText, text }, Role { QPalette::Base, ground },
+             Role { QPalette::AlternateBase, ground.lighter(120) }, Role { QPalette::Text, text },
+             Role { QPalette::BrightText, Qt::white }, Role { QPalette::Button, ground },
+             Role { QPalette::ButtonText, text }, Role { QPalette::Light, ground.lighter(160) },
+             Role { QPalette::Midlight, ground.lighter(145) },
+             Role { QPalette::Mid, ground.lighter(130) }, Role { QPalette::Dark, Qt::black },
+             Role { QPalette::Shadow, Qt::black },
+             Role { QPalette::ToolTipBase, ground.lighter(140) },
+             Role { QPalette::ToolTipText, text },
+             Role { QPalette::PlaceholderText, QColor(170, 170, 174) } })
+        dark.setColor(role, color);
     for (auto const role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
         dark.setColor(QPalette::Disabled, role, QColor(130, 130, 134));
     return dark;

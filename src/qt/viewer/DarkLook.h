@@ -7,8 +7,8 @@ class QRectF;
 
 namespace pixelhain {
 
-/// The viewer's colours: dark whatever the desktop has, with its accent.
-[[nodiscard]] QPalette darkPalette(QPalette const& desktop);
+/// The viewer's colours: dark whatever the desktop has. The accent is left to the desktop.
+[[nodiscard]] QPalette viewerPalette();
 
 /// The ground of what lies over a photo: dark, and the photo shines through a little. White text
 /// is readable on it whatever the photo.

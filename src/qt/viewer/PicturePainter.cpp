@@ -199,14 +199,49 @@ void PicturePainter::paint(QPainter& painter, QRect const& dirty)
         paintSoft(painter, pixelsOf(part));
 }
 
+void PicturePainter::paintSoft(QPainter& painter, PixelRect const& part)
+{
+    if (!isExact() && !isFrame_
+        && static_cast<long long>(part.width) * part.height > mostSoftPixels) {
+        paintCoarse(painter, part);
+        return;
+    }
+    painter.save();
+    painter.setClipRect(rectOf(part));
+    drawLevel(painter, part, 1);
+    painter.restore();
+}
+
+void PicturePainter::paintCoarse(QPainter& painter, PixelRect const& part)
+{
+    QSize const size((part.width + 1) / 2, (part.height + 1) / 2);
+    if (coarse_.size() != size)
+        coarse_ = QImage(size, QImage::Format_RGB32);
+    if (coarse_.isNull())
+        return;
+    if (!levels_->all().front().bitmap.isOpaque)
+        coarse_.fill(Qt::black);
+    {
+        QPainter half(&coarse_);
+        half.scale(0.5, 0.5);
+        half.translate(-part.x, -part.y);
+        drawLevel(half, part, 2);
+    }
+    painter.save();
+    painter.setClipRect(rectOf(part));
+    painter.drawImage(QRect(QPoint(part.x, part.y), 2 * size), coarse_);
+    painter.restore();
+}
+
 // Of the level only what lies under the part is handed over: the toolkit counts source pixels in
 // few bits.
-void PicturePainter::paintSoft(QPainter& painter, PixelRect const& part) const
+void PicturePainter::drawLevel(QPainter& painter, PixelRect const& part, int reduction) const
 {
-    auto const& level = levels_->levelFor(place_.size(), 1);
+    auto const whole = place_.size();
+    auto const& level = levels_->levelFor({ whole.width / reduction, whole.height / reduction }, 1);
     auto const size = level.bitmap.size;
-    auto const perX = level.width / place_.width;
-    auto const perY = level.height / place_.height;
+    auto const perX = level.width / whole.width;
+    auto const perY = level.height / whole.height;
     constexpr int reach = 2;
     auto const first = [&](int at, double per) {
         return std::max(0, static_cast<int>(std::floor(at * per)) - reach);
@@ -223,15 +258,12 @@ void PicturePainter::paintSoft(QPainter& painter, PixelRect const& part) const
     QImage const used(level.bitmap.row(y) + std::ptrdiff_t(x) * 4, right - x, bottom - y,
         static_cast<qsizetype>(level.bitmap.bytesPerRow),
         level.bitmap.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
-    painter.save();
-    painter.setClipRect(rectOf(part));
     painter.translate(place_.x + x / perX, place_.y + y / perY);
     if (!isExact()) {
         painter.scale(1 / perX, 1 / perY);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
     }
     painter.drawImage(0, 0, used);
-    painter.restore();
 }
 
 } // namespace pixelhain

@@ -24,6 +24,10 @@ public:
     /// Without a change of the size for so long, the picture is made sharp.
     static constexpr std::chrono::milliseconds restTime { 50 };
 
+    /// More pixels than these are drawn at half the resolution until the sharp ones are there: on
+    /// the largest screens nothing else is done within a frame.
+    static constexpr long long mostSoftPixels = 3'000'000;
+
     struct Services {
         Background& background;
         MainLoop& loop;
@@ -77,7 +81,9 @@ private:
     void sharpen();
     void startWork();
     void made(Made made);
-    void paintSoft(QPainter& painter, PixelRect const& part) const;
+    void paintSoft(QPainter& painter, PixelRect const& part);
+    void paintCoarse(QPainter& painter, PixelRect const& part);
+    void drawLevel(QPainter& painter, PixelRect const& part, int reduction) const;
 
     Services services_;
     std::function<void()> changed_;
@@ -88,6 +94,7 @@ private:
     PixelSize area_;
     PixelRect place_;
     std::optional<Sharp> sharp_;
+    QImage coarse_; ///< kept for the next frame
     Task rest_;
     Task work_;
     bool isWorking_ = false;

@@ -1,6 +1,7 @@
 #include "qt/viewer/ViewerImageWidget.h"
 #include "qt/viewer/DevicePixels.h"
 #include "qt/viewer/PreparedPictures.h"
+#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
@@ -15,11 +16,19 @@ namespace {
 // A photo that is not there yet is waited for so long before the one before makes way.
 constexpr Milliseconds longestWait { 700 };
 
+std::function<Milliseconds()> runningClock()
+{
+    QElapsedTimer clock;
+    clock.start();
+    return [clock] { return Milliseconds(static_cast<double>(clock.nsecsElapsed()) / 1e6); };
+}
+
 } // namespace
 
 ViewerImageWidget::ViewerImageWidget(
     ViewerContainer& container, PicturePainter::Services const& services, QWidget* parent)
     : QWidget(parent)
+    , now(runningClock())
     , container_(container)
     , services_(services)
     , painter_(services, [this] { update(); })
@@ -28,12 +37,6 @@ ViewerImageWidget::ViewerImageWidget(
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::StrongFocus);
     grabGesture(Qt::PinchGesture);
-    clock_.start();
-}
-
-Milliseconds ViewerImageWidget::now() const
-{
-    return Milliseconds(static_cast<double>(clock_.nsecsElapsed()) / 1e6);
 }
 
 PictureArea ViewerImageWidget::area() const

@@ -3,7 +3,6 @@
 #include "viewer/ViewerContainer.h"
 #include "viewer/ZoomMotion.h"
 #include <QBasicTimer>
-#include <QElapsedTimer>
 #include <QWidget>
 #include <chrono>
 #include <optional>
@@ -28,6 +27,10 @@ public:
     /// A picture of an animation, in place of the one before.
     void showFrame(Bitmap const& frame);
 
+    /// What was turned or pinched over something that lies on the photo.
+    void takeWheel(QWheelEvent const& event);
+    bool takeNativeGesture(QNativeGestureEvent const& event);
+
     /// The keys with Ctrl that zoom; false for any other.
     bool takeKey(QKeyEvent const& event);
 
@@ -36,6 +39,9 @@ public:
 
     /// Called after each frame.
     std::function<void()> painted;
+
+    /// The time by which everything moves; it never goes back.
+    std::function<Milliseconds()> now;
 
 protected:
     bool event(QEvent* event) override;
@@ -55,7 +61,6 @@ private:
         std::optional<Milliseconds> start; ///< once there is something to blend to
     };
 
-    Milliseconds now() const;
     PictureArea area() const;
     PixelSize measured(double scale) const;
     void place();
@@ -63,7 +68,6 @@ private:
     bool isMoving() const;
     QImage frozen();
     void paintFade(QPainter& painter, QRect const& dirty);
-    bool takeNativeGesture(QNativeGestureEvent const& event);
     bool takePinch(QPinchGesture const& pinch);
     void updatePointer();
 
@@ -71,7 +75,6 @@ private:
     PicturePainter::Services services_;
     PicturePainter painter_;
     ZoomMotion motion_;
-    QElapsedTimer clock_;
     QBasicTimer frames_;
     std::optional<CrossFade> fade_;
     std::optional<QPointF> pressed_;

@@ -12,8 +12,10 @@ bool ViewerImageWidget::event(QEvent* event)
 {
     switch (event->type()) {
     case QEvent::NativeGesture:
-        if (takeNativeGesture(*static_cast<QNativeGestureEvent*>(event)))
+        if (takeNativeGesture(*static_cast<QNativeGestureEvent*>(event))) {
+            event->accept();
             return true;
+        }
         break;
     case QEvent::Gesture: {
         auto* const gestures = static_cast<QGestureEvent*>(event);
@@ -115,13 +117,18 @@ void ViewerImageWidget::mouseDoubleClickEvent(QMouseEvent* event)
 void ViewerImageWidget::wheelEvent(QWheelEvent* event)
 {
     event->accept();
+    takeWheel(*event);
+}
+
+void ViewerImageWidget::takeWheel(QWheelEvent const& event)
+{
     auto* const image = container_.image();
-    auto const turned = event->angleDelta();
+    auto const turned = event.angleDelta();
     auto const angle = std::abs(turned.y()) >= std::abs(turned.x()) ? turned.y() : turned.x();
     // What a touchpad goes on with after the fingers have left it is nobody's wish for photos.
-    if (!image || angle == 0 || event->phase() == Qt::ScrollMomentum)
+    if (!image || angle == 0 || event.phase() == Qt::ScrollMomentum)
         return;
-    if (event->modifiers().testFlag(Qt::ControlModifier))
+    if (event.modifiers().testFlag(Qt::ControlModifier))
         image->turnWheel(angle / WheelPager::notch);
     else
         container_.turnWheel(angle);

@@ -3,7 +3,9 @@
 #include "qt/ports/FileUrlText.h"
 #include "qt/viewer/ChromeButton.h"
 #include "qt/viewer/DarkLook.h"
+#include "qt/viewer/DevicePixels.h"
 #include "qt/viewer/InfoPanelWidget.h"
+#include "qt/viewer/PreparedPictures.h"
 #include "qt/viewer/ViewerChromeWidget.h"
 #include "qt/viewer/ViewerImageWidget.h"
 #include "qt/viewer/ViewerLabels.h"
@@ -13,7 +15,9 @@
 #include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QNativeGestureEvent>
 #include <QVariantAnimation>
+#include <QWheelEvent>
 #include <algorithm>
 #include <utility>
 
@@ -35,7 +39,7 @@ ViewerWidget::ViewerWidget(Services const& services, QWidget* parent)
     })
 {
     hide();
-    useDarkColors();
+    setPalette(viewerPalette());
     picture_ = new ViewerImageWidget(
         container_, { services.background, services.loop, services.prepared }, this);
     failure_ = new FailureView(this);
@@ -68,9 +72,10 @@ SideArrow& ViewerWidget::arrow(ViewerChrome::Side side)
     return side == ViewerChrome::Side::left ? *left_ : *right_;
 }
 
-void ViewerWidget::useDarkColors()
+void ViewerWidget::setPlace(QRect const& place)
 {
-    setPalette(darkPalette(QApplication::palette()));
+    setGeometry(place);
+    services_.prepared.setArea(devicePixels(*this));
 }
 
 void ViewerWidget::modelChanged()
@@ -94,7 +99,7 @@ void ViewerWidget::photoChanged()
         chrome->hoverRight = right_->underMouse();
     }
     picture_->setAccessibleName(shownText(container_.chrome()->name()));
-    picture_->photoChanged({});
+    picture_->photoChanged(container_.transitionTime());
     playAnimation();
     if (!isOpen_)
         open();
@@ -290,15 +295,17 @@ void ViewerWidget::keyPressEvent(QKeyEvent* event)
 // What a part of the viewer has no use for is meant for the photo.
 void ViewerWidget::wheelEvent(QWheelEvent* event)
 {
-    QApplication::sendEvent(picture_, event);
+    event->accept();
+    picture_->takeWheel(*event);
 }
 
 bool ViewerWidget::event(QEvent* event)
 {
-    if (event->type() == QEvent::NativeGesture)
-        return QApplication::sendEvent(picture_, event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
-        useDarkColors();
+    if (event->type() == QEvent::NativeGesture
+        && picture_->takeNativeGesture(*static_cast<QNativeGestureEvent*>(event))) {
+        event->accept();
+        return true;
+    }
     return QWidget::event(event);
 }
 

@@ -44,6 +44,9 @@ public:
     ViewerChromeWidget& chrome() { return *chrome_; }
     SideArrow& arrow(ViewerChrome::Side side);
 
+    /// Where it belongs, also while it is hidden: pictures are prepared for it then.
+    void setPlace(QRect const& place);
+
     /// To be called after every change of the model.
     void modelChanged();
 
@@ -72,7 +75,6 @@ private:
     void fade(double from, double to);
     void perform(ViewerChrome::Action action, QPoint below);
     void share(QPoint below);
-    void useDarkColors();
 
     Services services_;
     ViewerContainer container_;

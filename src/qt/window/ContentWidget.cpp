@@ -163,7 +163,7 @@ void ContentWidget::addViewer(ViewerWidget::Services const& services)
 {
     viewer_ = new ViewerWidget(services, this);
     viewer_->closing = [this] { detail_->currentWidget()->setFocus(); };
-    viewer_->setGeometry(rect());
+    viewer_->setPlace(rect());
 }
 
 void ContentWidget::setDropTargeted(bool targeted)
@@ -205,7 +205,7 @@ void ContentWidget::resizeEvent(QResizeEvent*)
 {
     dropHighlight_->setGeometry(rect());
     if (viewer_)
-        viewer_->setGeometry(rect());
+        viewer_->setPlace(rect());
 }
 
 } // namespace pixelhain

@@ -2,6 +2,7 @@
 #include "model/BrowserModel.h"
 #include "qt/window/KeyMapping.h"
 #include "qt/window/MainWindowWidget.h"
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
@@ -20,6 +21,15 @@ KeyFocus focusIn(MainWindowWidget const& window)
     if (qobject_cast<QAbstractItemView*>(window.focusWidget()))
         return KeyFocus::tableView;
     return KeyFocus::gallery;
+}
+
+// A button that somebody went to with Tab is pressed by the space key, also in the viewer, where
+// that key means something else.
+bool pressesButton(MainWindowWidget const& window, QWidget const& receiver, QKeyEvent const& event)
+{
+    auto const* const viewer = window.content().viewer();
+    return event.key() == Qt::Key_Space && event.modifiers() == Qt::NoModifier && viewer
+        && viewer->isAncestorOf(&receiver) && qobject_cast<QAbstractButton const*>(&receiver);
 }
 
 class KeyMonitor final : public QObject {
@@ -42,7 +52,10 @@ protected:
         if (!window || qobject_cast<QMenuBar const*>(&receiver)
             || (window->focusWidget() && window->focusWidget() != &receiver))
             return false;
-        auto key = mappedKey(*static_cast<QKeyEvent*>(event));
+        auto const& typed = *static_cast<QKeyEvent*>(event);
+        if (pressesButton(*window, receiver, typed))
+            return false;
+        auto key = mappedKey(typed);
         key.window = window;
         key.focus = focusIn(*window);
         key.windowHasSheet = QApplication::activeModalWidget() != nullptr;

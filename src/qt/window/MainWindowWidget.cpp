@@ -124,12 +124,23 @@ void MainWindowWidget::modelChanged()
     for (auto const& [action, condition] : conditions_)
         action->setEnabled(condition());
     content_->modelChanged();
+    showMenuBar();
+}
+
+// A photo on the full screen has all of it. A bar without height keeps its keys, a hidden one would
+// not.
+void MainWindowWidget::showMenuBar()
+{
+    bool const isAway = isFullScreen() && content_->viewer() && content_->view().showsViewer();
+    menuBar()->setMaximumHeight(isAway ? 0 : QWIDGETSIZE_MAX);
 }
 
 bool MainWindowWidget::isComplete() const
 {
     if (model_.isLoading || model_.isLookingForFolders())
         return false;
+    if (auto const* const viewer = content_->viewer(); viewer && content_->view().showsViewer())
+        return viewer->isComplete();
     return model_.items->empty() || content_->grid().isComplete();
 }
 
@@ -214,6 +225,8 @@ void MainWindowWidget::paintEvent(QPaintEvent* event)
 void MainWindowWidget::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        showMenuBar();
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && activated)
         activated();
 }

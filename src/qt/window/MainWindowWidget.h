@@ -55,6 +55,7 @@ private:
     void addViewMenu(AppMenu const& menu);
     void nameSidebarAction();
     void modelChanged();
+    void showMenuBar();
 
     BrowserModel& model_;
     MainLoop& loop_;
