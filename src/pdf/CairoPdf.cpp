@@ -126,9 +126,12 @@ public:
 
     std::optional<WriteProblem> finish() override
     {
+        // A page that refused to be drawn on left the rest out, though the document is sound.
+        bool const isDrawn = cairo_status(page_.get()) == CAIRO_STATUS_SUCCESS;
         page_.reset();
         cairo_surface_finish(surface_.get());
-        bool const isWhole = cairo_surface_status(surface_.get()) == CAIRO_STATUS_SUCCESS;
+        bool const isWhole
+            = isDrawn && cairo_surface_status(surface_.get()) == CAIRO_STATUS_SUCCESS;
         // A file that could not be written says why; no other one is complete.
         if (!isWhole && stream_.isOpen)
             return WriteProblem::other;

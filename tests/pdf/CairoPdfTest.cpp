@@ -282,6 +282,22 @@ TEST_CASE("pages are written as they end")
     }
 }
 
+TEST_CASE("a document with something that cannot be drawn is not taken for a whole one")
+{
+    Document document;
+    document.folder.file("a.pdf", "old");
+    {
+        auto const canvas = document.begin();
+        REQUIRE(canvas->endPage());
+        auto const picture = document.writer.pictureOf(filled({ 3, 2 }, { 9, 9, 9, 255 }), 1);
+        canvas->drawPicture(picture, { 0, 0, 0, 0 });
+        CHECK_FALSE(canvas->endPage());
+        CHECK(canvas->finish() == WriteProblem::other);
+    }
+    CHECK(bytesOf(document.file) == "old");
+    CHECK(namesIn(document.folder.url()) == std::set<std::string> { "a.pdf" });
+}
+
 TEST_CASE("a document that is dropped leaves nothing behind")
 {
     Document document;
