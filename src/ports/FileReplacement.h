@@ -16,7 +16,7 @@ enum class WriteProblem : std::uint8_t {
     noFolder, ///< there is none of that name any more
     nameTooLong,
     notAFile, ///< something of the name is there that is no file
-    taken, ///< a file of the name has appeared in the meantime
+    taken, ///< a file of the name has appeared or changed in the meantime
     tooLarge, ///< for this file system
     other,
 };

@@ -75,9 +75,9 @@ std::string partName(std::string_view name, int attempt)
 
 } // namespace
 
-PosixFileReplacement::PosixFileReplacement(FilePlace target, bool replaces)
+PosixFileReplacement::PosixFileReplacement(FilePlace target, std::optional<struct stat> replaced)
     : target_(std::move(target))
-    , replaces_(replaces)
+    , replaced_(replaced)
     , part_(Descriptor(), "")
 {
 }
@@ -96,7 +96,8 @@ FileReplacements::Begun PosixFileReplacement::begin(FileUrl const& target)
     if (exists && ::faccessat(place.folder(), place.name(), W_OK, AT_EACCESS) != 0)
         return problemOf(errno);
     auto const mode = exists ? there.st_mode & modeBits : newFileMode;
-    std::unique_ptr<PosixFileReplacement> file(new PosixFileReplacement(std::move(place), exists));
+    std::unique_ptr<PosixFileReplacement> file(
+        new PosixFileReplacement(std::move(place), exists ? std::optional(there) : std::nullopt));
     if (!file->open(mode))
         return problemOf(errno);
     return file;
@@ -106,18 +107,21 @@ bool PosixFileReplacement::open(mode_t mode)
 {
     constexpr int flags = O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC | O_NOFOLLOW;
     constexpr int attempts = 1000;
+    Descriptor folder(::fcntl(target_.folder(), F_DUPFD_CLOEXEC, 0));
+    if (!folder)
+        return false;
     for (int attempt = 1; attempt <= attempts && !file_; ++attempt) {
         auto const name = partName(target_.name(), attempt);
         file_ = Descriptor(
             uninterrupted([&] { return ::openat(target_.folder(), name.c_str(), flags, mode); }));
         if (file_)
-            part_ = FilePlace(Descriptor(::fcntl(target_.folder(), F_DUPFD_CLOEXEC, 0)), name);
+            part_ = FilePlace(std::move(folder), name);
         else if (errno != EEXIST)
             return false;
     }
     if (!file_)
         return false;
-    if (replaces_)
+    if (replaced_)
         static_cast<void>(::fchmod(file_.get(), mode)); // the mask does not count here
     return true;
 }
@@ -164,15 +168,20 @@ bool PosixFileReplacement::sync()
     return false;
 }
 
+// Whoever agreed to lose a file meant what it held then.
 bool PosixFileReplacement::rename()
 {
-    bool const isDone = replaces_ ? uninterrupted([&] {
-        return ::renameat(part_.folder(), part_.name(), target_.folder(), target_.name());
-    }) == 0
-                                  : renameExclusively(part_, target_) == RenameResult::done;
-    if (!isDone)
-        fail();
-    return isDone;
+    struct stat there { };
+    bool const isThere = replaced_ && target_.status(there);
+    if (isThere && !isUnchanged(*replaced_, there))
+        errno = EEXIST;
+    else if (isThere ? uninterrupted([&] {
+                 return ::renameat(part_.folder(), part_.name(), target_.folder(), target_.name());
+             }) == 0
+                     : renameExclusively(part_, target_) == RenameResult::done)
+        return true;
+    fail();
+    return false;
 }
 
 std::optional<WriteProblem> PosixFileReplacement::finish()

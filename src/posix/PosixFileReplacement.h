@@ -2,6 +2,7 @@
 #include "ports/FileReplacement.h"
 #include "posix/Descriptor.h"
 #include "posix/FilePlace.h"
+#include <optional>
 #include <sys/stat.h>
 #include <vector>
 
@@ -9,7 +10,7 @@ namespace pixelhain {
 
 /// Writes to "NAME.part" beside the target, a name that nobody else has, and renames. A file that
 /// is replaced hands on its mode; one that may not be written to is not replaced, and neither is
-/// one that comes to the target while it is written.
+/// one that comes to the target, or changes there, while the new one is written.
 class PosixFileReplacement final : public FileReplacement {
 public:
     [[nodiscard]] static FileReplacements::Begun begin(FileUrl const& target);
@@ -19,7 +20,7 @@ public:
     [[nodiscard]] std::optional<WriteProblem> finish() override;
 
 private:
-    PosixFileReplacement(FilePlace target, bool replaces);
+    PosixFileReplacement(FilePlace target, std::optional<struct stat> replaced);
 
     [[nodiscard]] bool open(mode_t mode);
     [[nodiscard]] bool flush();
@@ -28,7 +29,7 @@ private:
     void fail();
 
     FilePlace target_;
-    bool const replaces_; ///< a file that is there already
+    std::optional<struct stat> const replaced_; ///< a file that is there already, as it was then
     FilePlace part_;
     Descriptor file_;
     std::vector<std::uint8_t> pending_;

@@ -158,6 +158,48 @@ TEST_CASE("a file that came in the meantime is not replaced")
     CHECK(bytesOf(folder.url().child("a.pdf.part")) == "ours");
 }
 
+TEST_CASE("a file that changed in the meantime, or is another one, is not replaced")
+{
+    for (bool const isAnother : { false, true }) {
+        TemporaryFolder const folder;
+        auto const target = folder.file("a.pdf", "old");
+        {
+            auto const file = begun(target);
+            CHECK(file->write(bytesIn("ours")));
+            if (isAnother)
+                REQUIRE(::rename(folder.file("b.pdf", "yet").cString(), target.cString()) == 0);
+            else
+                folder.file("a.pdf", "theirs");
+            CHECK(file->finish() == WriteProblem::taken);
+        }
+        CHECK(bytesOf(target) == (isAnother ? "yet" : "theirs"));
+        CHECK(bytesOf(folder.url().child("a.pdf.part")) == "ours");
+    }
+}
+
+TEST_CASE("a file that went away in the meantime makes room for the new one")
+{
+    TemporaryFolder const folder;
+    auto const target = folder.file("a.pdf", "old");
+    auto const file = begun(target);
+    CHECK(file->write(bytesIn("new")));
+    REQUIRE(::unlink(target.cString()) == 0);
+    CHECK_FALSE(file->finish().has_value());
+    CHECK(bytesOf(target) == "new");
+    CHECK(namesIn(folder.url()) == Names { "a.pdf" });
+}
+
+TEST_CASE("a file with a second name is replaced under the one that was given")
+{
+    TemporaryFolder const folder;
+    auto const target = folder.file("a.pdf", "old");
+    auto const second = folder.url().child("b.pdf");
+    REQUIRE(::link(target.cString(), second.cString()) == 0);
+    replace(target, "new");
+    CHECK(bytesOf(target) == "new");
+    CHECK(bytesOf(second) == "old");
+}
+
 TEST_CASE("a folder that is missing and a name that is too long are told apart")
 {
     TemporaryFolder const folder;
