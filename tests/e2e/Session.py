@@ -14,14 +14,14 @@ SECOND = 500, 160  # within the second photo of the gallery, beside the folders 
 class Session:
     """The program over a folder, with settings, trash and caches of its own below `home`."""
 
-    def __init__(self, home, *arguments):
+    def __init__(self, home, *arguments, **variables):
         home.mkdir(mode=0o700, exist_ok=True)
         self.data = home / "data"
         environment = {
             **os.environ, "HOME": str(home), "LC_ALL": "C.UTF-8", "XDG_CONFIG_HOME": str(home / "config"),
             "XDG_DATA_HOME": str(self.data), "XDG_CACHE_HOME": str(home / "cache"), "PIXELHAIN_TRACE": "1",
             "QT_QPA_PLATFORM": "xcb", "WAYLAND_DISPLAY": "", "DBUS_SESSION_BUS_ADDRESS": "",
-            "XDG_RUNTIME_DIR": str(home)}
+            "XDG_RUNTIME_DIR": str(home), **variables}
         self.said = []
         self._lines = queue.Queue()
         self.program = subprocess.Popen(
@@ -60,6 +60,21 @@ class Session:
         found = self._xdotool("search", "--onlyvisible", "--pid", self.program.pid, check=False).split()
         titles = {window: self._xdotool("getwindowname", window, check=False) for window in found}
         return {window: title.strip() for window, title in titles.items() if title}
+
+    def wait_until(self, happens):
+        """Waits until `happens()` gives something true, and gives that."""
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            if found := happens():
+                return found
+            time.sleep(0.05)
+        raise AssertionError("never happened\n" + "\n".join(self.said))
+
+    def wait_for_window(self, title=None, other_than=None):
+        """Waits until a window of the program with this title, or any but one, is on the screen; gives it."""
+        return self.wait_until(lambda: next(
+            (window for window, its in self.visible_windows().items()
+             if window != other_than and title in (None, its)), None))
 
     def keys(self, *names):
         self._xdotool("key", "--delay", "30", *names)
