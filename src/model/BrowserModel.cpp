@@ -1,5 +1,6 @@
 #include "model/BrowserModel.h"
 #include "base/Text.h"
+#include "model/DiscardedPhotos.h"
 #include "model/Messages.h"
 #include "model/Settings.h"
 #include "ports/Background.h"
@@ -58,21 +59,11 @@ void BrowserModel::showItems(std::vector<PhotoItem> visible)
     auto const inViewer = urlAt(viewerIndex);
     auto const atCursor = urlAt(cursor);
     if (!(visible.empty() && items->empty()))
-        discard(items.replace(std::move(visible)));
+        discardPhotos(ports_.background, items.replace(std::move(visible)));
     showInViewer(indexOf(inViewer), ViewerTransition::none);
     cursor = atCursor == inViewer ? viewerIndex.get() : indexOf(atCursor);
     anchor_ = std::nullopt;
     stopSlideshow();
-}
-
-// Freeing a very long list takes longer than a frame.
-void BrowserModel::discard(std::vector<PhotoItem> photos)
-{
-    constexpr std::size_t quicklyFreed = 100'000;
-    if (photos.size() <= quicklyFreed)
-        return;
-    auto const gone = std::make_shared<std::vector<PhotoItem>>(std::move(photos));
-    ports_.background.run(Priority::utility, [gone] { gone->clear(); });
 }
 
 std::optional<std::size_t> BrowserModel::indexOf(std::optional<FileUrl> const& url) const

@@ -116,10 +116,8 @@ private:
 
     void openPlace(FileUrl const& folder, std::optional<FileUrl> const& file);
     void restore(Restorable const& found);
-    void takeOutRemoved(ScanAnswer& answer);
     void accept(ScanAnswer answer);
     void showItems(std::vector<PhotoItem> visible);
-    void discard(std::vector<PhotoItem> photos);
     std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
     std::optional<FileUrl> urlAt(std::optional<std::size_t> index) const;
     void mark(std::size_t from, std::size_t to);
@@ -127,7 +125,6 @@ private:
     void showInViewer(std::optional<std::size_t> index, ViewerTransition transition);
     void prefetch(std::vector<std::size_t> const& next);
     CommandTargets targetsNow() const;
-    void followRemoval(UrlSet const& urls, std::vector<bool> const& gone);
 
     Ports ports_;
     std::shared_ptr<PhotoTest> photoTest_; ///< shared with scans that outlive the model

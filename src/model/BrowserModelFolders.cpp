@@ -1,4 +1,5 @@
 #include "model/BrowserModel.h"
+#include "model/DiscardedPhotos.h"
 #include "model/Messages.h"
 #include "model/Scanning.h"
 #include "model/SelectionRules.h"
@@ -44,6 +45,8 @@ struct BrowserModel::ScanAnswer {
     std::vector<PhotoItem> visible;
     UrlSet selected;
     UrlSet stillSelected;
+
+    void takeOut(UrlSet const& removed);
 };
 
 void BrowserModel::chooseFolder()
@@ -171,7 +174,7 @@ void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGa
     pendingFileToShow_ = std::nullopt;
     folder = urls.front();
     folders = std::move(urls);
-    discard(std::exchange(allItems_, {}));
+    discardPhotos(ports_.background, std::exchange(allItems_, {}));
     index_ = PhotoIndex();
     showItems({});
     selection = UrlSet();
@@ -212,16 +215,13 @@ void BrowserModel::startScan()
         [this](ScanAnswer answer) { accept(std::move(answer)); });
 }
 
-// The scan may have seen photos that have been taken away since.
-void BrowserModel::takeOutRemoved(ScanAnswer& answer)
+void BrowserModel::ScanAnswer::takeOut(UrlSet const& removed)
 {
-    auto const removed = std::exchange(removedWhileScanning_, {});
     if (removed.empty())
         return;
-    auto const gone = membership(removed, answer.found.items);
-    removePhotos(answer.found.items, answer.found.index, gone);
-    removePhotos(answer.visible, membership(removed, answer.visible));
-    std::erase_if(answer.stillSelected, [&](FileUrl const& url) { return removed.contains(url); });
+    removePhotos(found.items, found.index, membership(removed, found.items));
+    removePhotos(visible, membership(removed, visible));
+    std::erase_if(stillSelected, [&](FileUrl const& url) { return removed.contains(url); });
 }
 
 void BrowserModel::accept(ScanAnswer answer)
@@ -229,11 +229,12 @@ void BrowserModel::accept(ScanAnswer answer)
     if (answer.generation != scanGeneration_)
         return;
     isLoading = false;
-    takeOutRemoved(answer);
+    // The scan may have seen photos that have been taken away since.
+    answer.takeOut(std::exchange(removedWhileScanning_, {}));
     // What left its folder for good before the scan came by is followed as if it were done.
     if (!leaving_.empty())
         removeItems(vanishedPhotos(leaving_, *items, answer.found.items));
-    discard(std::exchange(allItems_, std::move(answer.found.items)));
+    discardPhotos(ports_.background, std::exchange(allItems_, std::move(answer.found.items)));
     index_ = std::move(answer.found.index);
     selection = *selection == answer.selected ? std::move(answer.stillSelected)
                                               : stillPresent(selection, allItems_);

@@ -19,7 +19,10 @@ void BrowserModel::removeItems(UrlSet const& urls)
         marked.erase(url);
 
     auto const gone = membership(urls, *items);
-    followRemoval(urls, gone);
+    // Commands that wait are meant for what will then be in the viewer.
+    auto const successor = [&](FileUrl const& url) { return urlAt(survivor(indexOf(url), gone)); };
+    for (auto& command : fileWork_.waiting())
+        command.targets.follow(urls, successor);
     removePhotos(allItems_, index_, membership(urls, allItems_));
     auto const after = [&](std::optional<std::size_t> index) -> std::optional<std::size_t> {
         auto const kept = survivor(index, gone);
@@ -33,14 +36,6 @@ void BrowserModel::removeItems(UrlSet const& urls)
     showInViewer(newViewer, ViewerTransition::none);
     if (newViewer)
         prefetch(viewerNeighbours(*newViewer, items->size(), ViewerDirection::forward));
-}
-
-// Commands that wait are meant for what will then be in the viewer.
-void BrowserModel::followRemoval(UrlSet const& urls, std::vector<bool> const& gone)
-{
-    auto const successor = [&](FileUrl const& url) { return urlAt(survivor(indexOf(url), gone)); };
-    for (auto& command : fileWork_.waiting())
-        command.targets.follow(urls, successor);
 }
 
 } // namespace pixelhain
