@@ -124,6 +124,11 @@ Operands read(Arguments const& arguments, CommandContext const& context)
     IcuTextOrder const order(orderingLocale(::getenv));
     for (auto const operand : arguments.operands()) {
         auto const url = context.place(operand);
+        if (!files.exists(url)) {
+            context.complain(operand, "cannot be found");
+            found.hasFailed = true;
+            continue;
+        }
         if (!files.isFolder(url)) {
             found.photos.push_back({ url });
             continue;
@@ -133,7 +138,7 @@ Operands read(Arguments const& arguments, CommandContext const& context)
         found.photos.insert(found.photos.end(), photos.begin(), photos.end());
         found.folderNames += (found.folderNames.empty() ? "" : ", ") + displayText(url.name());
     }
-    found.hasFailed = files.hasFailed();
+    found.hasFailed |= files.hasFailed();
     return found;
 }
 

@@ -208,6 +208,21 @@ TEST_CASE("without photos nothing is written")
     CHECK(shelf.left().empty());
 }
 
+TEST_CASE("what is not there is named and has no place on the sheet; an old one stays if it is all")
+{
+    Shelf shelf;
+    shelf.addPhotos(2);
+    std::string const photos(shelf.photos.path());
+    REQUIRE(shelf.run() == 0);
+    auto const missing = std::string(shelf.folder.url().child("Urlab").path());
+    CHECK(shelf.run({ missing }) == 1);
+    CHECK(shelf.err.starts_with("pixelhain-cli: " + missing + ": cannot be found\n"));
+    CHECK(imagesOf(shelf.sheet).size() == 2);
+    CHECK(shelf.run({ missing, photos }) == 1);
+    CHECK(imagesOf(shelf.sheet).size() == 2);
+    CHECK_FALSE(wordOf(shelf.sheet, "Urlab"));
+}
+
 TEST_CASE("an older sheet is replaced, a file of any other kind is not")
 {
     Shelf shelf;
