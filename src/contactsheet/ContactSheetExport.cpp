@@ -79,26 +79,40 @@ void ContactSheetExport::begin(ContactSheetOptions const& options)
         [this, alive = std::weak_ptr(alive_), job = std::move(job)](FileUrl const& target) mutable {
             if (alive.expired())
                 return;
+            if (isAwaited(target))
+                return services_.model.showStatus(std::string(messages::awaitedContactSheet));
             job.date = services_.today();
             job.target = target;
             render(std::move(job));
         });
 }
 
+// Until a sheet is whole there is nothing in its place that a panel would ask about.
+bool ContactSheetExport::isAwaited(FileUrl const& target)
+{
+    std::erase_if(awaited_, [](auto const& place) { return place.expired(); });
+    return std::ranges::any_of(
+        awaited_, [&](auto const& place) { return *place.lock() == target; });
+}
+
 void ContactSheetExport::render(ContactSheetJob job)
 {
     services_.model.showStatus(messages::creatingContactSheet(job.photos.size()));
-    auto const begin = [this, alive = std::weak_ptr(alive_),
+    auto const place = std::make_shared<std::optional<FileUrl>>(job.target);
+    awaited_.push_back(place);
+    auto const begin = [this, place, alive = std::weak_ptr(alive_),
                            job = std::make_shared<ContactSheetJob>(std::move(job))](auto const&) {
         if (alive.expired())
             return;
         ContactSheetLayout const layout(job->options, job->photos.size(), job->options.page());
         auto const work = [pictures = services_.pictures, job](
                               FileRun& run) { return renderContactSheet(pictures, *job, run); };
-        auto const done = [this, alive, target = job->target](ContactSheetResult const& result) {
-            if (!alive.expired())
-                ended(target, result);
-        };
+        auto const done
+            = [this, place, alive, target = job->target](ContactSheetResult const& result) {
+                  place->reset();
+                  if (!alive.expired())
+                      ended(target, result);
+              };
         services_.model.pageWork().run(layout.pages, work, done);
     };
     services_.model.pageWork().give({ {}, begin });

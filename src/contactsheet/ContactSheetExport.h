@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,7 +24,8 @@ class Workspace;
 [[nodiscard]] ContactSheetOptions usualContactSheetOptions(BrowserModel const& model);
 
 /// Makes contact sheets: asks where to, renders off the main thread, says how it ended, and opens
-/// what came out. Sheets are made one after the other. Main thread only.
+/// what came out. Sheets are made one after the other, never two into the same place unless the
+/// first is there when the user agrees to replace it. Main thread only.
 class ContactSheetExport {
 public:
     struct Services {
@@ -46,10 +48,13 @@ public:
     void beginLater(ContactSheetOptions options);
 
 private:
+    bool isAwaited(FileUrl const& target);
     void render(ContactSheetJob job);
     void ended(FileUrl const& target, ContactSheetResult const& result);
 
     Services services_;
+    /// Where sheets go that wait or are under way: gone if given up, empty once they have ended.
+    std::vector<std::weak_ptr<std::optional<FileUrl>>> awaited_;
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 

@@ -16,6 +16,8 @@ namespace pixelhain::messages {
 [[nodiscard]] std::string failedContactSheet(WriteProblem problem);
 
 inline constexpr std::string_view cancelledContactSheet = "Kontaktabzug abgebrochen";
+inline constexpr std::string_view awaitedContactSheet
+    = "Unter diesem Namen wird noch ein anderer Kontaktabzug gespeichert";
 
 /// The file name that is proposed for the sheet of a window with this title: one that every file
 /// system takes.

@@ -144,6 +144,38 @@ TEST_CASE("of two exports at once the second waits for the first")
     CHECK(desk.workspace.opened.size() == 2);
 }
 
+TEST_CASE("a sheet on its way to a place is never replaced unasked by the next one")
+{
+    ExportDesk desk;
+    desk.openPhotos(3);
+    desk.begin("a.pdf");
+    desk.begin("b.pdf");
+    desk.begin("b.pdf");
+    CHECK(desk.status() == "Unter diesem Namen wird noch ein anderer Kontaktabzug gespeichert");
+    desk.begin("a.pdf");
+    CHECK(desk.status() == "Unter diesem Namen wird noch ein anderer Kontaktabzug gespeichert");
+    desk.settle();
+    CHECK(desk.pdf().written.size() == 2);
+    desk.begin("a.pdf");
+    desk.settle();
+    CHECK(desk.pdf().written.size() == 3);
+}
+
+TEST_CASE("the places of sheets that were given up are free again")
+{
+    ExportDesk desk;
+    desk.openPhotos(3);
+    desk.begin("a.pdf");
+    desk.begin("b.pdf");
+    desk.model().stopFileWork([] {});
+    desk.settle();
+    auto const before = desk.pdf().written.size();
+    desk.begin("a.pdf");
+    desk.begin("b.pdf");
+    desk.settle();
+    CHECK(desk.pdf().written.size() == before + 2);
+}
+
 TEST_CASE("an export that takes long shows the page it is at, and Escape cancels it")
 {
     ExportDesk desk;
