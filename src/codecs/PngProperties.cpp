@@ -44,7 +44,7 @@ Bytes inflated(Bytes const& packed)
     stream.next_out = bytes.data();
     stream.avail_out = static_cast<uInt>(bytes.size());
     inflate(&stream, Z_FINISH);
-    bytes.resize(bytes.size() - stream.avail_out);
+    bytes.erase(bytes.end() - static_cast<std::ptrdiff_t>(stream.avail_out), bytes.end());
     inflateEnd(&stream);
     return bytes;
 }
