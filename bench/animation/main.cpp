@@ -199,8 +199,13 @@ int play(char const* path, double seconds)
         return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch());
     };
     std::vector<std::chrono::nanoseconds> shown;
-    AnimatedImageView view(
-        { *decoder, background, loop, now }, 1920, [&] { shown.push_back(now()); });
+    unsigned volatile sum = 0;
+    std::unique_ptr<AnimatedImageView> view;
+    view = std::make_unique<AnimatedImageView>(
+        AnimatedImageView::House { *decoder, background, loop, now }, 1920, [&] {
+            shown.push_back(now());
+            sum = sum + touched(view->frame());
+        });
     auto const begin = now();
     view->show(FileUrl(path));
     long most = 0;
@@ -218,7 +223,7 @@ int play(char const* path, double seconds)
     }
     std::vector<double> late;
     for (std::size_t i = 0; i < shown.size(); ++i)
-        late.push_back(Seconds(shown[i] - shown[0] - delay * i).count() * 1000);
+        late.push_back(Seconds(shown[i] - shown[0] - delay * int(i)).count() * 1000);
     auto const wanted = Seconds(now() - shown[0]) / Seconds(delay) + 1;
     auto const last = late.back();
     std::ranges::sort(late);

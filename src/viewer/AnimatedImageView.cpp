@@ -64,8 +64,6 @@ void AnimatedImageView::show(FileUrl const& url)
 void AnimatedImageView::take(Opened source)
 {
     reel_->source = std::move(source);
-    if (reel_->source)
-        reel_->due = house_.now();
     decodeAhead();
 }
 
@@ -140,9 +138,11 @@ void AnimatedImageView::showNext()
     auto const next = std::move(reel_->ahead.front());
     reel_->ahead.pop_front();
     reel_->isDue = false;
+    auto const isFirst = frame_.isEmpty();
     frame_ = next.bitmap;
     auto const now = house_.now();
-    reel_->due = std::max(reel_->due, now - next.delay / 2) + next.delay;
+    auto const begin = isFirst ? now : std::max(reel_->due, now - next.delay / 2);
+    reel_->due = begin + next.delay;
     auto const wait = std::chrono::ceil<milliseconds>(reel_->due - now);
     reel_->timer = house_.loop.after(wait, [this] { frameIsDue(); });
     decodeAhead();

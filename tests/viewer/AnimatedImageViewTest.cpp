@@ -150,6 +150,17 @@ TEST_CASE("each frame is shown for its own time, for ever")
     CHECK(desk.opened.size() == 1);
 }
 
+TEST_CASE("the first frame has its whole time, however long it took to come")
+{
+    Desk desk;
+    desk.films["a.gif"] = hundred();
+    desk.show("a.gif");
+    desk.background.finishAll();
+    desk.loop.advance(3s);
+    desk.play(250ms);
+    CHECK(desk.times() == Times { 3000ms, 3100ms, 3200ms });
+}
+
 TEST_CASE("nothing of an animation is read or decoded on the main thread")
 {
     Desk desk;
