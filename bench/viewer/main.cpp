@@ -9,7 +9,6 @@
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
 #include "model/BrowserModel.h"
-#include "ports/Panels.h"
 #include "posix/PosixFileOperations.h"
 #include "posix/PosixFileSystem.h"
 #include "posix/ThreadPool.h"
@@ -23,6 +22,7 @@
 #include "qt/viewer/ViewerImageWidget.h"
 #include "qt/viewer/ViewerWidget.h"
 #include "qt/window/DrawnPicture.h"
+#include "support/FakePanels.h"
 #include "support/FakePicturePrefetch.h"
 #include "support/FakeRandomSource.h"
 #include "support/FakeScreenAwake.h"
@@ -131,10 +131,6 @@ private:
     MainLoop& loop_;
 };
 
-class NoPanels final : public Panels {
-    void chooseFolder(FolderPanelRequest const&, std::function<void(FileUrl)>) override { }
-};
-
 void frame(QWidget& window)
 {
     QEvent request(QEvent::UpdateRequest);
@@ -160,7 +156,7 @@ struct Desk {
     IcuTextOrder textOrder { "de_DE" };
     CodecImageTypes imageTypes;
     QtPreferences preferences;
-    NoPanels panels;
+    FakePanels panels;
     ThreadPool background;
     PosixFileOperations operations;
     QtClipboard clipboard;

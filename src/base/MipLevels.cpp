@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 namespace pixelhain {
@@ -11,6 +15,9 @@ namespace {
 
 // As many pixels as this are enough for the filter: finer ones would be averaged anyway.
 constexpr double enoughForFilter = 2;
+
+// From so many on a second thread is worth its start.
+constexpr long long pixelsForTwo = 400'000;
 
 // Pixels of a level along one side that a part of the drawing is made of.
 struct Span {
@@ -42,6 +49,38 @@ Bitmap copied(Bitmap const& from, PixelRect const& part)
         std::memcpy(target.row(y), from.row(part.y + y) + std::ptrdiff_t(part.x) * 4,
             static_cast<std::size_t>(part.width) * 4);
     return target;
+}
+
+// Rows `first` to `end` of the part.
+void drawRows(MipLevels::Level const& level, MipLevels::Drawing const& drawing, int first, int end,
+    Bitmap const& target)
+{
+    auto const& [whole, part] = drawing;
+    auto const& from = level.bitmap;
+    auto rows = target;
+    rows.size.height = end - first;
+    rows.pixels = std::shared_ptr<std::byte>(
+        target.pixels, target.pixels.get() + target.bytesPerRow * static_cast<std::size_t>(first));
+    auto const across = spanFor(level.width, from.size.width, whole.width, part.x, part.width);
+    auto const down
+        = spanFor(level.height, from.size.height, whole.height, part.y + first, rows.size.height);
+    PixelSize const used { across.end - across.first, down.end - down.first };
+    RowResampler resampler(used, across.axis, down.axis, rows);
+    for (int y = down.first; y < down.end && resampler.rowsWritten() < rows.size.height; ++y) {
+        std::memcpy(resampler.nextRow(), from.row(y) + std::ptrdiff_t(across.first) * 4,
+            static_cast<std::size_t>(used.width) * 4);
+        resampler.commitRow();
+    }
+}
+
+// None if the system has no thread to give.
+template <typename Work> std::optional<std::jthread> startedThread(Work work)
+{
+    try {
+        return std::jthread(std::move(work));
+    } catch (std::system_error const&) {
+        return std::nullopt;
+    }
 }
 
 void halveRows(std::uint8_t const* upper, std::uint8_t const* lower, std::uint8_t* out, int pairs)
@@ -110,20 +149,16 @@ Bitmap MipLevels::sharp(Drawing const& drawing) const
         return {};
     if (whole == size())
         return copied(levels_.front().bitmap, part);
-    auto const& level = levelFor(whole, enoughForFilter);
-    auto const& from = level.bitmap;
-    auto const across = spanFor(level.width, from.size.width, whole.width, part.x, part.width);
-    auto const down = spanFor(level.height, from.size.height, whole.height, part.y, part.height);
-    auto target = Bitmap::allocate(part.size(), from.isOpaque);
+    auto target = Bitmap::allocate(part.size(), levels_.front().bitmap.isOpaque);
     if (target.isEmpty())
         return {};
-    PixelSize const used { across.end - across.first, down.end - down.first };
-    RowResampler resampler(used, across.axis, down.axis, target);
-    for (int y = down.first; y < down.end && resampler.rowsWritten() < part.height; ++y) {
-        std::memcpy(resampler.nextRow(), from.row(y) + std::ptrdiff_t(across.first) * 4,
-            static_cast<std::size_t>(used.width) * 4);
-        resampler.commitRow();
-    }
+    auto const& level = levelFor(whole, enoughForFilter);
+    auto const upper = part.height / 2;
+    auto const isLarge = static_cast<long long>(part.width) * part.height >= pixelsForTwo;
+    auto helper = isLarge ? startedThread([&] { drawRows(level, drawing, 0, upper, target); })
+                          : std::nullopt;
+    drawRows(level, drawing, helper ? upper : 0, part.height, target);
+    helper.reset(); // waits until it, too, is through with the target
     return target;
 }
 

@@ -37,8 +37,8 @@ public:
     Level const& levelFor(PixelSize whole, double least) const;
 
     /// The part, filtered well: pixel by pixel where the sizes agree, else by Lanczos-3, from a
-    /// level that is fine enough to lose nothing. Empty if there is no memory for it, or nothing to
-    /// draw.
+    /// level that is fine enough to lose nothing. Takes two processors for large ones. Empty if
+    /// there is no memory for it, or nothing to draw.
     [[nodiscard]] Bitmap sharp(Drawing const& drawing) const;
 
 private:

@@ -82,6 +82,17 @@ TEST_CASE("a part is exactly what the whole would have there")
     }
 }
 
+TEST_CASE("a large picture that is drawn in two halves shows no seam")
+{
+    MipLevels const levels(waves({ 1500, 1100 }), 64);
+    PixelSize const whole { 1311, 961 };
+    auto const all = levels.sharp({ whole, { 0, 0, whole.width, whole.height } });
+    for (int y = 0; y < whole.height; y += 31) {
+        PixelRect const strip { 0, y, whole.width, std::min(31, whole.height - y) };
+        CHECK(largestDifference(levels.sharp({ whole, strip }), all, strip) <= 1);
+    }
+}
+
 TEST_CASE("what is drawn well stays flat where the picture is, at every size")
 {
     MipLevels const levels(flat({ 777, 555 }, 93), 64);
