@@ -32,6 +32,7 @@ ViewerContainer::~ViewerContainer() = default;
 void ViewerContainer::modelChanged()
 {
     auto const photo = photoIn(services_.model);
+    item_ = photo;
     if (!photo) {
         if (!image_)
             return;

@@ -52,6 +52,9 @@ public:
     ViewerChrome* chrome() { return chrome_ ? &*chrome_ : nullptr; }
     std::optional<ImageMeta> const& meta() const { return meta_; }
 
+    /// The photo as the list has it now; none while the gallery shows.
+    std::optional<PhotoItem> const& item() const { return item_; }
+
     /// The time in which the photo before becomes this one; 0: at once.
     [[nodiscard]] std::chrono::milliseconds transitionTime() const;
 
@@ -74,6 +77,7 @@ private:
     ViewerImage::Changed pictureChanged_;
     std::unique_ptr<ViewerImage> image_;
     std::optional<ViewerChrome> chrome_;
+    std::optional<PhotoItem> item_;
     std::optional<ImageMeta> meta_;
     Task metaLoad_;
     WheelPager pager_;

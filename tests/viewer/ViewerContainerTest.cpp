@@ -73,6 +73,25 @@ TEST_CASE("a photo that only moves in the list stays as it is")
     CHECK(v.photoChanges == 1);
 }
 
+TEST_CASE("a photo whose file changed keeps its picture, and its new size and date are known")
+{
+    Viewer v;
+    v.open(0);
+    v.container.image()->doubleClick();
+    auto const url = v.url(0);
+    v.desk.files.addFile(url, 77);
+    v.model().reload();
+    v.desk.settle();
+    REQUIRE(v.container.item());
+    CHECK(v.container.item()->url == url);
+    CHECK(v.container.item()->size == 77);
+    CHECK(v.container.image()->scale() == 2.5);
+    CHECK(v.photoChanges == 1);
+    v.model().closeViewer();
+    v.desk.settle();
+    CHECK_FALSE(v.container.item());
+}
+
 TEST_CASE("a photo that is put into the trash makes way for the next")
 {
     Viewer v;

@@ -136,7 +136,7 @@ void ViewerWidget::showLayers()
     pause_->setVisible(container_.shows(Layer::pauseLabel));
     bool const hasInfo = container_.shows(Layer::infoPanel);
     if (hasInfo)
-        info_.show(container_.image()->item());
+        info_.show(*container_.item());
     else
         info_.hide();
     infoPanel_->show(info_.lines());
