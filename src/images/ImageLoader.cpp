@@ -75,8 +75,10 @@ void runPictureItem(Core const& core)
         return;
     if (auto const job = core->pictures.start(core->displayPixelSize)) {
         auto const image = core->pictureFor(*job);
+        // A large picture that nobody waits for any more is freed here, not on the main thread.
         for (auto const& waiter : core->pictures.finish(job->number))
-            waiter.deliver(image);
+            if (!waiter.isDropped())
+                waiter.deliver(image);
     }
     addPictureItems(core);
 }

@@ -20,8 +20,8 @@ public:
 };
 
 /// Runs `work` off the main thread and hands its result (moved) to `done` on it. Dropping the task
-/// skips `work` if it has not begun, and `done` in any case. `background` and `loop` must outlive
-/// the work.
+/// skips `work` if it has not begun, and `done` in any case; a result that nobody waits for any
+/// more is freed where it was made. `background` and `loop` must outlive the work.
 template <typename Work, typename Done>
 [[nodiscard]] Task runThen(
     Background& background, MainLoop& loop, Priority priority, Work work, Done done)
@@ -32,6 +32,8 @@ template <typename Work, typename Done>
             if (flag->isSet())
                 return;
             auto result = std::make_shared<decltype(work())>(work());
+            if (flag->isSet())
+                return;
             loop.post([flag, result, done = std::move(done)]() mutable {
                 if (!flag->isSet())
                     done(std::move(*result));

@@ -194,6 +194,17 @@ TEST_CASE("full pictures that are asked for at once are decoded once and given t
     CHECK_FALSE(desk.has("/1"));
 }
 
+TEST_CASE("a full picture that nobody waits for any more is freed off the main thread")
+{
+    Desk desk;
+    auto task = desk.loader.loadFullImage(FileUrl("/1"), [](ImageRef const&) {});
+    desk.decoder.whileDecoding = [&] { task.cancel(); };
+    desk.background.finishAll();
+    desk.displayQueue.runAll();
+    CHECK(desk.decoded().size() == 1);
+    CHECK_FALSE(desk.decoder.isLastAlive());
+}
+
 TEST_CASE("a picture that cannot be read is told to all who wait, and its neighbours follow")
 {
     Desk desk;

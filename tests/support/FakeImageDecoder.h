@@ -1,8 +1,10 @@
 #pragma once
 #include "ports/ImageDecoder.h"
+#include <cstddef>
 #include <cstring>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -46,7 +48,10 @@ public:
             whileDecoding();
         if (!file)
             return std::nullopt;
-        return DecodedPicture { grayBitmap(file->decoded), PixelOrigin::full };
+        DecodedPicture picture { grayBitmap(file->decoded), PixelOrigin::full };
+        std::scoped_lock const guard(lock_);
+        lastPixels_ = picture.bitmap.pixels;
+        return picture;
     }
 
     std::optional<ImageMeta> readMeta(FileUrl const& url) override
@@ -82,6 +87,13 @@ public:
         return propertyReads_;
     }
 
+    /// Whether anybody still has the picture that was decoded last.
+    bool isLastAlive() const
+    {
+        std::scoped_lock const guard(lock_);
+        return !lastPixels_.expired();
+    }
+
     std::function<void()> whileDecoding; ///< set before use
     std::function<std::unique_ptr<AnimationSource>(FileUrl const&, int maxPixel)> animationOf;
 
@@ -100,6 +112,7 @@ private:
     std::vector<DecodeRequest> decodes_;
     std::vector<FileUrl> metaReads_;
     std::vector<FileUrl> propertyReads_;
+    std::weak_ptr<std::byte> lastPixels_;
 };
 
 } // namespace pixelhain

@@ -375,3 +375,20 @@ TEST_CASE("a view that is dropped while its file is opened never hears of it")
     CHECK(desk.record.decoded == 0);
     CHECK(desk.changes == 0);
 }
+
+TEST_CASE("an animation that opens when nobody wants it any more is let go of off the main thread")
+{
+    Desk desk;
+    desk.films["a.gif"] = { { 100ms, 100ms } };
+    desk.show("a.gif");
+    auto const open = desk.decoder.animationOf;
+    int opened = 0;
+    desk.decoder.animationOf = [&](FileUrl const& url, int maxPixel) {
+        desk.view.reset();
+        ++opened;
+        return open(url, maxPixel);
+    };
+    desk.background.finishAll();
+    CHECK(opened == 1);
+    CHECK(desk.record.alive == 0);
+}
