@@ -57,6 +57,7 @@ void ViewerImageWidget::photoChanged(std::chrono::milliseconds crossFade)
         fade_ = CrossFade { frozen(), crossFade, std::nullopt };
     painter_.clear();
     pressed_.reset();
+    nativeMagnification_ = 1;
     motion_ = ZoomMotion();
     isComplete_ = false;
     if (fade_)

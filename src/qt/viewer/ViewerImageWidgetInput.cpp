@@ -32,7 +32,8 @@ bool ViewerImageWidget::event(QEvent* event)
     return QWidget::event(event);
 }
 
-// A touchpad tells the change since its last event.
+// A touchpad tells by how much the whole magnification has changed since its last event: what it
+// says is added up.
 bool ViewerImageWidget::takeNativeGesture(QNativeGestureEvent const& event)
 {
     auto* const image = container_.image();
@@ -43,7 +44,7 @@ bool ViewerImageWidget::takeNativeGesture(QNativeGestureEvent const& event)
         nativeMagnification_ = 1;
         return true;
     case Qt::ZoomNativeGesture:
-        nativeMagnification_ *= 1 + event.value();
+        nativeMagnification_ += event.value();
         image->pinch(nativeMagnification_);
         return true;
     case Qt::EndNativeGesture:

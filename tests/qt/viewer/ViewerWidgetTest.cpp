@@ -279,11 +279,24 @@ TEST_CASE("two fingers on a touchpad zoom, over the bar too")
         gesture(*under, Qt::BeginNativeGesture, 0);
         gesture(*under, Qt::ZoomNativeGesture, 0.5);
         gesture(*under, Qt::ZoomNativeGesture, 0.5);
-        CHECK(v.image().scale() == doctest::Approx(2.25));
-        gesture(*under, Qt::ZoomNativeGesture, -0.9);
+        CHECK(v.image().scale() == doctest::Approx(2));
+        gesture(*under, Qt::ZoomNativeGesture, -1.2);
         CHECK(v.image().scale() == 1);
         gesture(*under, Qt::EndNativeGesture, 0);
     }
+}
+
+TEST_CASE("two fingers that stay on the touchpad begin anew with the next photo")
+{
+    ViewerDesk v;
+    v.open(0, plainPicture(90, 50, Qt::red));
+    gesture(v.widget.picture(), Qt::BeginNativeGesture, 0);
+    gesture(v.widget.picture(), Qt::ZoomNativeGesture, 2);
+    CHECK(v.image().scale() == doctest::Approx(3));
+    v.desk.model().stepViewer(+1);
+    v.desk.settle();
+    gesture(v.widget.picture(), Qt::ZoomNativeGesture, 0.5);
+    CHECK(v.image().scale() == doctest::Approx(1.5));
 }
 
 TEST_CASE("a double click zooms, and a drag moves what is zoomed")
