@@ -68,6 +68,7 @@ std::string messages::contactSheetFileName(std::string_view windowTitle)
     auto const title = shortened(windowTitle, longestName - before.size() - after.size());
     auto name = std::string(before).append(title).append(after);
     std::ranges::replace(name, '/', '-');
+    std::ranges::replace(name, '"', '\''); // between which the toolkit's panel reads several names
     return name;
 }
 

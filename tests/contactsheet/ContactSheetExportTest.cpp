@@ -243,6 +243,7 @@ TEST_CASE("proposed names are such that every file system takes")
 {
     CHECK(messages::contactSheetFileName("3 Ordner") == "Kontaktabzug 3 Ordner.pdf");
     CHECK(messages::contactSheetFileName("/") == "Kontaktabzug -.pdf");
+    CHECK(messages::contactSheetFileName(R"(der "Som")") == "Kontaktabzug der 'Som'.pdf");
     std::string title;
     for (int i = 0; i < 120; ++i)
         title += "ü";
