@@ -17,6 +17,7 @@
 #include "qt/ports/UserTime.h"
 #include "qt/window/DrawnPicture.h"
 #include "qt/window/GridWidget.h"
+#include "support/FakePanels.h"
 #include "support/FakePicturePrefetch.h"
 #include "support/FakeRandomSource.h"
 #include "support/FakeScreenAwake.h"
@@ -112,10 +113,6 @@ public:
 
 private:
     std::vector<ImageRef> pictures_;
-};
-
-class NoPanels final : public Panels {
-    void chooseFolder(FolderPanelRequest const&, std::function<void(FileUrl)>) override { }
 };
 
 void makePhotos(QString const& folder, int count)
@@ -217,7 +214,7 @@ private:
     IcuTextOrder textOrder_ { "de_DE" };
     CodecImageTypes imageTypes_;
     QtPreferences preferences_;
-    NoPanels panels_;
+    FakePanels panels_;
     ThreadPool background_;
     CachedThumbnails thumbnails_;
     PosixFileOperations operations_;

@@ -19,6 +19,7 @@
 #include "sidebar/FolderListing.h"
 #include "support/FakeClipboard.h"
 #include "support/FakeFileOperations.h"
+#include "support/FakePanels.h"
 #include "support/FakePicturePrefetch.h"
 #include "support/FakeRandomSource.h"
 #include "support/FakeScreenAwake.h"
@@ -73,11 +74,6 @@ private:
     int depth_ = 0;
 };
 
-class NoPanels final : public Panels {
-public:
-    void chooseFolder(FolderPanelRequest const&, std::function<void(FileUrl)>) override { }
-};
-
 std::size_t watchCount()
 {
     std::size_t count = 0;
@@ -112,7 +108,7 @@ struct Services {
     PosixFileSystem files;
     IcuTextOrder textOrder { "de_DE" };
     CodecImageTypes imageTypes;
-    NoPanels panels;
+    FakePanels panels;
     FakeFileSystem noFiles;
     FakeFileOperations operations { noFiles };
     FakeClipboard clipboard;

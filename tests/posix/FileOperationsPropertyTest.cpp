@@ -105,8 +105,9 @@ private:
 
     FileUrl anyName()
     {
-        static std::array<std::string, 8> const names { "a.jpg", "b.jpg", "a 2.jpg", "README",
-            "caf\xE9.jpg", "50%.jpg", "line\nbreak.jpg", std::string(251, 'n') + ".jpg" };
+        static auto const longest = std::string(255, 'n').replace(251, 4, ".jpg");
+        static std::vector<std::string> const names { "a.jpg", "b.jpg", "a 2.jpg", "README",
+            "caf\xE9.jpg", "50%.jpg", "line\nbreak.jpg", longest };
         return folders_[pick(folders_.size())].child(names[pick(names.size())]);
     }
 
