@@ -58,6 +58,9 @@ void writeFrame(GifFileType* gif, GifFrame const& frame)
     EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, extension.size(), extension.data());
     auto const size = frame.pixels.size;
     auto* const table = frame.hasOwnColors ? newTable(frame) : nullptr;
+    // The library forgets the frame before's table when this one has none.
+    GifFreeMapObject(gif->Image.ColorMap);
+    gif->Image.ColorMap = nullptr;
     EGifPutImageDesc(gif, frame.x, frame.y, size.width, size.height, frame.isInterlaced, table);
     GifFreeMapObject(table);
     auto const put = [&](int first, int step) {
