@@ -225,6 +225,7 @@ void ViewerWidget::fade(double from, double to)
     auto* const effect = new QGraphicsOpacityEffect(this);
     effect->setOpacity(from);
     setGraphicsEffect(effect);
+    picture_->setAttribute(Qt::WA_OpaquePaintEvent, false); // or nothing is drawn beneath it
     fading_ = new QVariantAnimation(this);
     fading_->setStartValue(from);
     fading_->setEndValue(to);
@@ -234,6 +235,7 @@ void ViewerWidget::fade(double from, double to)
         [effect](QVariant const& value) { effect->setOpacity(value.toDouble()); });
     connect(fading_, &QVariantAnimation::finished, this, [this] {
         setGraphicsEffect(nullptr);
+        picture_->setAttribute(Qt::WA_OpaquePaintEvent);
         if (!isOpen_) {
             hide();
             picture_->photoChanged({});
