@@ -67,8 +67,17 @@ function(pixelhain_room name)
         add_library(pixelhain_${name} INTERFACE)
         set(scope INTERFACE)
     endif()
+    # Headers are built alone to see that they can be. One that a source of the same name includes
+    # first is seen by that.
+    set(alone ${headers})
+    foreach(source IN LISTS sources)
+        string(REGEX REPLACE "\\.cpp$" ".h" twin ${source})
+        list(REMOVE_ITEM alone ${twin})
+    endforeach()
     target_sources(pixelhain_${name} ${scope}
-        FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${headers})
+        FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${headers}
+        FILE_SET alone TYPE HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${alone})
+    set_property(TARGET pixelhain_${name} PROPERTY INTERFACE_HEADER_SETS_TO_VERIFY alone)
     target_link_libraries(pixelhain_${name} ${scope} pixelhain_options ${uses} ${ARG_LIBRARIES})
 endfunction()
 

@@ -39,6 +39,12 @@ class LayersTest(unittest.TestCase):
     def test_an_include_names_its_room(self):
         self.assertEqual(len(self.problems("base/A.cpp", '"Text.h"')), 1)
 
+    def test_a_source_begins_with_its_own_header(self):
+        self.checkout.write("src/base/A.h", "")
+        self.assertEqual(self.problems("base/A.cpp", "<vector>", '"base/A.h"'),
+                         ['src/base/A.cpp:1: the first include is not "base/A.h"'])
+        self.assertEqual(self.problems("base/A.cpp", '"base/A.h"', "<vector>"), [])
+
 
 if __name__ == "__main__":
     unittest.main()
