@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 #include "support/ImageWriters.h"
+#include "support/Sanitizers.h"
 #include "support/TemporaryFolder.h"
 #include <doctest/doctest.h>
 #include <fcntl.h>
@@ -203,12 +204,8 @@ TEST_CASE("what lies in the output folder already is not replaced")
     CHECK(std::filesystem::file_size(there.path()) == 7);
 }
 
-#ifdef __SANITIZE_ADDRESS__
 // The address sanitizer keeps this much of freed memory out of use, to find late accesses.
-constexpr auto keptByAllocator = 256;
-#else
-constexpr auto keptByAllocator = 0;
-#endif
+constexpr auto keptByAllocator = isAddressSanitized ? 256 : 0;
 
 TEST_CASE("many pictures need no more memory than few")
 {

@@ -3,6 +3,7 @@
 #include "posix/Descriptor.h"
 #include "support/Attacks.h"
 #include "support/ForkedRun.h"
+#include "support/Sanitizers.h"
 #include "support/TemporaryFolder.h"
 #include <array>
 #include <atomic>
@@ -24,12 +25,6 @@
 using namespace pixelhain;
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool hasSanitizer = true;
-#else
-constexpr bool hasSanitizer = false;
-#endif
 
 // Ends that say that the test went wrong, not what it tests.
 constexpr int notLocked = 200;
@@ -106,6 +101,9 @@ int receive(int socket)
 }
 
 } // namespace
+
+// These fork hundreds of processes of one thread each, where nothing can race.
+TEST_SUITE_BEGIN("locked processes" * doctest::skip(isThreadSanitized));
 
 TEST_CASE("everything that the kernel can do holds a locked process, and what it cannot is told")
 {
@@ -227,7 +225,7 @@ TEST_CASE("a locked process reads the file and fills the memory that it is hande
 
 TEST_CASE("a locked process gets no more memory than its limit")
 {
-    if (hasSanitizer) {
+    if (isSanitized) {
         MESSAGE("skipped: the sanitizer's own memory is beyond every limit");
         return;
     }
@@ -266,7 +264,7 @@ TEST_CASE("the limits of a locked process are those that are stated")
             && most(RLIMIT_MEMLOCK) == 0 && most(RLIMIT_MSGQUEUE) == 0
             && most(RLIMIT_NOFILE) == WorkerLimits::openFiles
             && most(RLIMIT_CPU) == static_cast<rlim_t>(WorkerLimits::processorTime.count())
-            && (hasSanitizer || most(RLIMIT_AS) == WorkerLimits {}.addressSpace);
+            && (isSanitized || most(RLIMIT_AS) == WorkerLimits {}.addressSpace);
         return isHeld ? 0 : 1;
     });
     CHECK(ending.signal == 0);
@@ -324,3 +322,5 @@ TEST_CASE("a locked process dies with its parent")
     CHECK(::poll(&end, 1, patience) == 1);
     CHECK((end.revents & POLLHUP) != 0);
 }
+
+TEST_SUITE_END();

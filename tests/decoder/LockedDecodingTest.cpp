@@ -6,6 +6,7 @@
 #include "support/ForkedRun.h"
 #include "support/ImageWriters.h"
 #include "support/Places.h"
+#include "support/Sanitizers.h"
 #include "support/TemporaryFolder.h"
 #include <csignal>
 #include <doctest/doctest.h>
@@ -123,6 +124,9 @@ std::vector<PhotoAnswers> allPhotos()
 
 } // namespace
 
+// These fork hundreds of processes of one thread each, where nothing can race.
+TEST_SUITE_BEGIN("decoding in locked processes" * doctest::skip(isThreadSanitized));
+
 TEST_CASE("pictures of every simple format come out the same in a locked process")
 {
     TemporaryFolder const folder;
@@ -166,3 +170,5 @@ TEST_CASE("no broken file makes its decoder do what a locked process dies of")
         CHECK(decodedIn(Where::locked, photo(row)).ending.signal != SIGSYS);
     }
 }
+
+TEST_SUITE_END();

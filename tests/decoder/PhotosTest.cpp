@@ -1,6 +1,7 @@
 #include "codecs/PhotoCollection.h"
 #include "decoder/InProcessDecoder.h"
 #include "support/Places.h"
+#include "support/Sanitizers.h"
 #include <doctest/doctest.h>
 #include <string>
 #include <sys/resource.h>
@@ -56,7 +57,7 @@ TEST_CASE("every photo reports its size and whether it is animated")
     }
 }
 
-TEST_CASE("every photo looks like its reference picture")
+TEST_CASE("every photo looks like its reference picture" * doctest::skip(isThreadSanitized))
 {
     InProcessDecoder decoder;
     for (auto const& row : photos()) {

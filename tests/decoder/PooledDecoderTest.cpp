@@ -5,6 +5,7 @@
 #include "support/Children.h"
 #include "support/ImageWriters.h"
 #include "support/Places.h"
+#include "support/Sanitizers.h"
 #include "support/TemporaryFolder.h"
 #include <algorithm>
 #include <cstring>
@@ -77,7 +78,8 @@ struct Decoders {
 
 } // namespace
 
-TEST_CASE("a picture decoded in another process is the one decoded here, at every size")
+TEST_CASE("a picture decoded in another process is the one decoded here, at every size"
+    * doctest::skip(isThreadSanitized))
 {
     TemporaryFolder const folder;
     Decoders decoders;
@@ -113,7 +115,8 @@ TEST_CASE("pictures of all kinds come out of another process as they do here")
     }
 }
 
-TEST_CASE("every photo comes out of another process as it does here")
+TEST_CASE(
+    "every photo comes out of another process as it does here" * doctest::skip(isThreadSanitized))
 {
     Decoders decoders;
     for (auto const& row :
