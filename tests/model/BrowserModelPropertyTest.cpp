@@ -1,5 +1,6 @@
 #include "model/PhotoOrder.h"
 #include "support/Desk.h"
+#include <algorithm>
 #include <doctest/doctest.h>
 #include <map>
 #include <random>

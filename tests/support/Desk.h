@@ -17,10 +17,8 @@
 #include "support/FakeScreenAwake.h"
 #include "support/FakeTextOrder.h"
 #include "support/FakeWorkspace.h"
-#include <algorithm>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace pixelhain {
@@ -45,96 +43,43 @@ struct Desk {
     FakeMainWindow window;
     std::optional<BrowserModel> browser;
 
-    Desk() { start(); }
+    Desk();
+    ~Desk();
+    Desk(Desk const&) = delete;
+    Desk& operator=(Desk const&) = delete;
 
     /// Ends the program, if it runs, and starts it again with what the settings hold by now.
-    void start()
-    {
-        browser.reset();
-        browser.emplace(Ports { loop, background, files, preferences, textOrder, imageTypes, panels,
-            operations, clipboard, workspace, prefetch, screenAwake, random, &folderEvents });
-        browser->setWindow(&window);
-        loop.settle();
-    }
+    void start();
 
-    BrowserModel& model() { return *browser; }
+    BrowserModel& model();
 
-    SidebarPorts sidebarPorts()
-    {
-        return { loop, background, files, textOrder, imageTypes, &folderEvents, &workspace };
-    }
+    SidebarPorts sidebarPorts();
 
     /// Lets everything end that is under way, in the order in which it was asked for.
-    void settle()
-    {
-        do {
-            background.finishAll();
-            loop.settle();
-        } while (background.pending() > 0);
-    }
+    void settle();
 
     /// Ends the piece of background work at `index` alone and lets its answer arrive.
-    void finish(std::size_t index)
-    {
-        background.finish(index);
-        loop.settle();
-    }
+    void finish(std::size_t index);
 
     /// A folder with photos of these names.
-    FileUrl folder(std::string const& path, std::vector<std::string> const& names = {})
-    {
-        FileUrl const url(path);
-        files.addFolder(path);
-        for (auto const& name : names)
-            files.addFile(url.child(name));
-        return url;
-    }
+    FileUrl folder(std::string const& path, std::vector<std::string> const& names = {});
 
     /// A folder with photos of these names, open and scanned.
-    FileUrl open(std::string const& path, std::vector<std::string> const& names)
-    {
-        auto const url = folder(path, names);
-        model().open(url);
-        settle();
-        return url;
-    }
+    FileUrl open(std::string const& path, std::vector<std::string> const& names);
 
     /// Presses a key in the main window; whether it was consumed.
-    bool press(KeyEvent event)
-    {
-        event.window = &window;
-        return model().handleKey(event);
-    }
-    bool press(int keyCode, bool shift = false)
-    {
-        return press(KeyEvent { .keyCode = keyCode, .shift = shift });
-    }
-    bool type(std::string characters)
-    {
-        return press(KeyEvent { .characters = std::move(characters) });
-    }
+    bool press(KeyEvent event);
+    bool press(int keyCode, bool shift = false);
+    bool type(std::string characters);
 
     /// The names of the marked photos, hidden ones too, sorted.
-    std::vector<std::string> marked()
-    {
-        std::vector<std::string> names;
-        for (auto const& url : *model().selection)
-            names.emplace_back(url.name());
-        std::ranges::sort(names);
-        return names;
-    }
+    std::vector<std::string> marked();
 
     /// The message in the status bar; empty if there is none.
-    std::string status() { return model().status->value_or(""); }
+    std::string status();
 
     /// The names of the visible photos in their order.
-    std::vector<std::string> names()
-    {
-        std::vector<std::string> shown;
-        for (auto const& item : *model().items)
-            shown.emplace_back(item.name());
-        return shown;
-    }
+    std::vector<std::string> names();
 };
 
 using Names = std::vector<std::string>;

@@ -7,11 +7,10 @@ namespace pixelhain {
 /// A clipboard that remembers what was put on it.
 class FakeClipboard final : public Clipboard {
 public:
-    void setFiles(std::span<FileUrl const> files) override
-    {
-        contents.assign(files.begin(), files.end());
-        ++changes;
-    }
+    FakeClipboard();
+    ~FakeClipboard() override;
+
+    void setFiles(std::span<FileUrl const> files) override;
 
     std::vector<FileUrl> contents;
     int changes = 0;

@@ -13,6 +13,7 @@ namespace pixelhain {
 /// Things go wrong as a test says.
 class FakeFileOperations final : public FileOperations {
 public:
+    ~FakeFileOperations() override;
     explicit FakeFileOperations(FakeFileSystem& files)
         : files_(files)
     {
@@ -24,69 +25,22 @@ public:
     std::function<void()> during; ///< called in the middle of every call
     std::vector<std::string> calls; ///< "trash /b/1.jpg", "copy /b/1.jpg /z/1.jpg"
 
-    std::optional<FileUrl> trash(FileUrl const& file) override
-    {
-        record("trash", file);
-        auto const place
-            = FileUrl("/trash").child(std::to_string(++trashed_) + " " + std::string(file.name()));
-        return moved(file, place) ? std::optional(place) : std::nullopt;
-    }
+    std::optional<FileUrl> trash(FileUrl const& file) override;
 
-    bool restore(FileUrl const& trashed, FileUrl const& original) override
-    {
-        record("restore", trashed, original);
-        return !files_.exists(original) && moved(trashed, original);
-    }
+    bool restore(FileUrl const& trashed, FileUrl const& original) override;
 
     FileOutcome move(
-        FileUrl const& file, FileUrl const& destination, CancelFlag const& cancel) override
-    {
-        record("move", file, destination);
-        auto const refused = refusal(file, destination, cancel);
-        if (refused != FileOutcome::done)
-            return refused;
-        return moved(file, destination) ? FileOutcome::done : FileOutcome::failed;
-    }
+        FileUrl const& file, FileUrl const& destination, CancelFlag const& cancel) override;
 
     FileOutcome copy(
-        FileUrl const& file, FileUrl const& destination, CancelFlag const& cancel) override
-    {
-        record("copy", file, destination);
-        auto const refused = refusal(file, destination, cancel);
-        if (refused != FileOutcome::done)
-            return refused;
-        return files_.duplicate(file, destination) ? FileOutcome::done : FileOutcome::failed;
-    }
+        FileUrl const& file, FileUrl const& destination, CancelFlag const& cancel) override;
 
 private:
-    void record(char const* what, FileUrl const& file, FileUrl const& destination = {})
-    {
-        auto call = what + (" " + std::string(file.path()));
-        if (!destination.empty())
-            call += " " + std::string(destination.path());
-        calls.push_back(std::move(call));
-        if (during)
-            during();
-    }
+    void record(char const* what, FileUrl const& file, FileUrl const& destination = {});
 
-    FileOutcome refusal(FileUrl const& file, FileUrl const& destination, CancelFlag const& cancel)
-    {
-        if (takenLate.erase(destination) > 0)
-            files_.addFile(destination);
-        if (files_.exists(destination))
-            return FileOutcome::taken;
-        if (stuck.contains(file) && cancel.isSet())
-            return FileOutcome::cancelled;
-        return failing.contains(file) ? FileOutcome::failed : FileOutcome::done;
-    }
+    FileOutcome refusal(FileUrl const& file, FileUrl const& destination, CancelFlag const& cancel);
 
-    bool moved(FileUrl const& file, FileUrl const& destination)
-    {
-        if (failing.contains(file) || !files_.duplicate(file, destination))
-            return false;
-        files_.remove(file);
-        return true;
-    }
+    bool moved(FileUrl const& file, FileUrl const& destination);
 
     FakeFileSystem& files_;
     std::size_t trashed_ = 0;

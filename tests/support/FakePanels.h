@@ -7,19 +7,14 @@ namespace pixelhain {
 /// Dialogs that a test answers.
 class FakePanels final : public Panels {
 public:
+    FakePanels();
+    ~FakePanels() override;
+
     void chooseFolder(
-        FolderPanelRequest const& request, std::function<void(FileUrl)> chosen) override
-    {
-        requests.push_back(request);
-        chosen_ = std::move(chosen);
-    }
+        FolderPanelRequest const& request, std::function<void(FileUrl)> chosen) override;
 
     void chooseSaveFile(
-        SavePanelRequest const& request, std::function<void(FileUrl)> chosen) override
-    {
-        saveRequests.push_back(request);
-        chosen_ = std::move(chosen);
-    }
+        SavePanelRequest const& request, std::function<void(FileUrl)> chosen) override;
 
     /// Chooses a folder or a file in the panel that was shown last.
     void choose(FileUrl const& url) { chosen_(url); }

@@ -9,12 +9,10 @@ namespace pixelhain {
 /// Counts who keeps the screen awake.
 class FakeScreenAwake final : public ScreenAwake {
 public:
-    Task keepAwake(std::string_view reason) override
-    {
-        reasons.emplace_back(reason);
-        ++*holders_;
-        return Task([holders = holders_] { --*holders; });
-    }
+    FakeScreenAwake();
+    ~FakeScreenAwake() override;
+
+    Task keepAwake(std::string_view reason) override;
 
     bool isKeptAwake() const { return *holders_ > 0; }
     int holders() const { return *holders_; }

@@ -1,5 +1,4 @@
 #pragma once
-#include "base/Text.h"
 #include "ports/TextOrder.h"
 
 namespace pixelhain {
@@ -7,34 +6,14 @@ namespace pixelhain {
 /// Natural order for ASCII names: letter case ignored, digit runs by their value.
 class FakeTextOrder final : public TextOrder {
 public:
-    std::weak_ordering compare(std::string_view a, std::string_view b) const override
-    {
-        std::string keyOfA;
-        std::string keyOfB;
-        appendSortKey(a, keyOfA);
-        appendSortKey(b, keyOfB);
-        return keyOfA <=> keyOfB;
-    }
+    FakeTextOrder();
+    ~FakeTextOrder() override;
 
-    void appendSortKey(std::string_view name, std::string& keys) const override
-    {
-        auto const lower = asciiLowercased(name);
-        for (std::size_t i = 0; i < lower.size();) {
-            auto digits = lower.find_first_not_of("0123456789", i);
-            if (digits == std::string::npos)
-                digits = lower.size();
-            if (digits == i) {
-                keys += lower[i++];
-                continue;
-            }
-            auto const start = std::min(lower.find_first_not_of('0', i), digits);
-            keys += static_cast<char>('0' + (digits - start)); // longer numbers are greater
-            keys.append(lower, start, digits - start);
-            i = digits;
-        }
-    }
+    std::weak_ordering compare(std::string_view a, std::string_view b) const override;
 
-    std::string folded(std::string_view text) const override { return asciiLowercased(text); }
+    void appendSortKey(std::string_view name, std::string& keys) const override;
+
+    std::string folded(std::string_view text) const override;
 };
 
 } // namespace pixelhain

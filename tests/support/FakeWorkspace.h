@@ -7,11 +7,11 @@ namespace pixelhain {
 /// Other programs that remember what they were asked.
 class FakeWorkspace final : public Workspace {
 public:
-    void reveal(std::span<FileUrl const> files) override
-    {
-        revealed.emplace_back(files.begin(), files.end());
-    }
-    void open(FileUrl const& file) override { opened.push_back(file); }
+    FakeWorkspace();
+    ~FakeWorkspace() override;
+
+    void reveal(std::span<FileUrl const> files) override;
+    void open(FileUrl const& file) override;
 
     std::vector<std::vector<FileUrl>> revealed; ///< one list a call
     std::vector<FileUrl> opened; ///< one file a call
