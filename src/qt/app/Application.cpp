@@ -1,0 +1,129 @@
+#include "qt/app/Application.h"
+#include "images/InfoLines.h"
+#include "qt/app/Services.h"
+#include "sidebar/SidebarPorts.h"
+#include "viewer/AnimatedImageView.h"
+#include <QApplication>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QTranslator>
+#include <chrono>
+
+namespace pixelhain {
+
+namespace {
+
+// So that the first menu knows what is installed; nobody opens one sooner.
+constexpr std::chrono::seconds untilFirstMenu { 2 };
+
+void speakGerman()
+{
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    auto* translator = new QTranslator(qApp);
+    if (translator->load(
+            QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(translator);
+}
+
+ImageLoader::Services loaderServices(Services& services)
+{
+    return { services.loop, services.background, *services.decoder, services.thumbQueue,
+        services.displayQueue,
+        [&prepared = services.prepared](ImageRef const& image) { prepared.prepare(image); } };
+}
+
+Ports ports(Services& services, Preferences& preferences, PicturePrefetch& prefetch)
+{
+    return { services.loop, services.background, services.files, preferences, services.textOrder,
+        services.imageTypes, services.panels, services.operations, services.clipboard,
+        services.workspace, prefetch, services.screenAwake, services.random,
+        &services.folderEvents };
+}
+
+SidebarPorts sidebarPorts(Services& services)
+{
+    return { services.loop, services.background, services.files, services.textOrder,
+        services.imageTypes, &services.folderEvents, &services.workspace };
+}
+
+ContactSheetExport::Services sheetServices(
+    Services& services, BrowserModel& model, ImageLoader& loader)
+{
+    return { model, services.loop, services.panels, services.workspace,
+        { loader, services.sheetQueue, Services::thumbWidth(), services.pdf },
+        [&formats = services.formats] { return formats.date(std::chrono::system_clock::now()); } };
+}
+
+} // namespace
+
+Application::Application(Services& services)
+    : services_(services)
+    , preferences_(QtPreferences::defaultFile())
+    , loader_(loaderServices(services), Services::loaderLimits())
+    , prefetch_(loader_)
+    , model_(ports(services, preferences_, prefetch_))
+    , thumbnails_(loader_)
+    , menu_({ model_, services.workspace, services.sharing, services.clipboard })
+    , window_({ model_, thumbnails_, services.background, services.loop, &menu_ },
+          sidebarPorts(services))
+    , pictures_(loader_, services.background, services.loop)
+    , share_(model_, services.sharing, services.clipboard)
+    , sheets_(sheetServices(services, model_, loader_))
+    , sheetPresenter_(model_, sheets_, window_)
+    // The same way out as by the window's own button: files are finished, settings are written.
+    , endings_([] { QApplication::closeAllWindows(); })
+    , screens_([this] { delegate_.applicationDidChangeScreenParameters(); })
+    , delegate_(model_, services.loop, screens_,
+          [this](std::span<Screen const> all) { loader_.updateDisplayPixelSize(all); })
+    , milestones_(trace_, model_, window_)
+{
+    addViewer();
+    watchMilestones();
+    services_.panels.setParent(&window_);
+    window_.activated = [this] { delegate_.applicationDidBecomeActive(); };
+    window_.openHelp = [this] { openHelp(); };
+}
+
+void Application::addViewer()
+{
+    window_.content().addViewer({ model_, pictures_, services_.background, services_.loop,
+        services_.prepared,
+        [this](PhotoItem const& item) {
+            return infoLines(item, *services_.decoder, services_.formats);
+        },
+        &share_,
+        [this](std::function<void()> changed) {
+            return std::make_unique<AnimatedImageView>(
+                AnimatedImageView::House { *services_.decoder, services_.background, services_.loop,
+                    [] { return std::chrono::steady_clock::now().time_since_epoch(); } },
+                loader_.displayPixelSize(), std::move(changed));
+        } });
+}
+
+void Application::watchMilestones()
+{
+    window_.shown = [this] { milestones_.windowShown(); };
+    window_.content().grid().painted = [this] { milestones_.painted(); };
+    window_.content().viewer()->picture().painted = [this] { milestones_.painted(); };
+}
+
+void Application::openHelp()
+{
+    if (!help_)
+        help_ = std::make_unique<HelpWindow>(services_.textOrder);
+    help_->bringForward();
+}
+
+void Application::start(CommandLine const& line)
+{
+    delegate_.openUrls(line.files);
+    window_.show();
+    speakGerman();
+    delegate_.applicationDidFinishLaunching();
+    looking_ = services_.loop.after(untilFirstMenu, [this] { services_.sharing.refresh(); });
+    if (line.screenshot)
+        screenshot_ = std::make_unique<Screenshot>(
+            QFile::decodeName(line.screenshot->c_str()), model_, window_, !line.files.empty());
+}
+
+} // namespace pixelhain

@@ -1,0 +1,52 @@
+#include "qt/app/Services.h"
+#include "decoder/ChosenDecoder.h"
+#include "model/FolderNames.h"
+#include <algorithm>
+#include <cstdlib>
+#include <thread>
+#include <utility>
+
+namespace pixelhain {
+
+namespace {
+
+bool isTreeName(std::string_view name)
+{
+    return !isHiddenName(name) && !isPackageName(name);
+}
+
+} // namespace
+
+Services::Services(std::unique_ptr<ImageDecoder> chosen)
+    : decoder(std::move(chosen))
+    , textOrder(orderingLocale(::getenv))
+    , folderEvents(loop, { isTreeName })
+    , formats(formatLocales(::getenv))
+{
+}
+
+std::size_t Services::thumbWidth()
+{
+    return std::max<std::size_t>(2, std::thread::hardware_concurrency());
+}
+
+// What people may look at next leaves a processor to what they look at now.
+ImageLoader::Limits Services::loaderLimits()
+{
+    constexpr unsigned fewProcessors = 2;
+    ImageLoader::Limits limits;
+    if (std::thread::hardware_concurrency() <= fewProcessors)
+        limits.prefetchWidth = 1;
+    return limits;
+}
+
+// The first screen keeps two processors busy while the rest of the program starts; what else the
+// queues may want is started when they do.
+std::unique_ptr<ImageDecoder> Services::startDecoder()
+{
+    constexpr std::size_t first = 2;
+    constexpr std::size_t viewer = 2; // what is known of the photo, and its animation
+    return chosenDecoder({ 2 * thumbWidth() + displayWidth + viewer, first, displayNiceness });
+}
+
+} // namespace pixelhain
