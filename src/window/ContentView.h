@@ -27,8 +27,6 @@ public:
     static constexpr double dropCornerRadius = 12;
     static constexpr double dropInset = 8;
     static constexpr double dropLineWidth = 4; ///< dashed, accent colour
-    static constexpr std::string_view searchPrompt = "Dateiname filtern";
-    static constexpr std::string_view openFolderTip = "Ordner öffnen (⌘O)";
 
     enum class Detail { noFolder, noPhotos, gallery };
 

@@ -15,10 +15,15 @@ std::vector<MenuEntry> ShareMenu::entries(std::vector<FileUrl> const& photos) co
 {
     std::vector<MenuEntry> all;
     for (auto const& service : sharing_.services())
-        all.push_back(MenuEntry::action(service.title,
-            [&sharing = sharing_, id = service.id, photos] { sharing.share(id, photos); }));
+        all.push_back(
+            MenuEntry::action(service.title, [&sharing = sharing_, id = service.id, photos] {
+                if (!photos.empty())
+                    sharing.share(id, photos);
+            }));
     all.push_back(MenuEntry::action(
         std::string(copyTitle), [&model = model_, &clipboard = clipboard_, photos] {
+            if (photos.empty())
+                return;
             clipboard.setFiles(photos);
             model.showStatus(messages::copiedToClipboard(photos.size()));
         }));

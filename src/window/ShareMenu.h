@@ -24,6 +24,8 @@ public:
 
     /// To be called when a menu that leads here opens: looks for what is there by now.
     void prepare();
+
+    /// Without photos the entries do nothing.
     [[nodiscard]] std::vector<MenuEntry> entries(std::vector<FileUrl> const& photos) const;
 
 private:

@@ -25,6 +25,8 @@ public:
     {
     }
 
+    ShareMenu& share() { return share_; }
+
     /// The photos that the menu of the cell at `index` acts on: those that are visible in their
     /// order, then the hidden ones.
     [[nodiscard]] std::vector<FileUrl> targets(std::size_t index) const;

@@ -1,30 +1,75 @@
 #include "qt/window/Menus.h"
 #include "qt/ports/FileUrlText.h"
+#include <QActionGroup>
 #include <QMenu>
+#include <QStyle>
 
 namespace pixelhain {
+
+namespace {
+
+// A desktop's style may draw a mere line where a menu has a heading.
+void addHeading(QMenu& menu, QString const& title)
+{
+    if (menu.style()->styleHint(QStyle::SH_Menu_SupportsSections, nullptr, &menu))
+        menu.addSection(title);
+    else
+        menu.addAction(title)->setEnabled(false);
+}
+
+QAction* addCheckable(QMenu& menu, QString const& title, MenuEntry const& entry)
+{
+    auto* const action = menu.addAction(title);
+    action->setCheckable(true);
+    action->setChecked(entry.isChecked);
+    QObject::connect(action, &QAction::triggered, &menu, entry.run);
+    return action;
+}
+
+void addSubmenu(
+    QMenu& menu, QString const& title, std::function<std::vector<MenuEntry>()> const& entries)
+{
+    auto* const submenu = menu.addMenu(title);
+    QObject::connect(submenu, &QMenu::aboutToShow, submenu, [submenu, entries] {
+        submenu->clear();
+        fillMenu(*submenu, entries());
+    });
+}
+
+} // namespace
 
 void fillMenu(QMenu& menu, std::vector<MenuEntry> const& entries)
 {
     QString taken;
+    QActionGroup* choices = nullptr;
+    auto const title
+        = [&](MenuEntry const& entry) { return withMnemonic(shownText(entry.title), taken); };
     for (auto const& entry : entries) {
-        auto const title = withMnemonic(shownText(entry.title), taken);
+        if (entry.kind != MenuEntry::Kind::choice)
+            choices = nullptr;
         switch (entry.kind) {
         case MenuEntry::Kind::divider:
             menu.addSeparator();
             break;
-        case MenuEntry::Kind::action:
-            QObject::connect(menu.addAction(title), &QAction::triggered, &menu, entry.run);
+        case MenuEntry::Kind::heading:
+            addHeading(menu, shownText(entry.title));
             break;
-        case MenuEntry::Kind::submenu: {
-            auto* const submenu = menu.addMenu(title);
-            QObject::connect(
-                submenu, &QMenu::aboutToShow, submenu, [submenu, content = entry.entries] {
-                    submenu->clear();
-                    fillMenu(*submenu, content());
-                });
+        case MenuEntry::Kind::action:
+            QObject::connect(menu.addAction(title(entry)), &QAction::triggered, &menu, entry.run);
+            break;
+        case MenuEntry::Kind::choice: {
+            auto* const action = addCheckable(menu, title(entry), entry);
+            if (!choices)
+                choices = new QActionGroup(action); // goes when the menu is emptied
+            choices->addAction(action);
             break;
         }
+        case MenuEntry::Kind::toggle:
+            addCheckable(menu, title(entry), entry);
+            break;
+        case MenuEntry::Kind::submenu:
+            addSubmenu(menu, title(entry), entry.entries);
+            break;
         }
     }
 }
