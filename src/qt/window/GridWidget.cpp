@@ -1,5 +1,6 @@
 #include "qt/window/GridWidget.h"
 #include "model/BrowserModel.h"
+#include "qt/window/GalleryAccessible.h"
 #include <QDrag>
 #include <QEvent>
 #include <QScrollBar>
@@ -24,7 +25,13 @@ GridWidget::GridWidget(Services const& services, QWidget* parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_NoSystemBackground);
     viewport()->setMouseTracking(true);
+    GalleryAccessible::install();
     setAccessibleName(QStringLiteral("Galerie"));
+}
+
+GalleryAccessible* GridWidget::accessible()
+{
+    return dynamic_cast<GalleryAccessible*>(QAccessible::queryAccessibleInterface(this));
 }
 
 void GridWidget::scrollTo(double top)
@@ -53,6 +60,8 @@ void GridWidget::modelChanged()
         moveTo(*wish);
     }
     viewport()->update();
+    if (auto* const list = accessible())
+        list->modelChanged();
 }
 
 void GridWidget::catchUp()

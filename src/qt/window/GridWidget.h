@@ -14,6 +14,7 @@ namespace pixelhain {
 
 class Background;
 class BrowserModel;
+class GalleryAccessible;
 class MainLoop;
 
 /// The gallery on the screen: paints what GridView says, scrolls, and passes clicks on. All
@@ -30,6 +31,7 @@ public:
 
     explicit GridWidget(Services const& services, QWidget* parent = nullptr);
 
+    BrowserModel& model() const { return services_.model; }
     GridView const& view() const { return view_; }
 
     static constexpr double pointsPerLine = 40; ///< that a line of the mouse wheel scrolls
@@ -57,12 +59,17 @@ public:
     /// To be called after every change of the model.
     void modelChanged();
 
+    /// The context menu of a photo, which is brought into view.
+    void openMenu(std::size_t index);
+    void moveCursorTo(std::size_t index);
+
 protected:
     bool viewportEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -106,6 +113,7 @@ private:
     void updateHover();
     void startDrag(Press const& press);
     void showMenu(std::size_t index, QPoint globalPosition);
+    GalleryAccessible* accessible();
     bool showTip(QPoint position, QPoint globalPosition);
     bool isAboutBadge(std::size_t index, Point point) const;
 

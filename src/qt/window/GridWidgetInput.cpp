@@ -1,8 +1,10 @@
 #include "model/BrowserModel.h"
 #include "model/KeyEvent.h"
+#include "ports/MainLoop.h"
 #include "qt/ports/FileMimeData.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/DragPixmap.h"
+#include "qt/window/GalleryAccessible.h"
 #include "qt/window/GridWidget.h"
 #include "qt/window/Menus.h"
 #include <QApplication>
@@ -11,6 +13,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPointer>
 #include <QScreen>
 #include <QToolTip>
 #include <QWheelEvent>
@@ -191,13 +194,37 @@ void GridWidget::contextMenuEvent(QContextMenuEvent* event)
             showMenu(hit->index, event->globalPos());
         return;
     }
-    auto const cursor = model.cursor.get();
-    if (!cursor || *cursor >= model.items->size())
+    if (auto const cursor = model.cursor.get())
+        openMenu(*cursor);
+}
+
+void GridWidget::openMenu(std::size_t index)
+{
+    if (!services_.menu || index >= services_.model.items->size())
         return;
-    scrollTo(view_.layout().scrollToShow(*cursor, top_, viewportHeight()));
-    auto const area = view_.layout().thumbnailArea(*cursor);
+    scrollTo(view_.layout().scrollToShow(index, top_, viewportHeight()));
+    auto const area = view_.layout().thumbnailArea(index);
     QPointF const middle(area.x + area.width / 2, area.y + area.height / 2 - top_);
-    showMenu(*cursor, viewport()->mapToGlobal(middle.toPoint()));
+    showMenu(index, viewport()->mapToGlobal(middle.toPoint()));
+}
+
+void GridWidget::moveCursorTo(std::size_t index)
+{
+    auto& model = services_.model;
+    // Without a cursor the first step comes to the first photo.
+    auto const from = *model.cursor ? static_cast<std::ptrdiff_t>(**model.cursor) : -1;
+    model.moveCursor(static_cast<std::ptrdiff_t>(index) - from, Extend::no);
+}
+
+// The toolkit says that the list has the keyboard once this is through; which photo has it comes
+// after that.
+void GridWidget::focusInEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    services_.loop.post([grid = QPointer<GridWidget>(this)] {
+        if (auto* const list = grid ? grid->accessible() : nullptr)
+            list->announceFocus();
+    });
 }
 
 void GridWidget::showMenu(std::size_t index, QPoint globalPosition)

@@ -1,4 +1,5 @@
 #include "model/BrowserModel.h"
+#include "qt/window/GalleryAccessible.h"
 #include "qt/window/GridWidget.h"
 #include <QElapsedTimer>
 #include <QPaintEvent>
@@ -40,6 +41,8 @@ void GridWidget::cellChanged(FileUrl const& url)
         showCell(drawn->index);
         updateCell(drawn->index);
     }
+    if (auto* const list = accessible())
+        list->photoChanged(url);
 }
 
 void GridWidget::updateCell(std::size_t index)
