@@ -11,6 +11,14 @@ std::string ViewerChrome::position() const
     return std::to_string(index + 1) + " / " + std::to_string(model_.items->size());
 }
 
+std::string ViewerChrome::spokenName() const
+{
+    auto const place = std::to_string(model_.viewerIndex->value_or(0) + 1) + " von "
+        + std::to_string(model_.items->size());
+    auto const* const mark = model_.selection->contains(item_.url) ? ", ausgewählt" : "";
+    return name() + ", " + place + mark;
+}
+
 std::string ViewerChrome::name() const
 {
     return displayText(item_.name());

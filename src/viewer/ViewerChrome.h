@@ -63,6 +63,9 @@ public:
 
     /// Bytes that are no text are replaced; cut in its middle where it is too long.
     [[nodiscard]] std::string name() const;
+
+    /// "IMG_1.jpg, 1 von 12", and ", ausgewählt" of a marked photo, for who cannot see it.
+    [[nodiscard]] std::string spokenName() const;
     [[nodiscard]] Button button(Action action) const;
     [[nodiscard]] Arrow arrow(Side side) const;
 

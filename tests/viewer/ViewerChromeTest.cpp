@@ -41,6 +41,15 @@ TEST_CASE("the name is shown as text whatever its bytes")
     CHECK(bar.at(0).name() == "Meer \uFFFD.jpg");
 }
 
+TEST_CASE("who cannot see the photo is told its name, its place and its mark")
+{
+    Bar bar;
+    auto const chrome = bar.at(1);
+    CHECK(chrome.spokenName() == "b.jpg, 2 von 3");
+    bar.desk.model().toggle(1);
+    CHECK(chrome.spokenName() == "b.jpg, 2 von 3, ausgewählt");
+}
+
 TEST_CASE("the buttons show their symbols and say what they do, with the key")
 {
     Bar bar;

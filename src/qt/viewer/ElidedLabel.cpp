@@ -1,4 +1,5 @@
 #include "qt/viewer/ElidedLabel.h"
+#include "qt/window/Accessibility.h"
 #include <QPainter>
 
 namespace pixelhain {
@@ -6,6 +7,7 @@ namespace pixelhain {
 ElidedLabel::ElidedLabel(QWidget* parent)
     : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::StaticText);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
 }
 

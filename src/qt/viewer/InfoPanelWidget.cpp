@@ -1,6 +1,7 @@
 #include "qt/viewer/InfoPanelWidget.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/viewer/DarkLook.h"
+#include "qt/window/Accessibility.h"
 #include "qt/window/Tones.h"
 #include "viewer/InfoPanel.h"
 #include <QEvent>
@@ -20,7 +21,7 @@ InfoPanelWidget::InfoPanelWidget(QWidget* parent)
     : QWidget(parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAccessibleName(QStringLiteral("Infos"));
+    setAccessibleRole(*this, QAccessible::StaticText);
 }
 
 void InfoPanelWidget::show(std::vector<std::string> const& lines)
@@ -31,7 +32,7 @@ void InfoPanelWidget::show(std::vector<std::string> const& lines)
     if (texts == lines_)
         return;
     lines_ = texts;
-    setAccessibleDescription(lines_.join(QLatin1Char('\n')));
+    setAccessibleName(lines_.join(QLatin1Char('\n')));
     updateGeometry();
     update();
 }

@@ -1,6 +1,7 @@
 #include "qt/viewer/ViewerLabels.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/viewer/DarkLook.h"
+#include "qt/window/Accessibility.h"
 #include "qt/window/Symbols.h"
 #include "qt/window/Tones.h"
 #include "viewer/ViewerContainer.h"
@@ -37,6 +38,8 @@ PauseLabel::PauseLabel(QWidget* parent)
     : QWidget(parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAccessibleRole(*this, QAccessible::Notification);
+    setAccessibleName(shownText(ViewerContainer::pauseText));
     auto* const row = new QHBoxLayout(this);
     constexpr int x = static_cast<int>(ViewerContainer::pausePaddingX);
     constexpr int y = static_cast<int>(ViewerContainer::pausePaddingY);
@@ -93,6 +96,7 @@ LargeSpinner::LargeSpinner(QWidget* parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFixedSize(spinnerEdge, spinnerEdge);
+    setAccessibleRole(*this, QAccessible::Animation);
     setAccessibleName(QStringLiteral("Bild wird gelesen"));
 }
 

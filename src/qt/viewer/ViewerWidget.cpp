@@ -9,6 +9,7 @@
 #include "qt/viewer/ViewerChromeWidget.h"
 #include "qt/viewer/ViewerImageWidget.h"
 #include "qt/viewer/ViewerLabels.h"
+#include "qt/window/Accessibility.h"
 #include "qt/window/Menus.h"
 #include "window/ShareMenu.h"
 #include <QApplication>
@@ -32,9 +33,11 @@ ViewerWidget::ViewerWidget(Services const& services, QWidget* parent)
           [this](std::chrono::milliseconds time) {
               picture_->pictureChanged(time);
               showContent();
+              describePicture();
           })
     , info_(services.infoLines, services.background, services.loop, [this] {
         infoPanel_->show(info_.lines());
+        describePicture();
         layOut();
     })
 {
@@ -62,6 +65,8 @@ ViewerWidget::ViewerWidget(Services const& services, QWidget* parent)
         };
     }
     setFocusProxy(picture_);
+    setAccessibleRole(*this, QAccessible::Pane);
+    setAccessibleRole(*picture_, QAccessible::Graphic);
     setAccessibleName(QStringLiteral("Bildbetrachter"));
 }
 
@@ -98,12 +103,28 @@ void ViewerWidget::photoChanged()
         chrome->hoverLeft = left_->underMouse();
         chrome->hoverRight = right_->underMouse();
     }
-    picture_->setAccessibleName(shownText(container_.chrome()->name()));
     picture_->photoChanged(container_.transitionTime());
     playAnimation();
     if (!isOpen_)
         open();
     showContent();
+    describePicture();
+}
+
+// Name and description of what has the keyboard are read out as they change.
+void ViewerWidget::describePicture()
+{
+    auto const* const chrome = container_.chrome();
+    if (!chrome)
+        return;
+    auto text = failure_->isHidden() ? QString() : shownText(ViewerImage::failedText);
+    if (!infoPanel_->isHidden()) {
+        text += text.isEmpty() ? QString() : QStringLiteral("\n");
+        text += infoPanel_->accessibleName();
+    }
+    setSpokenText(*picture_, shownText(chrome->spokenName()));
+    if (picture_->accessibleDescription() != text)
+        picture_->setAccessibleDescription(text);
 }
 
 void ViewerWidget::playAnimation()
@@ -141,6 +162,7 @@ void ViewerWidget::showLayers()
         info_.hide();
     infoPanel_->show(info_.lines());
     infoPanel_->setVisible(hasInfo);
+    describePicture();
     layOut();
 }
 

@@ -68,6 +68,7 @@ private:
     void playAnimation();
     void showLayers();
     void showContent();
+    void describePicture();
     void showArrows();
     void layOut();
     void open();

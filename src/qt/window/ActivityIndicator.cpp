@@ -1,4 +1,5 @@
 #include "qt/window/ActivityIndicator.h"
+#include "qt/window/Accessibility.h"
 #include "qt/window/Tones.h"
 #include <QPainter>
 
@@ -16,6 +17,7 @@ ActivityIndicator::ActivityIndicator(QWidget* parent)
     : QWidget(parent)
 {
     setFixedSize(edge, edge);
+    setAccessibleRole(*this, QAccessible::Animation);
     setAccessibleName(QStringLiteral("Ordner wird gelesen"));
 }
 

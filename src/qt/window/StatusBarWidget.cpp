@@ -1,5 +1,6 @@
 #include "qt/window/StatusBarWidget.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/window/Accessibility.h"
 #include "qt/window/ActivityIndicator.h"
 #include "qt/window/Tones.h"
 #include <QHBoxLayout>
@@ -67,6 +68,9 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     row->setSpacing(static_cast<int>(StatusBar::itemSpacing));
     for (auto* label : { count_, dot_, message_, progress_, cancelHint_ })
         label->setTextFormat(Qt::PlainText);
+    setAccessibleRole(*this, QAccessible::StatusBar);
+    setAccessibleRole(*message_, QAccessible::Notification);
+    setAccessibleName(QStringLiteral("Status"));
     message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     selectNone_->setObjectName(QStringLiteral("selectNone"));
     selectNone_->setText(shownText(StatusBar::selectNoneTitle));
@@ -90,12 +94,22 @@ void StatusBarWidget::modelChanged()
     activity_->setVisible(bar_.showsActivity());
     count_->setText(shownText(bar_.countText()));
     dot_->setVisible(message.has_value());
-    message_->setText(message ? shownText(*message) : QString());
+    showMessage(message ? shownText(*message) : QString());
     auto const progress = bar_.progress();
     progress_->setVisible(progress.has_value());
     progress_->setText(progress ? shownText(*progress) : QString());
     cancelHint_->setVisible(progress.has_value());
     selectNone_->setVisible(bar_.showsSelectNone());
+}
+
+void StatusBarWidget::showMessage(QString const& text)
+{
+    if (text == message_->text())
+        return;
+    message_->setText(text);
+    setSpokenText(*message_, text);
+    if (!text.isEmpty())
+        announceAppearance(*message_);
 }
 
 void StatusBarWidget::useTones()

@@ -22,6 +22,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void showMessage(QString const& text);
     void useTones();
 
     StatusBar bar_;

@@ -4,6 +4,7 @@
 #include "qt/viewer/ViewerDesk.h"
 #include "qt/viewer/ViewerLabels.h"
 #include "qt/window/Gallery.h"
+#include <QAccessible>
 #include <QLabel>
 #include <QMenu>
 #include <QNativeGestureEvent>
@@ -220,7 +221,7 @@ TEST_CASE("the info panel shows its lines at the bottom left")
     CHECK(empty == QSize(24, 24));
     v.desk.settle();
     CHECK(panel->width() > empty.width());
-    CHECK(panel->accessibleDescription() == QStringLiteral("IMG_1.jpg\n6000 × 4000 px (24.0 MP)"));
+    CHECK(panel->accessibleName() == QStringLiteral("IMG_1.jpg\n6000 × 4000 px (24.0 MP)"));
     CHECK(panel->x() == 16);
     CHECK(panel->geometry().bottom() == ViewerDesk::height - 16 - 1);
     v.desk.model().toggleInfo();
@@ -483,4 +484,36 @@ TEST_CASE("holding the key passes photos by and ends on the right one")
     v.rest();
     CHECK(v.widget.isComplete());
     CHECK(partOf<ElidedLabel>(v.widget.chrome())->text() == QStringLiteral("IMG_151.jpg"));
+}
+
+TEST_CASE("who cannot see the photo is told which one it is")
+{
+    ViewerDesk v;
+    v.open(0, plainPicture(90, 50, Qt::white));
+    auto* const picture = QAccessible::queryAccessibleInterface(&v.widget.picture());
+    CHECK(picture->role() == QAccessible::Graphic);
+    CHECK(picture->text(QAccessible::Name) == QStringLiteral("IMG_1.jpg, 1 von 3"));
+    v.desk.model().stepViewer(+1);
+    v.desk.settle();
+    CHECK(picture->text(QAccessible::Name) == QStringLiteral("IMG_2.jpg, 2 von 3"));
+    v.desk.model().toggle(1);
+    v.desk.settle();
+    CHECK(picture->text(QAccessible::Name) == QStringLiteral("IMG_2.jpg, 2 von 3, ausgewählt"));
+}
+
+TEST_CASE("what the info panel says is said about the picture while it shows")
+{
+    ViewerDesk v;
+    v.open(0, plainPicture(90, 50, Qt::white));
+    v.desk.model().toggleInfo();
+    v.desk.settle();
+    auto* const panel = QAccessible::queryAccessibleInterface(partOf<InfoPanelWidget>(v.widget));
+    auto* const picture = QAccessible::queryAccessibleInterface(&v.widget.picture());
+    CHECK(panel->role() == QAccessible::StaticText);
+    auto const lines = panel->text(QAccessible::Name);
+    CHECK(lines == QStringLiteral("IMG_1.jpg\n6000 × 4000 px (24.0 MP)"));
+    CHECK(picture->text(QAccessible::Description) == lines);
+    v.desk.model().toggleInfo();
+    v.desk.settle();
+    CHECK(picture->text(QAccessible::Description).isEmpty());
 }

@@ -1,4 +1,5 @@
 #include "qt/window/MainWindowWidget.h"
+#include "qt/Heard.h"
 #include "qt/sidebar/SidebarWidget.h"
 #include "qt/window/Gallery.h"
 #include "support/FakeSharing.h"
@@ -234,4 +235,31 @@ TEST_CASE("the file menu opens and reloads")
     CHECK(w.desk.model().scanGeneration() == generation + 2);
     trigger(QKeySequence(Qt::CTRL | Qt::Key_W));
     CHECK_FALSE(w.window.isVisible());
+}
+
+TEST_CASE("a message of the status bar is read out, also the same one once more")
+{
+    Heard heard;
+    WindowDesk w;
+    w.desk.open("/Fotos", { "a.jpg", "b.jpg" });
+    w.desk.model().moveCursor(+1, Extend::no);
+    w.desk.settle();
+    heard.events.clear();
+    auto const spoken = [&] {
+        QStringList texts;
+        for (auto const& event : heard.events)
+            if (event.type == QAccessible::ObjectShow && event.role == QAccessible::Notification)
+                texts += event.name;
+        return texts;
+    };
+    auto const message = QStringLiteral("1 Foto in die Zwischenablage kopiert");
+    w.desk.model().copyToClipboard();
+    w.desk.settle();
+    CHECK(spoken() == QStringList { message });
+    w.desk.loop.advance(std::chrono::minutes(1));
+    w.desk.settle();
+    CHECK(spoken().size() == 1);
+    w.desk.model().copyToClipboard();
+    w.desk.settle();
+    CHECK(spoken() == QStringList { message, message });
 }
