@@ -5,9 +5,9 @@ import subprocess
 import threading
 import time
 
+from Desktop import PATIENCE, Desktop, until
 from Programs import BUILD
 
-PATIENCE = 60  # seconds, for what hangs
 SECOND = 500, 160  # within the second photo of the gallery, beside the folders of a new window
 
 
@@ -63,12 +63,7 @@ class Session:
 
     def wait_until(self, happens):
         """Waits until `happens()` gives something true, and gives that."""
-        end = time.monotonic() + PATIENCE
-        while time.monotonic() < end:
-            if found := happens():
-                return found
-            time.sleep(0.05)
-        raise AssertionError("never happened\n" + "\n".join(self.said))
+        return until(happens, "\n".join(self.said))
 
     def wait_for_window(self, title=None, other_than=None):
         """Waits until a window of the program with this title, or any but one, is on the screen; gives it."""
@@ -108,3 +103,47 @@ class Session:
         return subprocess.run(
             ["xdotool", *map(str, arguments)], check=check, text=True, timeout=PATIENCE, stdout=subprocess.PIPE,
             stderr=None if check else subprocess.DEVNULL).stdout
+
+
+class SpokenSession(Session):
+    """The program on a desktop of its own, as a screen reader and its user meet it."""
+
+    def __init__(self, home, *arguments, **variables):
+        from Accessible import AccessibilityBus  # needs what not every test program needs
+        desktop = Desktop.own()
+        self.bus = AccessibilityBus.shared()
+        super().__init__(
+            home, *arguments, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", XDG_RUNTIME_DIR=str(desktop.place),
+            DBUS_SESSION_BUS_ADDRESS=desktop.environment["DBUS_SESSION_BUS_ADDRESS"], **variables)
+        self.root = until(lambda: self.bus.application(self.program.pid), "a place on the accessibility bus")
+        self.frame = self.wait_for_focus("frame")
+
+    def find(self, role=None, name=None, states=("showing",)):
+        """Waits until the program shows something like that."""
+        return self.root.wait_for(role, name, states)
+
+    def wait_for_focus(self, role="frame", name=None, other_than=None):
+        """Waits until a window has the keyboard, and gives it."""
+        def look():
+            for window in self.root.children():
+                if window != other_than and role in (None, window.role) and name in (None, window.name) \
+                        and window.is_("active"):
+                    return window
+            return None
+        return until(look, f"an active {role} {name or ''}")
+
+    def focused(self):
+        """The widget that has the keyboard; none for a moment."""
+        # Lists say of the item that they stand at that it is the one, whoever has the keyboard.
+        return next((
+            thing for thing in self.wait_for_focus(None).below()
+            if thing.is_("focused", "focusable", "showing") and thing.role not in ("tree item", "list item")), None)
+
+    def click_on(self, thing, button=1):
+        """Clicks into the middle of what it shows."""
+        left, top, width, height = thing.place
+        self._xdotool("mousemove", left + width // 2, top + height // 2, "click", button)
+
+    def resize(self, width, height):
+        window = self._xdotool("getactivewindow").strip()
+        self._xdotool("windowsize", "--sync", window, width, height)
