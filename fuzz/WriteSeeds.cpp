@@ -113,7 +113,11 @@ void addCommon(Seeds& seeds)
     jpeg.preview = writeJpeg(pixels);
     for (auto const isProgressive : { false, true }) {
         jpeg.isProgressive = isProgressive;
-        seeds.add("jpeg", writeJpeg(pixels, jpeg));
+        auto const file = writeJpeg(pixels, jpeg);
+        seeds.add("jpeg", file);
+        FileBytes asked { 64, 0 };
+        asked.insert(asked.end(), file.begin(), file.end());
+        seeds.add("barejpeg", asked);
     }
     PngOptions png;
     png.exif = block;

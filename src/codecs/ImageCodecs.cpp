@@ -64,6 +64,14 @@ public:
     {
         return guarded([this] { return source_->decodeWhole(); }, nothing);
     }
+    [[nodiscard]] CodedJpeg codedPicture(int maxPixel) override
+    {
+        return guarded([&] { return source_->codedPicture(maxPixel); }, CodedJpeg {});
+    }
+    [[nodiscard]] CodedJpeg codedPreview(std::size_t index, int maxPixel) override
+    {
+        return guarded([&] { return source_->codedPreview(index, maxPixel); }, CodedJpeg {});
+    }
 
 private:
     static inline std::optional<DecodedImage> const nothing {};

@@ -7,6 +7,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <memory>
+#include <vector>
 
 #include <jpeglib.h>
 
@@ -265,6 +266,26 @@ std::optional<DecodedImage> decodeJpeg(ByteSource const& bytes, int maxPixel, By
     if (image.bitmap.isEmpty())
         return {};
     return image;
+}
+
+bool isSoundJpeg(ByteSpan bytes)
+{
+    SpanBytes const source(bytes);
+    Decompressor decompressor(source);
+    auto& library = decompressor.library;
+    if (library.src == nullptr || !decompressor.guarded([&] { jpeg_read_header(&library, TRUE); })
+        || !isWithinLimits(library.image_width, library.image_height)
+        || !decompressor.guarded([&] { jpeg_start_decompress(&library); }))
+        return false;
+    std::vector<std::uint8_t> row(
+        std::size_t { library.output_width } * static_cast<std::size_t>(library.output_components));
+    auto* into = row.data();
+    bool const isRead = decompressor.guarded([&] {
+        while (library.output_scanline < library.output_height)
+            jpeg_read_scanlines(&library, &into, 1);
+        jpeg_finish_decompress(&library);
+    });
+    return isRead && library.err->num_warnings == 0;
 }
 
 } // namespace pixelhain

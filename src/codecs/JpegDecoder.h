@@ -15,4 +15,7 @@ namespace pixelhain {
 [[nodiscard]] std::optional<DecodedImage> decodeJpeg(
     ByteSource const& bytes, int maxPixel, ByteSpan profile);
 
+/// Whether every pixel of the JPEG that is `bytes` decodes without a complaint.
+[[nodiscard]] bool isSoundJpeg(ByteSpan bytes);
+
 } // namespace pixelhain

@@ -1,5 +1,7 @@
 #include "codecs/JpegPreviews.h"
 #include "base/Resample.h"
+#include "codecs/BareJpeg.h"
+#include "codecs/ColorConversion.h"
 #include "codecs/DecodeLimits.h"
 #include "codecs/HeadBytes.h"
 #include "codecs/JpegDecoder.h"
@@ -24,6 +26,14 @@ bool findBars(ByteSource const& bytes, JpegPreview& preview, PixelSize picture)
         return false;
     preview.bars = *bars;
     return areBarsBlack(image->bitmap, *bars);
+}
+
+// Its own, else that of the picture that it is a preview of.
+std::vector<std::uint8_t> profileOf(
+    ByteSource const& bytes, JpegHeader const& header, std::vector<std::uint8_t> const& mainProfile)
+{
+    auto own = readJpegProfile(bytes, header);
+    return own.empty() ? mainProfile : own;
 }
 
 void addPreview(
@@ -70,9 +80,7 @@ std::optional<DecodedImage> decodeJpegPreview(ByteSource const& bytes, JpegPrevi
     auto const own = readJpegHeader(head);
     if (!own)
         return {};
-    auto profile = readJpegProfile(head, *own);
-    if (profile.empty())
-        profile = mainProfile;
+    auto const profile = profileOf(head, *own, mainProfile);
     if (preview.bars == PreviewBars {})
         return decodeJpeg(head, maxPixel, profile);
     auto image = decodeJpeg(head, 0, profile);
@@ -85,6 +93,23 @@ std::optional<DecodedImage> decodeJpegPreview(ByteSource const& bytes, JpegPrevi
     if (image->bitmap.isEmpty())
         return {};
     return image;
+}
+
+CodedJpeg passableJpeg(
+    ByteSource const& bytes, int maxPixel, std::vector<std::uint8_t> const& mainProfile)
+{
+    HeadBytes const head(bytes, headBytes);
+    auto const header = readJpegHeader(head);
+    if (!header)
+        return {};
+    auto const profile = profileOf(head, *header, mainProfile);
+    auto jpeg = bareJpeg(head, maxPixel);
+    // What a profile of another kind than the pixels does to them only a decoder knows.
+    if (!jpeg || jpeg->size != header->traits.size || (jpeg->isGrey && !profile.empty())
+        || changesColors(profile) || !isSoundJpeg(jpeg->bytes))
+        return {};
+    return { jpeg->size,
+        std::make_shared<std::vector<std::uint8_t> const>(std::move(jpeg->bytes)) };
 }
 
 } // namespace pixelhain

@@ -1,4 +1,5 @@
 #pragma once
+#include "base/CodedJpeg.h"
 #include "codecs/JpegHeader.h"
 #include "codecs/PreviewShape.h"
 #include "ports/ImageSource.h"
@@ -24,5 +25,11 @@ struct JpegPreview {
 /// `mainProfile` counts when the preview has no profile of its own.
 [[nodiscard]] std::optional<DecodedImage> decodeJpegPreview(ByteSource const& bytes,
     JpegPreview const& preview, int maxPixel, std::vector<std::uint8_t> const& mainProfile);
+
+/// The JPEG at the beginning of `bytes` without anything beside its picture, if decoding it to
+/// `maxPixel` would neither reduce nor recolour it and it is not damaged. `mainProfile` counts when
+/// it has no profile of its own.
+[[nodiscard]] CodedJpeg passableJpeg(
+    ByteSource const& bytes, int maxPixel, std::vector<std::uint8_t> const& mainProfile);
 
 } // namespace pixelhain

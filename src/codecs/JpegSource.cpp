@@ -35,7 +35,25 @@ public:
         return static_cast<std::size_t>(others) + 1;
     }
 
+    [[nodiscard]] CodedJpeg codedPicture(int maxPixel) override
+    {
+        return isUpright() ? passableJpeg(bytes(), maxPixel, profile()) : CodedJpeg {};
+    }
+
+    [[nodiscard]] CodedJpeg codedPreview(std::size_t index, int maxPixel) override
+    {
+        auto const& found = foundPreviews();
+        if (!isUpright() || index >= found.size() || found[index].bars != PreviewBars {})
+            return {};
+        auto const& range = found[index].range;
+        auto jpeg
+            = passableJpeg(SliceBytes(bytes(), range.offset, range.length), maxPixel, profile());
+        return jpeg.size == found[index].stored ? jpeg : CodedJpeg {};
+    }
+
 private:
+    bool isUpright() { return orientation() == 1; }
+
     [[nodiscard]] std::optional<DecodedImage> decodeStored(int maxPixel) override
     {
         return decodeJpeg(bytes(), maxPixel, profile());

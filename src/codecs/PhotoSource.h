@@ -39,9 +39,9 @@ protected:
     [[nodiscard]] PhotoTraits const& traits() const { return traits_; }
     void setTraits(PhotoTraits traits) { traits_ = std::move(traits); }
 
-private:
-    std::vector<JpegPreview> const& foundPreviews();
+    [[nodiscard]] std::vector<JpegPreview> const& foundPreviews();
 
+private:
     std::unique_ptr<ByteSource> bytes_;
     HeadBytes head_;
     PhotoTraits traits_;

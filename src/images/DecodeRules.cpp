@@ -73,6 +73,26 @@ std::optional<DecodedPicture> decodeImage(
     return std::nullopt;
 }
 
+std::optional<DecodedPicture> passedJpeg(
+    ImageSource& source, int maxPixel, EmbeddedPreviews previews)
+{
+    auto const passed = [](CodedJpeg jpeg, PixelOrigin origin) -> std::optional<DecodedPicture> {
+        if (!jpeg)
+            return std::nullopt;
+        return DecodedPicture { {}, origin, std::move(jpeg) };
+    };
+    auto const picture = source.pixelSize();
+    if (previews == EmbeddedPreviews::prefer) {
+        auto const sizes = source.previews();
+        for (std::size_t index = 0; index < sizes.size(); ++index)
+            if (acceptsPreview(sizes[index], maxPixel, picture))
+                return passed(source.codedPreview(index, maxPixel), PixelOrigin::embedded);
+    }
+    if (!picture || picture->longestSide() > maxPixel)
+        return std::nullopt;
+    return passed(source.codedPicture(maxPixel), PixelOrigin::full);
+}
+
 std::optional<DecodedPicture> decodeFullImage(ImageSource& source)
 {
     auto const size = source.pixelSize();

@@ -22,6 +22,11 @@ namespace pixelhain {
 [[nodiscard]] std::optional<DecodedPicture> decodeImage(
     ImageSource& source, int maxPixel, EmbeddedPreviews previews);
 
+/// What decodeImage() would take, as the JPEG that it is in the file; nothing if it must be
+/// decoded.
+[[nodiscard]] std::optional<DecodedPicture> passedJpeg(
+    ImageSource& source, int maxPixel, EmbeddedPreviews previews);
+
 /// The picture of `source` with every pixel; nothing if the file does not state both sides.
 [[nodiscard]] std::optional<DecodedPicture> decodeFullImage(ImageSource& source);
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/Bitmap.h"
+#include "base/CodedJpeg.h"
 #include "base/FileUrl.h"
 #include "base/Geometry.h"
 #include "ports/AnimationSource.h"
@@ -29,16 +30,21 @@ enum class PixelOrigin : std::uint8_t {
 
 enum class EmbeddedPreviews : std::uint8_t { ignore, prefer };
 
+/// Whether a JPEG in the file that is as small as the answer may come as it is, not as pixels.
+enum class SmallJpegs : std::uint8_t { decode, pass };
+
 /// One request for pixels. Plain data, so that it can be answered in another process.
 struct DecodeRequest {
     FileUrl file;
     int maxPixel = 0; ///< longest side of the answer, at most; 0: as large as the picture
     EmbeddedPreviews previews = EmbeddedPreviews::ignore;
+    SmallJpegs smallJpegs = SmallJpegs::decode;
 };
 
 struct DecodedPicture {
     Bitmap bitmap;
     PixelOrigin origin = PixelOrigin::full;
+    CodedJpeg jpeg {}; ///< instead of the bitmap, where that was asked for
 };
 
 /// Opens image files and answers for them. Thread-safe; every call waits for disk and decoder.

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/Bitmap.h"
+#include "base/CodedJpeg.h"
 #include "base/Geometry.h"
 #include <cstddef>
 #include <optional>
@@ -54,6 +55,15 @@ public:
 
     /// The picture whole and as stored: in sRGB, but neither reduced nor turned.
     [[nodiscard]] virtual std::optional<DecodedImage> decodeWhole() = 0;
+
+    /// The picture, or the preview at `index`, as the file itself holds it, if that is a JPEG that
+    /// decoding to `maxPixel` would neither reduce nor turn nor recolour; empty if it is not, or is
+    /// damaged.
+    [[nodiscard]] virtual CodedJpeg codedPicture(int /*maxPixel*/) { return {}; }
+    [[nodiscard]] virtual CodedJpeg codedPreview(std::size_t /*index*/, int /*maxPixel*/)
+    {
+        return {};
+    }
 };
 
 } // namespace pixelhain

@@ -183,6 +183,51 @@ TEST_CASE("a file of which nothing can be read yields nothing")
     CHECK_FALSE(decodeImage(source, 200, EmbeddedPreviews::prefer));
 }
 
+TEST_CASE("the JPEG that is passed on is the one that would be decoded")
+{
+    FakeImageSource source;
+    source.codedSize = PixelSize { 160, 120 };
+    source.storedPreviews = { { 100, 75 }, { 160, 120 }, { 640, 480 } };
+    SUBCASE("the smallest preview that satisfies the rule")
+    {
+        auto const picture = passedJpeg(source, 170, EmbeddedPreviews::prefer);
+        REQUIRE(picture);
+        CHECK(picture->jpeg);
+        CHECK(picture->bitmap.isEmpty());
+        CHECK(picture->origin == PixelOrigin::embedded);
+        CHECK(source.calls == Calls { "coded preview 1 170" });
+    }
+    SUBCASE("the picture, where previews are left alone")
+    {
+        source.storedSize = PixelSize { 170, 128 };
+        auto const picture = passedJpeg(source, 170, EmbeddedPreviews::ignore);
+        REQUIRE(picture);
+        CHECK(picture->origin == PixelOrigin::full);
+        CHECK(source.calls == Calls { "coded 170" });
+    }
+    SUBCASE("no picture that is larger than the answer")
+    {
+        source.storedSize = PixelSize { 171, 128 };
+        CHECK_FALSE(passedJpeg(source, 170, EmbeddedPreviews::ignore));
+        CHECK(source.calls.empty());
+    }
+    SUBCASE("no picture of unknown size")
+    {
+        source.storedSize.reset();
+        CHECK_FALSE(passedJpeg(source, 170, EmbeddedPreviews::ignore));
+        CHECK(source.calls.empty());
+    }
+}
+
+TEST_CASE("a preview that cannot be passed on is decoded, and no other one passed in its place")
+{
+    FakeImageSource source;
+    source.storedSize = PixelSize { 170, 128 };
+    source.storedPreviews = { { 160, 120 } };
+    CHECK_FALSE(passedJpeg(source, 170, EmbeddedPreviews::prefer));
+    CHECK(source.calls == Calls { "coded preview 0 170" });
+}
+
 TEST_CASE("the full image has the picture's own size, and needs it to be stated")
 {
     FakeImageSource source;

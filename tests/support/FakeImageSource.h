@@ -25,6 +25,8 @@ public:
     /// What `decode` yields; absent: the stored size reduced as asked.
     std::optional<PixelSize> decodedSize;
 
+    std::optional<PixelSize> codedSize; ///< what the coded picture and previews have; else none
+
     std::vector<std::string> calls; ///< "preview 0 256", "decode 256", "whole", "count"
 
     std::string_view typeIdentifier() const override { return type; }
@@ -62,7 +64,26 @@ public:
         return image(storedSize.value_or(PixelSize { 40, 30 }));
     }
 
+    CodedJpeg codedPicture(int maxPixel) override
+    {
+        calls.push_back("coded " + std::to_string(maxPixel));
+        return coded();
+    }
+
+    CodedJpeg codedPreview(std::size_t index, int maxPixel) override
+    {
+        calls.push_back("coded preview " + std::to_string(index) + " " + std::to_string(maxPixel));
+        return coded();
+    }
+
 private:
+    CodedJpeg coded() const
+    {
+        if (!codedSize)
+            return {};
+        return { *codedSize, std::make_shared<std::vector<std::uint8_t> const>(1) };
+    }
+
     DecodedImage image(PixelSize size) const
     {
         return { grayBitmap(size), isIndexed, hasColorSpace, wasReduced };
