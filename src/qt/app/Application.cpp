@@ -1,6 +1,9 @@
 #include "qt/app/Application.h"
 #include "images/InfoLines.h"
+#include "qt/app/ApplicationService.h"
+#include "qt/app/OpenRequest.h"
 #include "qt/app/Services.h"
+#include "qt/app/WindowActivation.h"
 #include "sidebar/SidebarPorts.h"
 #include "viewer/AnimatedImageView.h"
 #include <QApplication>
@@ -124,6 +127,19 @@ void Application::start(CommandLine const& line)
     if (line.screenshot)
         screenshot_ = std::make_unique<Screenshot>(
             QFile::decodeName(line.screenshot->c_str()), model_, window_, !line.files.empty());
+}
+
+void Application::answer(ApplicationService& service)
+{
+    service.serve([this](OpenRequest const& request) { take(request); });
+}
+
+// The main window may have been closed while the help was open.
+void Application::take(OpenRequest const& request)
+{
+    if (request.file)
+        delegate_.openUrls({ &*request.file, 1 });
+    bringForward(window_, request);
 }
 
 } // namespace pixelhain

@@ -19,6 +19,8 @@
 
 namespace pixelhain {
 
+class ApplicationService;
+struct OpenRequest;
 struct Services;
 
 /// The program with its one model and its two windows: what is plugged into what, how it starts and
@@ -32,10 +34,14 @@ public:
     /// Opens the main window, and what the command line names.
     void start(CommandLine const& line);
 
+    /// Does what others on the session bus ask for, as long as both live.
+    void answer(ApplicationService& service);
+
 private:
     void addViewer();
     void watchMilestones();
     void openHelp();
+    void take(OpenRequest const& request);
 
     Services& services_;
     Trace const trace_;

@@ -20,6 +20,8 @@ CommandLine CommandLine::parse(std::span<char const* const> arguments, FileUrl c
             line.wantsHelp = true;
         } else if (argument == "--version") {
             line.wantsVersion = true;
+        } else if (argument == "--new-instance") {
+            line.startsApart = true;
         } else if (argument == screenshotOption && at + 1 < arguments.size()) {
             line.screenshot = arguments[++at];
         } else if (argument.starts_with(screenshotPrefix)) {
@@ -38,8 +40,10 @@ std::string_view CommandLine::helpText()
     return "Aufruf: pixelhain [OPTION…] [ORDNER|BILD]\n"
            "\n"
            "Zeigt die Fotos eines Ordners. Ein Bild wird in seinem Ordner gezeigt; ohne Angabe\n"
-           "erscheinen die zuletzt gezeigten Ordner.\n"
+           "erscheinen die zuletzt gezeigten Ordner. Läuft Pixelhain schon, so zeigt es dort das\n"
+           "Verlangte in seinem Fenster.\n"
            "\n"
+           "  --new-instance      öffnet ein eigenes Fenster, auch wenn Pixelhain schon läuft\n"
            "  --screenshot DATEI  wartet, bis jede sichtbare Zelle ihr Bild hat, speichert das\n"
            "                      Fenster als PNG und endet; nach 60 s ohne Bilder mit Fehler\n"
            "  --help              zeigt diese Hilfe\n"

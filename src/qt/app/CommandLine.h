@@ -14,6 +14,8 @@ struct CommandLine {
     std::vector<FileUrl> files;
     /// Where to save a picture of the window; the program ends then.
     std::optional<std::string> screenshot;
+    /// Not to hand anything over to a program that runs already.
+    bool startsApart = false;
     bool wantsHelp = false;
     bool wantsVersion = false;
     /// Why the arguments make no sense.

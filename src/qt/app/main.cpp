@@ -1,12 +1,16 @@
 #include "qt/app/Application.h"
+#include "qt/app/ApplicationService.h"
 #include "qt/app/CommandLine.h"
 #include "qt/app/DesktopColors.h"
 #include "qt/app/Services.h"
+#include "qt/app/SingleInstance.h"
 #include "qt/app/TerminationSignals.h"
 #include <QApplication>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -33,10 +37,33 @@ bool answersAtOnce(CommandLine const& line)
     return line.wantsHelp || line.wantsVersion;
 }
 
-int run(CommandLine const& line, Services& services)
+// Threads that wait for a disk or for the session bus are not waited for.
+[[noreturn]] void end(int code)
+{
+    std::fflush(nullptr);
+    std::_Exit(code);
+}
+
+std::optional<FileUrl> firstOf(std::vector<FileUrl> const& files)
+{
+    return files.empty() ? std::nullopt : std::optional(files.front());
+}
+
+bool standsApart(CommandLine const& line)
+{
+    return line.startsApart || line.screenshot;
+}
+
+int run(CommandLine const& line, OpenRequest request, SingleInstance const* instance,
+    Services& services, ApplicationService& service)
 {
     Application application(services);
+    // The last moment at which another window is seen by nobody.
+    request.file = firstOf(line.files);
+    if (instance && instance->handOver(request))
+        return 0;
     application.start(line);
+    application.answer(service);
     return QApplication::exec();
 }
 
@@ -48,8 +75,17 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("pixelhain"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PIXELHAIN_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("de.pixelhain.Pixelhain"));
-    if (answersAtOnce(parsed(argc, argv)))
+    auto const early = parsed(argc, argv);
+    if (answersAtOnce(early))
         return 0;
+    auto const request = OpenRequest::fromEnvironment(firstOf(early.files));
+    ApplicationService service;
+    std::optional<SingleInstance> instance;
+    if (!standsApart(early))
+        instance.emplace(service);
+    // With options of the toolkit among them it is not known yet what are files.
+    if (instance && !early.error && instance->handOver(request))
+        end(0);
     // Beside the toolkit's own start.
     auto decoder = Services::startDecoder();
     QApplication application(argc, argv);
@@ -57,10 +93,8 @@ int main(int argc, char** argv)
     auto const line = parsed(argc, argv); // without the toolkit's own options
     if (line.error) {
         std::fprintf(stderr, "pixelhain: %s\n", line.error->c_str());
-        return 2;
+        end(2);
     }
     auto* const services = new Services(std::move(decoder));
-    auto const code = run(line, *services);
-    std::fflush(nullptr);
-    std::_Exit(code);
+    end(run(line, request, instance ? &*instance : nullptr, *services, service));
 }

@@ -8,10 +8,30 @@
 
 namespace pixelhain {
 
+namespace {
+
+// Where the bus of the user's session listens unless the environment says otherwise.
+QString usualSocket()
+{
+    return qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
+}
+
+} // namespace
+
 bool hasSessionBus()
 {
-    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")
-        || QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") || QFile::exists(usualSocket());
+}
+
+QString sessionBusAddress()
+{
+    auto const given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (given.startsWith(QStringLiteral("autolaunch:"))) // none yet: it would be started for us
+        return {};
+    if (!given.isEmpty() || !hasSessionBus())
+        return given;
+    return QStringLiteral("unix:path=")
+        + QString::fromLatin1(QFile::encodeName(usualSocket()).toPercentEncoding("/-_."));
 }
 
 void callSessionBus(

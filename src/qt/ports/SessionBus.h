@@ -1,6 +1,7 @@
 #pragma once
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QString>
 #include <functional>
 
 class QObject;
@@ -10,6 +11,9 @@ namespace pixelhain {
 /// Whether there can be a session bus. Without an address libdbus would start a bus of its own,
 /// which takes long and helps nobody.
 [[nodiscard]] bool hasSessionBus();
+
+/// Where the session bus is, as the environment has it; empty if there is none.
+[[nodiscard]] QString sessionBusAddress();
 
 /// Sends the call and returns at once. The answer, or an error, comes later on the main thread,
 /// unless `context` is gone by then. Without a bus the error comes at once.

@@ -27,6 +27,13 @@ TEST_CASE("the screenshot option takes a file in either form")
     CHECK(parsed({ "--screenshot" }).error);
 }
 
+TEST_CASE("a start of its own hands nothing over")
+{
+    CHECK(parsed({ "--new-instance", "a" }).startsApart);
+    CHECK_FALSE(parsed({ "a" }).startsApart);
+    CHECK_FALSE(parsed({ "--", "--new-instance" }).startsApart);
+}
+
 TEST_CASE("after two hyphens everything is a file")
 {
     CHECK(parsed({ "--", "--help" }).files == std::vector { FileUrl("/home/me/--help") });

@@ -1,0 +1,51 @@
+#include "qt/app/ApplicationService.h"
+#include "qt/app/OpenRequest.h"
+#include "qt/ports/FileUrlText.h"
+#include <QDBusError>
+#include <utility>
+
+namespace pixelhain {
+
+ApplicationService::ApplicationService() = default;
+ApplicationService::~ApplicationService() = default;
+
+void ApplicationService::serve(std::function<void(OpenRequest const&)> asked)
+{
+    asked_ = std::move(asked);
+    if (auto const request = std::exchange(waiting_, nullptr))
+        asked_(*request);
+}
+
+void ApplicationService::ask(OpenRequest const& request)
+{
+    if (asked_)
+        asked_(request);
+    else
+        waiting_ = std::make_unique<OpenRequest const>(request);
+}
+
+void ApplicationService::Activate(QVariantMap const& platformData)
+{
+    ask(OpenRequest::fromPlatformData(std::nullopt, platformData));
+}
+
+void ApplicationService::Open(QStringList const& uris, QVariantMap const& platformData)
+{
+    if (uris.isEmpty())
+        return;
+    auto const file = fileUrlFromUri(uris.front().toStdString());
+    if (file)
+        ask(OpenRequest::fromPlatformData(file->standardized(), platformData));
+    else if (calledFromDBus())
+        sendErrorReply(QDBusError::InvalidArgs,
+            QStringLiteral("Geöffnet werden nur Dateien und Ordner dieses Rechners."));
+}
+
+void ApplicationService::ActivateAction(
+    QString const& /*action*/, QVariantList const& /*parameter*/, QVariantMap const& /*data*/)
+{
+    if (calledFromDBus())
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Diese Aktion gibt es nicht."));
+}
+
+} // namespace pixelhain

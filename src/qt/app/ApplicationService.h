@@ -1,0 +1,50 @@
+#pragma once
+#include <QDBusContext>
+#include <QObject>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
+#include <functional>
+#include <memory>
+
+namespace pixelhain {
+
+struct OpenRequest;
+
+/// The program as others on the session bus see it: they may ask it to come to the front and to
+/// open a file. Anybody there may call, so nothing that comes is taken on trust. Main thread.
+class ApplicationService final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    static QString name() { return QStringLiteral("de.pixelhain.Pixelhain"); }
+    static QString path() { return QStringLiteral("/de/pixelhain/Pixelhain"); }
+    static QString interface() { return QStringLiteral("org.freedesktop.Application"); }
+
+    ApplicationService();
+    ~ApplicationService() override;
+
+    /// From now on `asked` is called for each request. One that came before, the last of them, is
+    /// passed on at once.
+    void serve(std::function<void(OpenRequest const&)> asked);
+
+public slots:
+    void Activate(QVariantMap const& platformData);
+
+    /// Only the first file counts. Something else than a file of this computer is an error, and
+    /// none at all asks for nothing.
+    void Open(QStringList const& uris, QVariantMap const& platformData);
+
+    /// There are no such actions.
+    void ActivateAction(
+        QString const& action, QVariantList const& parameter, QVariantMap const& platformData);
+
+private:
+    void ask(OpenRequest const& request);
+
+    std::function<void(OpenRequest const&)> asked_;
+    std::unique_ptr<OpenRequest const> waiting_;
+};
+
+} // namespace pixelhain

@@ -1,0 +1,40 @@
+#include "qt/app/WindowActivation.h"
+#include "qt/app/X11Startup.h"
+#include <QGuiApplication>
+#include <QWidget>
+#include <charconv>
+
+namespace pixelhain {
+
+std::optional<std::uint32_t> timeOfStartupId(std::string_view id)
+{
+    constexpr std::string_view mark = "_TIME";
+    auto const at = id.rfind(mark);
+    if (at == id.npos)
+        return std::nullopt;
+    auto const digits = id.substr(at + mark.size());
+    std::uint32_t time = 0;
+    auto const* const end = digits.data() + digits.size();
+    auto const read = std::from_chars(digits.data(), end, time);
+    if (read.ec != std::errc() || read.ptr != end || time == 0)
+        return std::nullopt;
+    return time;
+}
+
+void bringForward(QWidget& window, OpenRequest const& request)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    // The toolkit looks for it there when a window asks for the keyboard.
+    if (!request.activationToken.empty()
+        && QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(request.activationToken));
+    // Launchers of today may give only the one of the two.
+    auto const& id = request.startupId.empty() ? request.activationToken : request.startupId;
+    auto const time = timeOfStartupId(id);
+    if (!time || !activateByStartupId(window.winId(), id, *time))
+        window.activateWindow();
+}
+
+} // namespace pixelhain
