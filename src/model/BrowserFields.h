@@ -24,6 +24,7 @@ public:
     Field<std::optional<FileUrl>> folder { *this }; ///< the first of `folders`
     Field<std::vector<FileUrl>> folders { *this }; ///< whose photos are shown
     Field<std::optional<FileUrl>> rootFolder { *this }; ///< the top of the folder tree
+    Field<std::vector<FileUrl>> recentFolders { *this }; ///< opened last, newest first
     Field<int> treeVersion { *this, 0 }; ///< bumped to make the sidebar rebuild its tree
     Field<int> countsVersion { *this, 0 }; ///< bumped to make the sidebar recount
     Field<std::vector<PhotoItem>> items { *this }; ///< `allItems` filtered and sorted

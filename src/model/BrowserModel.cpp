@@ -2,6 +2,7 @@
 #include "base/Text.h"
 #include "model/DiscardedPhotos.h"
 #include "model/Messages.h"
+#include "model/RecentFolders.h"
 #include "model/Settings.h"
 #include "ports/Background.h"
 #include "ports/MainLoop.h"
@@ -32,6 +33,7 @@ BrowserModel::BrowserModel(Ports const& ports)
     showResolution = stored.showResolution;
     slideshowInterval = stored.slideshowInterval;
     slideshowShuffle = stored.slideshowShuffle;
+    recentFolders = recents::read(ports.preferences);
 }
 
 BrowserModel::~BrowserModel() = default;

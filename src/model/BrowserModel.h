@@ -36,6 +36,9 @@ public:
     void chooseFolder();
     /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.
     void open(FileUrl const& url);
+    /// Opens one of `recentFolders`; if it is gone, says so and forgets it.
+    void openRecent(FileUrl const& url);
+    void clearRecentFolders();
     void setRoot(FileUrl const& url, AlsoSelect alsoSelect);
     void selectFolders(std::vector<FileUrl> urls, FocusGallery focusGallery);
     void startScan();
@@ -43,12 +46,10 @@ public:
     /// Makes the sidebar list and count its folders again; the gallery stays as it is.
     void refreshTree();
     bool canGoUp() const;
-    /// Makes the folder above the root the root; the shown folders stay.
-    void showParentFolder();
+    void showParentFolder(); ///< as the root; the shown folders stay
     void applyFilter();
 
-    /// Shows a message in the status bar for five seconds.
-    void showStatus(std::string text);
+    void showStatus(std::string text); ///< in the status bar, for five seconds
     void setShowContactSheetDialog(bool shows); ///< only while there are photos
 
     // Settings: each is stored under its key at once, numbers brought into their range.
@@ -113,9 +114,12 @@ private:
     struct KeyActions;
     struct FileChanges;
     struct SlideshowSteps;
+    enum class Place : std::uint8_t { nothing, file, folder };
 
+    void look(FileUrl const& url, std::function<bool(Place)> opens);
     void openPlace(FileUrl const& folder, std::optional<FileUrl> const& file);
     void restore(Restorable const& found);
+    void setRecentFolders(std::vector<FileUrl> places);
     void accept(ScanAnswer answer);
     void showItems(std::vector<PhotoItem> visible);
     std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
@@ -134,12 +138,8 @@ private:
     Slideshow slideshow_;
     std::vector<TrashedPhoto> lastTrashed_; ///< what `canUndoTrash` can bring back
     std::shared_ptr<Restorable> heldRestore_; ///< found while an open request still looked
-    bool isOpening_ = false;
-    bool isRestoring_ = false;
-    Task openTask_;
-    Task restoreTask_;
-    Task statusTask_;
-    Task scanTask_;
+    bool isOpening_ = false, isRestoring_ = false;
+    Task openTask_, restoreTask_, statusTask_, scanTask_;
     std::vector<FileUrl> leaving_; ///< what a change of files that is under way takes away
     UrlSet removedWhileScanning_; ///< by us; the scan under way may have seen them before
     Task keyMonitor_;

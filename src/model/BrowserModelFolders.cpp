@@ -1,6 +1,7 @@
 #include "model/BrowserModel.h"
 #include "model/DiscardedPhotos.h"
 #include "model/Messages.h"
+#include "model/RecentFolders.h"
 #include "model/Scanning.h"
 #include "model/SelectionRules.h"
 #include "model/Settings.h"
@@ -16,11 +17,6 @@
 namespace pixelhain {
 
 namespace {
-
-struct Place {
-    bool exists = false;
-    bool isFolder = false;
-};
 
 // What a scan saw of the model when it started, so that it can also do the model's part of the
 // work; each part is used only if the model has not changed since.
@@ -59,23 +55,33 @@ void BrowserModel::chooseFolder()
     });
 }
 
-// Whether a place exists is asked in the background: it may lie on a drive that has to wake up.
 void BrowserModel::open(FileUrl const& url)
 {
+    look(url, [this, url = url.standardized()](Place place) {
+        if (place == Place::nothing)
+            return false;
+        bool const isFolder = place == Place::folder;
+        auto const shown = isFolder ? url : url.parent();
+        openPlace(shown, isFolder ? std::nullopt : std::optional(url));
+        setRecentFolders(recents::with(recentFolders, shown));
+        return true;
+    });
+}
+
+// Whether a place exists is asked in the background: it may lie on a drive that has to wake up.
+void BrowserModel::look(FileUrl const& url, std::function<bool(Place)> opens)
+{
     auto const look = [&files = ports_.files, url] {
-        bool const isFolder = files.isFolder(url);
-        return Place { isFolder || files.exists(url), isFolder };
+        if (files.isFolder(url))
+            return Place::folder;
+        return files.exists(url) ? Place::file : Place::nothing;
     };
     isOpening_ = true;
     openTask_ = runThen(ports_.background, ports_.loop, Priority::userInteractive, look,
-        [this, url = url.standardized()](Place place) {
+        [this, opens = std::move(opens)](Place place) {
             isOpening_ = false;
             auto const held = std::exchange(heldRestore_, nullptr);
-            if (place.isFolder)
-                openPlace(url, std::nullopt);
-            else if (place.exists)
-                openPlace(url.parent(), url);
-            else if (held)
+            if (!opens(place) && held)
                 restore(*held);
         });
 }
@@ -139,8 +145,10 @@ void BrowserModel::setRoot(FileUrl const& url, AlsoSelect alsoSelect)
     rootFolder = root;
     LastFolders::writeRoot(ports_.preferences, root);
     folderWatcher_.watch(root);
-    if (alsoSelect == AlsoSelect::yes)
-        selectFolders({ root }, FocusGallery::yes);
+    if (alsoSelect == AlsoSelect::no)
+        return;
+    selectFolders({ root }, FocusGallery::yes);
+    setRecentFolders(recents::with(recentFolders, root));
 }
 
 bool BrowserModel::canGoUp() const

@@ -28,6 +28,11 @@ std::string messages::photoCount(std::size_t count)
     return std::to_string(count) + " Fotos";
 }
 
+std::string messages::folderIsGone(std::string_view name)
+{
+    return "Der Ordner „" + displayText(name) + "“ ist nicht mehr da";
+}
+
 std::string messages::trashed(std::size_t count, std::size_t failed)
 {
     return photos(count) + " in den Papierkorb gelegt – ⌘Z macht es rückgängig" + failures(failed);

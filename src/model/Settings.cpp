@@ -13,14 +13,6 @@ double inRange(double value, double least, double most, double otherwise)
     return std::isnan(value) ? otherwise : std::clamp(value, least, most);
 }
 
-// A path with a NUL byte would silently name another file to the system.
-std::optional<FileUrl> storedPlace(std::string_view path)
-{
-    if (!path.starts_with('/') || path.find('\0') != std::string_view::npos)
-        return std::nullopt;
-    return FileUrl(path).standardized();
-}
-
 } // namespace
 
 double settings::thumbSizeInRange(double points)
@@ -31,6 +23,14 @@ double settings::thumbSizeInRange(double points)
 double settings::slideshowIntervalInRange(double seconds)
 {
     return inRange(seconds, minSlideshowInterval, maxSlideshowInterval, defaultSlideshowInterval);
+}
+
+// A path with a NUL byte would silently name another file to the system.
+std::optional<FileUrl> settings::storedPlace(std::string_view path)
+{
+    if (!path.starts_with('/') || path.find('\0') != std::string_view::npos)
+        return std::nullopt;
+    return FileUrl(path).standardized();
 }
 
 Settings Settings::read(Preferences const& preferences)
@@ -65,10 +65,10 @@ LastFolders LastFolders::read(Preferences const& preferences)
     }
     LastFolders last;
     for (auto const& path : *paths)
-        if (auto const place = storedPlace(path))
+        if (auto const place = settings::storedPlace(path))
             last.folders.push_back(*place);
     if (auto const root = preferences.text(settings::lastRootKey))
-        last.root = storedPlace(*root);
+        last.root = settings::storedPlace(*root);
     return last;
 }
 
@@ -90,7 +90,7 @@ void LastFolders::writeRoot(Preferences& preferences, FileUrl const& root)
 std::optional<FileUrl> LastFolders::target(Preferences const& preferences)
 {
     auto const path = preferences.text(settings::lastTargetKey);
-    return path ? storedPlace(*path) : std::nullopt;
+    return path ? settings::storedPlace(*path) : std::nullopt;
 }
 
 void LastFolders::writeTarget(Preferences& preferences, FileUrl const& folder)

@@ -23,6 +23,7 @@ inline constexpr std::string_view shuffleKey = "shuffle";
 inline constexpr std::string_view lastFolderKey = "lastFolder";
 inline constexpr std::string_view lastFoldersKey = "lastFolders";
 inline constexpr std::string_view lastRootKey = "lastRoot";
+inline constexpr std::string_view recentFoldersKey = "recentFolders";
 inline constexpr std::string_view lastTargetKey = "lastTarget"; ///< of moving and copying
 
 /// Points: the range of the toolbar's slider.
@@ -40,6 +41,9 @@ inline constexpr double defaultSlideshowInterval = 4;
 /// `points` brought into the range; the default for what is no number.
 [[nodiscard]] double thumbSizeInRange(double points);
 [[nodiscard]] double slideshowIntervalInRange(double seconds);
+
+/// The place that a stored text names; nothing if that is no absolute path.
+[[nodiscard]] std::optional<FileUrl> storedPlace(std::string_view path);
 } // namespace settings
 
 /// The settings as they were stored; where a value is absent or of another type, its default.

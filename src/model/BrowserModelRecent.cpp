@@ -1,0 +1,35 @@
+#include "model/BrowserModel.h"
+#include "model/Messages.h"
+#include "model/RecentFolders.h"
+#include <utility>
+
+namespace pixelhain {
+
+void BrowserModel::openRecent(FileUrl const& url)
+{
+    look(url, [this, url = url.standardized()](Place place) {
+        if (place == Place::folder) {
+            openPlace(url, std::nullopt);
+            setRecentFolders(recents::with(recentFolders, url));
+            return true;
+        }
+        setRecentFolders(recents::without(recentFolders, url));
+        showStatus(messages::folderIsGone(url.name()));
+        return false;
+    });
+}
+
+void BrowserModel::clearRecentFolders()
+{
+    setRecentFolders({});
+}
+
+void BrowserModel::setRecentFolders(std::vector<FileUrl> places)
+{
+    if (places == *recentFolders)
+        return;
+    recentFolders = std::move(places);
+    recents::write(ports_.preferences, recentFolders);
+}
+
+} // namespace pixelhain
