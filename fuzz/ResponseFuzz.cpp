@@ -18,6 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
     std::memcpy(&most, data + 2, sizeof most);
     asked.maxPixel = most;
     std::memcpy(&asked.spaceBytes, data + 4, 4);
+    asked.smallJpegs = data[10] % 2 == 0 ? SmallJpegs::decode : SmallJpegs::pass;
     DecoderMessage message;
     message.descriptors = data[8] % 8 == 7 ? 1 : 0;
     message.isCut = data[9] % 8 == 7;
@@ -37,6 +38,11 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
     mustHold(response->width > 0 && response->height > 0);
     mustHold(asked.maxPixel == 0
         || (response->width <= asked.maxPixel && response->height <= asked.maxPixel));
+    if ((response->flags & DecoderResponse::isCoded) != 0) {
+        mustHold(asked.smallJpegs == SmallJpegs::pass);
+        mustHold(response->bytes <= asked.spaceBytes);
+        return 0;
+    }
     mustHold(response->bytesPerRow >= width * 4 && response->bytesPerRow <= asked.spaceBytes);
     mustHold(response->bytesPerRow * height <= asked.spaceBytes);
     mustHold(response->origin == PixelOrigin::embedded || response->origin == PixelOrigin::scaled

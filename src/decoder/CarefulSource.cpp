@@ -96,4 +96,14 @@ std::optional<DecodedImage> CarefulSource::decodeWhole()
     return isTooLarge() ? std::nullopt : source_->decodeWhole();
 }
 
+CodedJpeg CarefulSource::codedPicture(int maxPixel)
+{
+    return isTooLarge() ? CodedJpeg {} : source_->codedPicture(maxPixel);
+}
+
+CodedJpeg CarefulSource::codedPreview(std::size_t index, int maxPixel)
+{
+    return source_->codedPreview(index, maxPixel);
+}
+
 } // namespace pixelhain

@@ -28,6 +28,8 @@ public:
         std::size_t index, int maxPixel) override;
     [[nodiscard]] std::optional<DecodedImage> decode(int maxPixel) override;
     [[nodiscard]] std::optional<DecodedImage> decodeWhole() override;
+    [[nodiscard]] CodedJpeg codedPicture(int maxPixel) override;
+    [[nodiscard]] CodedJpeg codedPreview(std::size_t index, int maxPixel) override;
 
 private:
     [[nodiscard]] bool isTooLarge();

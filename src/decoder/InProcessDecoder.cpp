@@ -32,6 +32,9 @@ try {
 std::optional<DecodedPicture> InProcessDecoder::decode(DecodeRequest const& request)
 {
     return withImage<DecodedPicture>(request.file, [&](ImageSource& image) {
+        if (request.smallJpegs == SmallJpegs::pass)
+            if (auto passed = passedJpeg(image, request.maxPixel, request.previews))
+                return passed;
         return request.maxPixel > 0 ? decodeImage(image, request.maxPixel, request.previews)
                                     : decodeFullImage(image);
     });

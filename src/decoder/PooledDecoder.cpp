@@ -1,4 +1,6 @@
 #include "decoder/PooledDecoder.h"
+#include "codecs/BareJpeg.h"
+#include "codecs/ByteView.h"
 #include "codecs/DecodeLimits.h"
 #include "decoder/AnimationSession.h"
 #include "decoder/PropertiesRecord.h"
@@ -66,6 +68,7 @@ struct PooledDecoder::Job {
     int turns = 0;
     std::optional<DecoderResponse> response {};
     Bitmap bitmap {};
+    CodedJpeg jpeg {};
     std::optional<PhotoProperties> properties {};
 };
 
@@ -90,13 +93,14 @@ std::optional<DecodedPicture> PooledDecoder::decode(DecodeRequest const& request
     job.request.operation = DecoderOperation::decode;
     job.request.maxPixel = std::max(request.maxPixel, 0);
     job.request.previews = request.previews;
+    job.request.smallJpegs = request.smallJpegs;
     auto const space = spaceForPicture({ request.maxPixel, request.maxPixel });
     if (space > ownSpaceBytes && request.maxPixel <= largestUnmeasured)
         job.passedBytes = space;
     auto const response = serve(request.file, job);
-    if (!response || job.bitmap.isEmpty())
+    if (!response || (job.bitmap.isEmpty() && !job.jpeg))
         return std::nullopt;
-    return DecodedPicture { std::move(job.bitmap), response->origin };
+    return DecodedPicture { std::move(job.bitmap), response->origin, std::move(job.jpeg) };
 }
 
 std::optional<ImageMeta> PooledDecoder::readMeta(FileUrl const& file)
@@ -187,16 +191,31 @@ Exchange PooledDecoder::ask(WorkerProcess& worker, OpenedFile const& file, Job& 
     auto const time = deadline_(request);
     auto exchange = Exchange::with(worker, request, std::span(descriptors).first(count),
         { time, time * WorkerLimits::clockFactor });
-    if (request.operation == DecoderOperation::readProperties
-        && exchange.end == Exchange::End::answered
-        && exchange.response.status == DecoderStatus::done) {
-        // The worker can still write there, so only a copy can be trusted to stay what it is.
-        auto const* const record = worker.space().data();
-        job.properties = unpackProperties(std::vector(record, record + exchange.response.bytes));
-        if (!job.properties)
-            exchange.end = Exchange::End::wrong;
-    }
+    if (exchange.end == Exchange::End::answered && exchange.response.status == DecoderStatus::done
+        && !isHonest(worker, job, exchange.response))
+        exchange.end = Exchange::End::wrong;
     return exchange;
+}
+
+// The worker can still write into the space, so only a copy can be trusted to stay what it is.
+bool PooledDecoder::isHonest(WorkerProcess const& worker, Job& job, DecoderResponse const& response)
+{
+    auto const& space = job.passed ? job.passed->memory : worker.space();
+    if (job.request.operation == DecoderOperation::readProperties) {
+        job.properties = unpackProperties(std::vector(space.data(), space.data() + response.bytes));
+        return job.properties.has_value();
+    }
+    if ((response.flags & DecoderResponse::isCoded) == 0
+        || job.request.operation != DecoderOperation::decode)
+        return true;
+    auto const* const coded = reinterpret_cast<std::uint8_t const*>(space.data());
+    std::vector<std::uint8_t> copy(coded, coded + response.bytes);
+    auto const bare = bareJpeg(SpanBytes(copy), job.request.maxPixel);
+    PixelSize const size { response.width, response.height };
+    if (!bare || bare->size != size || bare->bytes != copy)
+        return false;
+    job.jpeg = { size, std::make_shared<std::vector<std::uint8_t> const>(std::move(copy)) };
+    return true;
 }
 
 PooledDecoder::Next PooledDecoder::hear(
@@ -205,7 +224,7 @@ PooledDecoder::Next PooledDecoder::hear(
     switch (response.status) {
     case DecoderStatus::done:
         job.response = response;
-        if (job.request.operation == DecoderOperation::decode)
+        if (job.request.operation == DecoderOperation::decode && !job.jpeg)
             job.bitmap = pixels(worker, job, response);
         return Next::stop;
     case DecoderStatus::needsSpace:

@@ -42,6 +42,8 @@ private:
     std::optional<DecoderResponse> serve(FileUrl const& url, Job& job);
     [[nodiscard]] Next turn(OpenedFile const& file, Job& job);
     [[nodiscard]] Exchange ask(WorkerProcess& worker, OpenedFile const& file, Job& job);
+    [[nodiscard]] static bool isHonest(
+        WorkerProcess const& worker, Job& job, DecoderResponse const& response);
     [[nodiscard]] Next hear(WorkerProcess const& worker, Job& job, DecoderResponse const& response);
     void bury(std::unique_ptr<WorkerProcess> worker, Job& job, Exchange::End end);
     [[nodiscard]] Bitmap pixels(

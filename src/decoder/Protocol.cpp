@@ -1,4 +1,5 @@
 #include "decoder/Protocol.h"
+#include "codecs/BareJpeg.h"
 #include "codecs/DecodeLimits.h"
 #include "codecs/PropertyLimits.h"
 #include "decoder/Lockdown.h"
@@ -27,6 +28,7 @@ bool isKnown(DecoderRequest const& request)
     return request.operation >= DecoderOperation::readMeta
         && request.operation <= DecoderOperation::readProperties
         && request.space <= DecoderSpace::passed && request.previews <= EmbeddedPreviews::prefer
+        && request.smallJpegs <= SmallJpegs::pass
         && std::ranges::all_of(request.unused, [](auto byte) { return byte == 0; });
 }
 
@@ -66,6 +68,16 @@ bool isPicture(DecoderResponse const& response, DecoderRequest const& asked)
         && response.bytes == response.bytesPerRow * rows;
 }
 
+// What is in the space is looked at once it is copied out of it.
+bool isCodedPicture(DecoderResponse const& response, DecoderRequest const& asked)
+{
+    return asked.smallJpegs == SmallJpegs::pass && response.flags == DecoderResponse::isCoded
+        && response.origin <= PixelOrigin::full && isWithinLimits(response.width, response.height)
+        && std::max(response.width, response.height) <= asked.maxPixel && response.bytesPerRow == 0
+        && response.bytes > 0 && response.bytes <= asked.spaceBytes
+        && response.bytes <= mostBareBytes(asked.maxPixel);
+}
+
 // What the picture that is asked for may take; of every pixel nobody knows.
 std::uint64_t mostSpace(DecoderRequest const& asked)
 {
@@ -99,7 +111,7 @@ bool isWhatWasAsked(DecoderResponse const& response, DecoderRequest const& asked
     case DecoderOperation::readMeta:
         return isMeta(response);
     case DecoderOperation::decode:
-        return isPicture(response, asked);
+        return isPicture(response, asked) || isCodedPicture(response, asked);
     case DecoderOperation::readProperties:
         return isProperties(response, asked);
     }

@@ -37,7 +37,8 @@ struct DecoderRequest {
     std::uint64_t spaceBytes = 0; ///< what may be written of the space
     std::int32_t maxPixel = 0; ///< longest side of the answer; 0: as large as the picture
     EmbeddedPreviews previews = EmbeddedPreviews::ignore;
-    std::uint8_t unused[3] = {};
+    SmallJpegs smallJpegs = SmallJpegs::decode;
+    std::uint8_t unused[2] = {};
 };
 
 enum class DecoderStatus : std::uint16_t {
@@ -53,6 +54,7 @@ struct DecoderResponse {
     static constexpr std::uint8_t isOpaque = 1;
     static constexpr std::uint8_t hasSize = 2;
     static constexpr std::uint8_t isAnimated = 4;
+    static constexpr std::uint8_t isCoded = 8; ///< a JPEG and no pixels; it has no rows
 
     std::uint32_t magic = theMagic;
     DecoderStatus status = DecoderStatus::nothing;

@@ -132,6 +132,10 @@ DecoderResponse Worker::decode(
     auto const& target = request.space == DecoderSpace::passed ? passed : space_;
     CarefulSource careful(std::move(image), memory_);
     std::optional<DecodedPicture> picture;
+    if (request.smallJpegs == SmallJpegs::pass && request.maxPixel > 0)
+        picture = passedJpeg(careful, request.maxPixel, request.previews);
+    if (picture && picture->jpeg.bytes->size() <= target.size())
+        return deliver(picture->jpeg, picture->origin, target);
     {
         SpaceMemory const memory(target, size ? longestSide(request, *size) : request.maxPixel);
         picture = request.maxPixel > 0 ? decodeImage(careful, request.maxPixel, request.previews)
@@ -175,6 +179,18 @@ DecoderResponse Worker::deliver(DecodedPicture const& picture, WritableSpace con
     response.height = bitmap.size.height;
     response.bytesPerRow = bitmap.bytesPerRow;
     response.bytes = bitmap.cost();
+    return response;
+}
+
+DecoderResponse Worker::deliver(
+    CodedJpeg const& jpeg, PixelOrigin origin, WritableSpace const& target)
+{
+    std::memcpy(target.data(), jpeg.bytes->data(), jpeg.bytes->size());
+    auto response = plainResponse(DecoderStatus::done, jpeg.bytes->size());
+    response.origin = origin;
+    response.flags = DecoderResponse::isCoded;
+    response.width = jpeg.size.width;
+    response.height = jpeg.size.height;
     return response;
 }
 

@@ -34,6 +34,8 @@ private:
         DecoderRequest const& request, std::unique_ptr<ByteSource> file) const;
     [[nodiscard]] static DecoderResponse deliver(
         DecodedPicture const& picture, WritableSpace const& target);
+    [[nodiscard]] static DecoderResponse deliver(
+        CodedJpeg const& jpeg, PixelOrigin origin, WritableSpace const& target);
 
     RecordSocket socket_;
     WritableSpace space_;

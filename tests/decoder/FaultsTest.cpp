@@ -64,6 +64,14 @@ TEST_CASE("an answer that is wrong in one thing costs one picture")
     }
 }
 
+TEST_CASE("what a worker calls a JPEG and is none costs one picture")
+{
+    Faults faults;
+    auto const file = faults.folder.file("coded.jpg", faultFile("lie:coded"));
+    CHECK_FALSE(faults.decoder.decode({ file, 32, EmbeddedPreviews::prefer, SmallJpegs::pass }));
+    CHECK(faults.decodesGood());
+}
+
 TEST_CASE("answers that are cut, doubled or the last of a worker cost one picture")
 {
     Faults faults;

@@ -115,6 +115,38 @@ TEST_CASE("pictures of all kinds come out of another process as they do here")
     }
 }
 
+TEST_CASE("a small JPEG comes out of another process as it is, like here")
+{
+    TemporaryFolder const folder;
+    Decoders decoders;
+    JpegOptions turned;
+    ExifOptions exif;
+    exif.orientation = 6;
+    turned.exif = exifBlock(exif);
+    auto const small = folder.file("a.jpg", view(writeJpeg(colorful({ 200, 150 }))));
+    auto const sideways = folder.file("b.jpg", view(writeJpeg(colorful({ 200, 150 }), turned)));
+    auto const request = [](FileUrl const& url, int maxPixel) {
+        return DecodeRequest { url, maxPixel, EmbeddedPreviews::prefer, SmallJpegs::pass };
+    };
+    for (int const maxPixel : { 200, 1200 }) { // into the worker's own space, and a passed one
+        auto const passed = decoders.pooled.decode(request(small, maxPixel));
+        auto const here = decoders.here.decode(request(small, maxPixel));
+        REQUIRE(passed);
+        REQUIRE(here);
+        REQUIRE(passed->jpeg);
+        REQUIRE(here->jpeg);
+        CHECK(passed->bitmap.isEmpty());
+        CHECK(passed->jpeg.size == PixelSize { 200, 150 });
+        CHECK(*passed->jpeg.bytes == *here->jpeg.bytes);
+    }
+    for (auto const& asked : { request(small, 199), request(sideways, 300), request(small, 0) }) {
+        auto const decoded = decoders.pooled.decode(asked);
+        REQUIRE(decoded);
+        CHECK_FALSE(decoded->jpeg);
+        CHECK_FALSE(decoded->bitmap.isEmpty());
+    }
+}
+
 TEST_CASE(
     "every photo comes out of another process as it does here" * doctest::skip(isThreadSanitized))
 {

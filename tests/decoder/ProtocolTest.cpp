@@ -1,4 +1,5 @@
 #include "decoder/Protocol.h"
+#include "codecs/BareJpeg.h"
 #include "codecs/DecodeLimits.h"
 #include "codecs/PropertyLimits.h"
 #include "decoder/Lockdown.h"
@@ -126,7 +127,8 @@ TEST_CASE("a request that no program sends is refused")
         { "a file beyond the limit", [](auto& r) { r.fileBytes = OpenedFile::maxSize + 1; } },
         { "less than no pixels", [](auto& r) { r.maxPixel = -1; } },
         { "unknown previews", [](auto& r) { r.previews = numbered<EmbeddedPreviews>(2); } },
-        { "something in what is not used", [](auto& r) { r.unused[2] = 1; } },
+        { "unknown small JPEGs", [](auto& r) { r.smallJpegs = numbered<SmallJpegs>(2); } },
+        { "something in what is not used", [](auto& r) { r.unused[1] = 1; } },
     };
     for (auto const& change : changes) {
         CAPTURE(change.what);
@@ -243,6 +245,44 @@ TEST_CASE("a picture that is not what was asked for is refused")
         CHECK_FALSE(parseResponse(messageOf(response, 0), decodeRequest()));
     }
     CHECK_FALSE(parseResponse(messageOf(picture(), 0), metaRequest()));
+}
+
+TEST_CASE("a coded picture comes only where it was asked for, within its bounds")
+{
+    auto asked = decodeRequest();
+    asked.smallJpegs = SmallJpegs::pass;
+    auto good = plain(DecoderStatus::done, mostBareBytes(512));
+    good.flags = DecoderResponse::isCoded;
+    good.width = 512;
+    good.height = 384;
+    REQUIRE(parseResponse(messageOf(good, 0), asked));
+    CHECK(parseResponse(messageOf(picture(), 0), asked));
+    CHECK_FALSE(parseResponse(messageOf(good, 0), decodeRequest()));
+    CHECK_FALSE(parseResponse(messageOf(good, 0), metaRequest()));
+    CHECK_FALSE(parseResponse(messageOf(good, 0), propertiesRequest()));
+    std::vector<Change<DecoderResponse>> const changes {
+        { "no bytes", [](auto& r) { r.bytes = 0; } },
+        { "more bytes than there can be", [](auto& r) { r.bytes += 1; } },
+        { "rows", [](auto& r) { r.bytesPerRow = 2048; } },
+        { "no width", [](auto& r) { r.width = 0; } },
+        { "less than no height", [](auto& r) { r.height = -384; } },
+        { "wider than asked for", [](auto& r) { r.width = 513; } },
+        { "higher than asked for", [](auto& r) { r.height = 513; } },
+        { "flags of pixels", [](auto& r) { r.flags |= DecoderResponse::isOpaque; } },
+        { "an unknown origin", [](auto& r) { r.origin = numbered<PixelOrigin>(3); } },
+    };
+    for (auto const& change : changes) {
+        CAPTURE(change.what);
+        auto response = good;
+        change.apply(response);
+        CHECK_FALSE(parseResponse(messageOf(response, 0), asked));
+    }
+    auto small = asked;
+    small.spaceBytes = good.bytes - 1;
+    CHECK_FALSE(parseResponse(messageOf(good, 0), small));
+    auto whole = asked;
+    whole.maxPixel = 0;
+    CHECK_FALSE(parseResponse(messageOf(good, 0), whole));
 }
 
 TEST_CASE("a picture of every pixel is bounded by the space and the limits of any picture")

@@ -103,6 +103,10 @@ DecoderResponse lieAbout(std::string_view what)
     } else if (what == "memory") {
         response.status = DecoderStatus::needsMemory;
         response.bytes = huge;
+    } else if (what == "coded") { // bytes that are no JPEG
+        response.flags = DecoderResponse::isCoded;
+        response.bytesPerRow = 0;
+        response.bytes = 100;
     } else if (what == "record") { // of properties that nobody wrote
         response = {};
         response.id = faultChannel().asked.id;

@@ -20,8 +20,8 @@ namespace pixelhain {
 /// (for as long as they are taken), "descriptors" (64 of them beside an answer), "twice" (a good
 /// answer, one too many), "huge" (a picture beyond its space), and answers that are wrong in one
 /// thing: "lie:id", "lie:status", "lie:size", "lie:side", "lie:stride", "lie:bytes", "lie:flags",
-/// "lie:space", "lie:memory". "attack:NAME" tries that attack; a picture of one pixel, whose red is
-/// the error that it met, says how it went.
+/// "lie:space", "lie:memory", "lie:coded". "attack:NAME" tries that attack; a picture of one pixel,
+/// whose red is the error that it met, says how it went.
 [[nodiscard]] std::unique_ptr<ImageSource> openWithFaults(std::unique_ptr<ByteSource> bytes);
 
 /// The same for animations: "play:N:COMMAND" is one without end, 16 × 12 pixels, a frame for each
