@@ -14,12 +14,15 @@ namespace {
 PdfPicture pictureOf(
     ContactSheetPictures::Services const& services, FileUrl const& url, int thumbnailPixels)
 {
-    auto image = services.loader.cachedThumbnail(url, thumbnailPixels);
-    if (!image)
-        image = services.loader.decodeImage(url, thumbnailPixels, EmbeddedPreviews::prefer);
-    if (!image)
+    auto const& white = ContactSheetLayout::cellWhite;
+    if (auto const image = services.loader.cachedThumbnail(url, thumbnailPixels))
+        return services.pdf.pictureOf(image->image, white);
+    auto const picture = services.loader.decodeOrPass(url, thumbnailPixels);
+    if (!picture)
         return {};
-    return services.pdf.pictureOf(image->image, ContactSheetLayout::cellWhite);
+    if (picture->jpeg)
+        return { picture->jpeg.size, picture->jpeg.bytes };
+    return services.pdf.pictureOf(picture->bitmap, white);
 }
 
 } // namespace

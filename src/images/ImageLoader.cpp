@@ -196,6 +196,11 @@ ImageRef ImageLoader::decodeImage(FileUrl const& url, int maxPixel, EmbeddedPrev
     return core_->decode(url, maxPixel, previews);
 }
 
+std::optional<DecodedPicture> ImageLoader::decodeOrPass(FileUrl const& url, int maxPixel) const
+{
+    return services_.decoder.decode({ url, maxPixel, EmbeddedPreviews::prefer, SmallJpegs::pass });
+}
+
 std::optional<ImageMeta> ImageLoader::readMeta(FileUrl const& url) const
 {
     return core_->readMeta(url);

@@ -92,6 +92,9 @@ public:
     /// Decodes on the caller's thread, past all caches.
     [[nodiscard]] ImageRef decodeImage(
         FileUrl const& url, int maxPixel, EmbeddedPreviews previews) const;
+    /// The same with previews preferred, for whoever takes a small JPEG as gladly as pixels.
+    [[nodiscard]] std::optional<DecodedPicture> decodeOrPass(
+        FileUrl const& url, int maxPixel) const;
     [[nodiscard]] std::optional<ImageMeta> readMeta(FileUrl const& url) const;
 
     /// The longest side in device pixels that display images are decoded to.

@@ -118,6 +118,33 @@ TEST_CASE("a folder becomes a sheet in the gallery's order, titled after it")
     CHECK(imagesOf(shelf.sheet).size() == 3);
 }
 
+TEST_CASE("a small JPEG is in the sheet byte for byte, and nothing else of its file")
+{
+    Shelf shelf;
+    auto pixels = RgbaPixels::filled({ 200, 150 }, 0x0000C0FF);
+    for (std::size_t i = 0; i < pixels.rgba.size(); ++i)
+        pixels.rgba[i] = static_cast<std::uint8_t>(i * i / 7);
+    auto const plain = std::string(view(writeJpeg(pixels)));
+    auto const coded = plain.substr(plain.find("\xFF\xDB"));
+    JpegOptions options;
+    ExifOptions exif;
+    exif.make = "Geheimnis";
+    options.exif = exifBlock(exif);
+    shelf.folder.file("Urlaub/small.jpg", view(writeJpeg(pixels, options)));
+    exif.orientation = 6;
+    options.exif = exifBlock(exif);
+    shelf.folder.file("Urlaub/turned.jpg", view(writeJpeg(pixels, options)));
+    CHECK(shelf.run() == 0);
+    auto const sheet = bytesOf(shelf.sheet);
+    auto const first = sheet.find(coded);
+    CHECK(first != std::string::npos);
+    CHECK(sheet.find(coded, first + 1) == std::string::npos);
+    CHECK(sheet.find("Exif") == std::string::npos);
+    CHECK(sheet.find("Geheimnis") == std::string::npos);
+    CHECK(isSoundPdf(shelf.sheet));
+    CHECK(imagesOf(shelf.sheet).size() == 2);
+}
+
 TEST_CASE("title, info line and names stand within half a point of their places")
 {
     Shelf shelf;

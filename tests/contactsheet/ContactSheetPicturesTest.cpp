@@ -41,6 +41,19 @@ TEST_CASE("what is made ahead is bounded, however many photos there are")
     CHECK(desk.decoder.decodes().size() == ahead + 1);
 }
 
+TEST_CASE("a JPEG that is small enough is not coded anew")
+{
+    SheetDesk desk;
+    auto const photos = desk.photos(2);
+    auto const bytes = std::make_shared<std::vector<std::uint8_t> const>(17);
+    desk.decoder.put(photos[0].url, { {}, { 4, 3 }, {}, { { 200, 150 }, bytes } });
+    ContactSheetPictures pictures(desk.services, photos, 300);
+    auto const passed = pictures.next();
+    CHECK(passed.jpeg == bytes);
+    CHECK(passed.size == PixelSize { 200, 150 });
+    CHECK(pictures.next().jpeg != bytes);
+}
+
 TEST_CASE("thumbnails in memory are not made again, and others are not kept")
 {
     SheetDesk desk;

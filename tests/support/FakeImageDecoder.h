@@ -28,6 +28,7 @@ public:
         ImageMeta meta;
         PixelSize decoded { 4, 3 }; ///< what every request for pixels gets
         std::optional<PhotoProperties> properties {};
+        CodedJpeg jpeg {}; ///< what those get that take one
     };
 
     void put(FileUrl const& url, File const& file)
@@ -48,6 +49,8 @@ public:
             whileDecoding();
         if (!file)
             return std::nullopt;
+        if (file->jpeg && request.smallJpegs == SmallJpegs::pass)
+            return DecodedPicture { {}, PixelOrigin::full, file->jpeg };
         DecodedPicture picture { grayBitmap(file->decoded), PixelOrigin::full };
         std::scoped_lock const guard(lock_);
         lastPixels_ = picture.bitmap.pixels;
