@@ -165,7 +165,7 @@ private:
 std::variant<std::unique_ptr<PdfCanvas>, WriteProblem> CairoPdfWriter::begin(
     Document const& document)
 {
-    auto begun = files_.begin(document.target);
+    auto begun = files_.begin(document.target, document.agreed);
     if (auto const* const problem = std::get_if<WriteProblem>(&begun))
         return *problem;
     return std::make_unique<CairoPdfCanvas>(

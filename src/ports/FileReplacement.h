@@ -36,14 +36,31 @@ public:
     [[nodiscard]] virtual std::optional<WriteProblem> finish() = 0;
 };
 
+/// What was at a place when somebody agreed to lose it: a file in one state, or none.
+struct ReplacedFile {
+    bool isThere = false;
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+    std::uint64_t size = 0;
+    std::int64_t seconds = 0; ///< of its last change
+    std::int64_t nanoseconds = 0;
+    bool operator==(ReplacedFile const&) const = default;
+};
+
 /// Begins to write files. Thread-safe; waits for the disk.
 class FileReplacements {
 public:
     using Begun = std::variant<std::unique_ptr<FileReplacement>, WriteProblem>;
     virtual ~FileReplacements() = default;
 
-    /// Of the file at `target`, or of the one it links to; there need not be one yet.
-    [[nodiscard]] virtual Begun begin(FileUrl const& target) = 0;
+    /// What is at `target` now, for a replacement that begins later.
+    [[nodiscard]] virtual ReplacedFile look(FileUrl const& target) = 0;
+
+    /// Of the file at `target`, or of the one it links to; there need not be one yet. Without
+    /// `agreed`, what is there now may go.
+    [[nodiscard]] virtual Begun begin(
+        FileUrl const& target, std::optional<ReplacedFile> const& agreed)
+        = 0;
 };
 
 } // namespace pixelhain

@@ -84,6 +84,7 @@ public:
         std::string title;
         std::string creator;
         PageSize page;
+        std::optional<ReplacedFile> agreed {}; ///< what may be replaced; absent: whatever is there
     };
     virtual ~PdfWriter() = default;
     [[nodiscard]] virtual std::variant<std::unique_ptr<PdfCanvas>, WriteProblem> begin(

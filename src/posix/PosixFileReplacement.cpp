@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
+#include <exception>
 #include <fcntl.h>
 #include <string>
 #include <string_view>
@@ -59,6 +60,12 @@ FileUrl resolved(FileUrl const& target)
     return file;
 }
 
+ReplacedFile stateOf(struct stat const& status)
+{
+    return { true, status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
+        status.st_mtim.tv_sec, status.st_mtim.tv_nsec };
+}
+
 // "NAME.part", "NAME.2.part", …: NAME shortened, between two characters, where the whole would be
 // too long for a file.
 std::string partName(std::string_view name, int attempt)
@@ -82,7 +89,15 @@ PosixFileReplacement::PosixFileReplacement(FilePlace target, std::optional<struc
 {
 }
 
-FileReplacements::Begun PosixFileReplacement::begin(FileUrl const& target)
+ReplacedFile PosixFileReplacement::look(FileUrl const& target)
+{
+    struct stat there { };
+    FilePlace const place(resolved(target));
+    return place && place.status(there) ? stateOf(there) : ReplacedFile {};
+}
+
+FileReplacements::Begun PosixFileReplacement::begin(
+    FileUrl const& target, std::optional<ReplacedFile> const& agreed)
 {
     FilePlace place(resolved(target));
     if (!place)
@@ -93,6 +108,8 @@ FileReplacements::Begun PosixFileReplacement::begin(FileUrl const& target)
         return problemOf(errno);
     if (exists && !S_ISREG(there.st_mode))
         return WriteProblem::notAFile;
+    if (exists && agreed && stateOf(there) != *agreed)
+        return WriteProblem::taken;
     if (exists && ::faccessat(place.folder(), place.name(), W_OK, AT_EACCESS) != 0)
         return problemOf(errno);
     auto const mode = exists ? there.st_mode & modeBits : newFileMode;
@@ -135,15 +152,35 @@ PosixFileReplacement::~PosixFileReplacement()
 }
 
 bool PosixFileReplacement::write(std::span<std::uint8_t const> bytes)
-{
+try {
     if (error_ != 0)
         return false;
     pending_.insert(pending_.end(), bytes.begin(), bytes.end());
     return pending_.size() < pendingLimit || flush();
+} catch (std::exception const&) {
+    // Those who write may be a library that knows no exceptions.
+    errno = ENOMEM;
+    fail();
+    return false;
+}
+
+// What has no name any more nobody would ever see.
+bool PosixFileReplacement::isStillNamed()
+{
+    struct stat own { };
+    struct stat folder { };
+    if (!statusOf(file_.get(), own) || own.st_nlink > 0)
+        return true;
+    bool const hasFolder = statusOf(target_.folder(), folder) && folder.st_nlink > 0;
+    errno = hasFolder ? EIO : ENOENT;
+    fail();
+    return false;
 }
 
 bool PosixFileReplacement::flush()
 {
+    if (!isStillNamed())
+        return false;
     std::span<std::uint8_t const> left(pending_);
     while (!left.empty() && error_ == 0) {
         auto const written

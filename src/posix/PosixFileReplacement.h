@@ -13,7 +13,9 @@ namespace pixelhain {
 /// one that comes to the target, or changes there, while the new one is written.
 class PosixFileReplacement final : public FileReplacement {
 public:
-    [[nodiscard]] static FileReplacements::Begun begin(FileUrl const& target);
+    [[nodiscard]] static ReplacedFile look(FileUrl const& target);
+    [[nodiscard]] static FileReplacements::Begun begin(
+        FileUrl const& target, std::optional<ReplacedFile> const& agreed);
     ~PosixFileReplacement() override;
 
     [[nodiscard]] bool write(std::span<std::uint8_t const> bytes) override;
@@ -26,6 +28,7 @@ private:
     [[nodiscard]] bool flush();
     [[nodiscard]] bool sync();
     [[nodiscard]] bool rename();
+    [[nodiscard]] bool isStillNamed();
     void fail();
 
     FilePlace target_;
@@ -40,9 +43,14 @@ private:
 
 class PosixFileReplacements final : public FileReplacements {
 public:
-    [[nodiscard]] Begun begin(FileUrl const& target) override
+    [[nodiscard]] ReplacedFile look(FileUrl const& target) override
     {
-        return PosixFileReplacement::begin(target);
+        return PosixFileReplacement::look(target);
+    }
+    [[nodiscard]] Begun begin(
+        FileUrl const& target, std::optional<ReplacedFile> const& agreed) override
+    {
+        return PosixFileReplacement::begin(target, agreed);
     }
 };
 

@@ -7,6 +7,7 @@
 #include <doctest/doctest.h>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -21,16 +22,18 @@ std::span<std::uint8_t const> bytesIn(std::string_view text)
     return { reinterpret_cast<std::uint8_t const*>(text.data()), text.size() };
 }
 
-std::unique_ptr<FileReplacement> begun(FileUrl const& target)
+std::unique_ptr<FileReplacement> begun(
+    FileUrl const& target, std::optional<ReplacedFile> const& agreed = std::nullopt)
 {
-    auto result = PosixFileReplacements().begin(target);
+    auto result = PosixFileReplacements().begin(target, agreed);
     REQUIRE(std::holds_alternative<std::unique_ptr<FileReplacement>>(result));
     return std::move(std::get<std::unique_ptr<FileReplacement>>(result));
 }
 
-WriteProblem problemOf(FileUrl const& target)
+WriteProblem problemOf(
+    FileUrl const& target, std::optional<ReplacedFile> const& agreed = std::nullopt)
 {
-    auto const result = PosixFileReplacements().begin(target);
+    auto const result = PosixFileReplacements().begin(target, agreed);
     REQUIRE(std::holds_alternative<WriteProblem>(result));
     return std::get<WriteProblem>(result);
 }
@@ -174,6 +177,47 @@ TEST_CASE("a file that changed in the meantime, or is another one, is not replac
         }
         CHECK(bytesOf(target) == (isAnother ? "yet" : "theirs"));
         CHECK(bytesOf(folder.url().child("a.pdf.part")) == "ours");
+    }
+}
+
+TEST_CASE("what nobody agreed to lose is not replaced, whenever the replacement begins")
+{
+    TemporaryFolder const folder;
+    PosixFileReplacements files;
+    auto const target = folder.url().child("a.pdf");
+    auto const nothing = files.look(target);
+    CHECK_FALSE(nothing.isThere);
+    folder.file("a.pdf", "somebody's");
+    CHECK(problemOf(target, nothing) == WriteProblem::taken);
+    auto const theirs = files.look(target);
+    CHECK(theirs.isThere);
+    CHECK(begun(target, theirs));
+    folder.file("a.pdf", "somebody's newer one");
+    CHECK(problemOf(target, theirs) == WriteProblem::taken);
+    CHECK(bytesOf(target) == "somebody's newer one");
+    CHECK(::unlink(target.cString()) == 0);
+    CHECK(begun(target, theirs)->finish() == std::nullopt);
+}
+
+TEST_CASE("a file whose folder is gone is not written on")
+{
+    TemporaryFolder const folder;
+    auto const place = folder.url().child("sub");
+    REQUIRE(::mkdir(place.cString(), 0700) == 0);
+    auto const file = begun(place.child("a.pdf"));
+    std::string const block(300'000, 'x');
+    CHECK(file->write(bytesIn(block)));
+    CHECK(::unlink(place.child("a.pdf.part").cString()) == 0);
+    SUBCASE("only its name is")
+    {
+        CHECK_FALSE(file->write(bytesIn(block)));
+        CHECK(file->finish() == WriteProblem::other);
+    }
+    SUBCASE("the folder is")
+    {
+        CHECK(::rmdir(place.cString()) == 0);
+        CHECK_FALSE(file->write(bytesIn(block)));
+        CHECK(file->finish() == WriteProblem::noFolder);
     }
 }
 
