@@ -4,6 +4,7 @@
 #include "contactsheet/ContactSheetMessages.h"
 #include "model/BrowserModel.h"
 #include "model/SelectionRules.h"
+#include "ports/Background.h"
 #include "ports/MainLoop.h"
 #include "ports/Panels.h"
 #include "ports/Workspace.h"
@@ -87,49 +88,81 @@ void ContactSheetExport::begin(ContactSheetOptions const& options)
         });
 }
 
+// Of sheets that never began nobody else hears.
+void ContactSheetExport::countForgotten()
+{
+    forgotten_ += std::erase_if(awaited_, [](auto const& place) { return place.expired(); });
+}
+
 // Until a sheet is whole there is nothing in its place that a panel would ask about.
 bool ContactSheetExport::isAwaited(FileUrl const& target)
 {
-    std::erase_if(awaited_, [](auto const& place) { return place.expired(); });
+    countForgotten();
     return std::ranges::any_of(
         awaited_, [&](auto const& place) { return *place.lock() == target; });
 }
 
+/// A sheet until its turn comes.
+struct ContactSheetExport::Queued {
+    ContactSheetJob job;
+    Task note {};
+};
+
 void ContactSheetExport::render(ContactSheetJob job)
 {
     services_.model.showStatus(messages::creatingContactSheet(job.photos.size()));
-    auto const place = std::make_shared<std::optional<FileUrl>>(job.target);
+    auto const place = std::make_shared<FileUrl const>(job.target);
     awaited_.push_back(place);
-    auto const begin = [this, place, alive = std::weak_ptr(alive_),
-                           job = std::make_shared<ContactSheetJob>(std::move(job))](auto const&) {
+    auto const queued = std::make_shared<Queued>(Queued { std::move(job) });
+    if (services_.model.pageWork().isBusy())
+        noteReplaced(queued);
+    auto const begin = [this, place, queued, alive = std::weak_ptr(alive_)](auto const&) {
         if (alive.expired())
             return;
-        ContactSheetLayout const layout(job->options, job->photos.size(), job->options.page());
-        auto const work = [pictures = services_.pictures, job](
-                              FileRun& run) { return renderContactSheet(pictures, *job, run); };
-        auto const done
-            = [this, place, alive, target = job->target](ContactSheetResult const& result) {
-                  place->reset();
-                  if (!alive.expired())
-                      ended(target, result);
-              };
+        auto const begun = std::make_shared<ContactSheetJob const>(std::move(queued->job));
+        ContactSheetLayout const layout(
+            begun->options, begun->photos.size(), begun->options.page());
+        auto const work = [pictures = services_.pictures, begun](
+                              FileRun& run) { return renderContactSheet(pictures, *begun, run); };
+        auto const done = [this, place, alive](ContactSheetResult const& result) {
+            if (!alive.expired())
+                ended(place, result);
+        };
         services_.model.pageWork().run(layout.pages, work, done);
     };
     services_.model.pageWork().give({ {}, begin });
 }
 
-void ContactSheetExport::ended(FileUrl const& target, ContactSheetResult const& result)
+// A file that comes to its place while a sheet waits is none that anybody agreed to lose.
+void ContactSheetExport::noteReplaced(std::shared_ptr<Queued> const& queued)
 {
+    queued->note = runThen(
+        services_.background, services_.loop, Priority::userInitiated,
+        [&files = services_.files, target = queued->job.target] { return files.look(target); },
+        [kept = std::weak_ptr(queued)](ReplacedFile const& there) {
+            if (auto const sheet = kept.lock())
+                sheet->job.agreed = there;
+        });
+}
+
+void ContactSheetExport::ended(Place const& place, ContactSheetResult const& result)
+{
+    std::erase_if(awaited_, [&](auto const& one) { return one.lock() == place; });
+    countForgotten();
+    auto const forgotten = std::exchange(forgotten_, 0);
+    auto const tell = [&](std::string message) {
+        services_.model.showStatus(message + messages::alsoCancelledContactSheets(forgotten));
+    };
     switch (result.end) {
     case ContactSheetResult::End::done:
-        services_.model.showStatus(messages::savedContactSheet(target.name()));
-        services_.workspace.open(target);
+        tell(messages::savedContactSheet(place->name()));
+        services_.workspace.open(*place);
         break;
     case ContactSheetResult::End::cancelled:
-        services_.model.showStatus(std::string(messages::cancelledContactSheet));
+        services_.model.showStatus(messages::cancelledContactSheets(forgotten + 1));
         break;
     case ContactSheetResult::End::failed:
-        services_.model.showStatus(messages::failedContactSheet(result.problem));
+        tell(messages::failedContactSheet(result.problem));
         break;
     }
 }

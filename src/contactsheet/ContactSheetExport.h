@@ -10,7 +10,9 @@
 
 namespace pixelhain {
 
+class Background;
 class BrowserModel;
+class FileReplacements;
 class MainLoop;
 class Panels;
 class Workspace;
@@ -35,6 +37,8 @@ public:
         Workspace& workspace;
         ContactSheetPictures::Services pictures; ///< must outlive the work under way
         std::function<std::string()> today; ///< as it is printed
+        Background& background;
+        FileReplacements& files; ///< must outlive the work under way
     };
     explicit ContactSheetExport(Services services)
         : services_(std::move(services))
@@ -48,13 +52,19 @@ public:
     void beginLater(ContactSheetOptions options);
 
 private:
+    using Place = std::shared_ptr<FileUrl const>;
+
+    void countForgotten();
     bool isAwaited(FileUrl const& target);
     void render(ContactSheetJob job);
-    void ended(FileUrl const& target, ContactSheetResult const& result);
+    struct Queued;
+    void noteReplaced(std::shared_ptr<Queued> const& queued);
+    void ended(Place const& place, ContactSheetResult const& result);
 
     Services services_;
-    /// Where sheets go that wait or are under way: gone if given up, empty once they have ended.
-    std::vector<std::weak_ptr<std::optional<FileUrl>>> awaited_;
+    /// Where sheets go that wait or are under way: gone if they were forgotten before their turn.
+    std::vector<std::weak_ptr<FileUrl const>> awaited_;
+    std::size_t forgotten_ = 0; ///< that nobody has been told of
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 

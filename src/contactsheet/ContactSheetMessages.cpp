@@ -60,6 +60,21 @@ std::string messages::failedContactSheet(WriteProblem problem)
     return "Kontaktabzug fehlgeschlagen: " + std::string(reasonOf(problem));
 }
 
+std::string messages::cancelledContactSheets(std::size_t sheets)
+{
+    if (sheets == 1)
+        return "Kontaktabzug abgebrochen";
+    return std::to_string(sheets) + " Kontaktabzüge abgebrochen";
+}
+
+std::string messages::alsoCancelledContactSheets(std::size_t sheets)
+{
+    if (sheets == 0)
+        return {};
+    return sheets == 1 ? " – ein weiterer abgebrochen"
+                       : " – " + std::to_string(sheets) + " weitere abgebrochen";
+}
+
 std::string messages::contactSheetFileName(std::string_view windowTitle)
 {
     constexpr std::string_view before = "Kontaktabzug ";

@@ -3,6 +3,7 @@
 #include "images/ImageLoader.h"
 #include "ports/WorkQueue.h"
 #include <condition_variable>
+#include <exception>
 #include <map>
 #include <mutex>
 #include <utility>
@@ -32,6 +33,7 @@ struct ContactSheetPictures::Shared {
     std::mutex lock;
     std::condition_variable changed;
     std::map<std::size_t, PdfPicture> ready; ///< by the photo's index
+    std::exception_ptr failure; ///< the first that a picture met with
     std::size_t running = 0;
     bool isOver = false;
 
@@ -48,8 +50,16 @@ struct ContactSheetPictures::Shared {
     void end(std::size_t index, PdfPicture picture)
     {
         std::scoped_lock const guard(lock);
-        --running;
         ready.emplace(index, std::move(picture));
+        --running;
+        changed.notify_all();
+    }
+
+    void fail(std::exception_ptr reason)
+    {
+        std::scoped_lock const guard(lock);
+        failure = std::move(reason);
+        --running;
         changed.notify_all();
     }
 };
@@ -77,7 +87,9 @@ PdfPicture ContactSheetPictures::next()
     askAhead();
     std::unique_lock guard(shared_->lock);
     auto& ready = shared_->ready;
-    shared_->changed.wait(guard, [&] { return ready.contains(taken_); });
+    shared_->changed.wait(guard, [&] { return ready.contains(taken_) || shared_->failure; });
+    if (shared_->failure)
+        std::rethrow_exception(shared_->failure);
     return std::move(ready.extract(taken_++).mapped());
 }
 
@@ -86,8 +98,14 @@ void ContactSheetPictures::askAhead()
     for (; asked_ < photos_.size() && asked_ < taken_ + ahead_; ++asked_) {
         services_.queue.add([services = services_, shared = shared_, pixels = thumbnailPixels_,
                                 index = asked_, url = photos_[asked_].url] {
-            if (shared->begin())
+            if (!shared->begin())
+                return;
+            // The queue's threads are not for exceptions, and who waits wants to hear of them.
+            try {
                 shared->end(index, pictureOf(services, url, pixels));
+            } catch (...) {
+                shared->fail(std::current_exception());
+            }
         });
     }
 }

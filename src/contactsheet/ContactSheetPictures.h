@@ -32,7 +32,8 @@ public:
     /// Waits for the thumbnails that are being made, and for no others.
     ~ContactSheetPictures();
 
-    /// The next photo's; empty if it has none. Waits until it is there.
+    /// The next photo's; empty if it has none. Waits until it is there. Throws what one of them
+    /// met with, such as a lack of memory: then there are no others either.
     [[nodiscard]] PdfPicture next();
 
 private:

@@ -3,6 +3,7 @@
 #include "contactsheet/ContactSheetLayout.h"
 #include "model/Messages.h"
 #include <algorithm>
+#include <exception>
 #include <variant>
 
 namespace pixelhain {
@@ -85,16 +86,19 @@ private:
 
 } // namespace
 
+// Without memory a sheet fails like any other that cannot be written.
 ContactSheetResult renderContactSheet(
     ContactSheetPictures::Services const& services, ContactSheetJob const& job, FileRun& run)
-{
+try {
     ContactSheetLayout const layout(job.options, job.photos.size(), job.options.page());
     auto begun = services.pdf.begin({ job.target, std::string(contactSheetTitle(job.options)),
-        std::string(messages::productName), layout.page });
+        std::string(messages::productName), layout.page, job.agreed });
     if (auto const* const problem = std::get_if<WriteProblem>(&begun))
         return { ContactSheetResult::End::failed, *problem };
     auto& canvas = *std::get<std::unique_ptr<PdfCanvas>>(begun);
     return Rendering(services, job, layout, canvas, run).draw();
+} catch (std::exception const&) {
+    return { ContactSheetResult::End::failed };
 }
 
 } // namespace pixelhain

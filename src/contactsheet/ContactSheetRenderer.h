@@ -17,6 +17,7 @@ struct ContactSheetJob {
     ContactSheetOptions options;
     std::string date; ///< as it is printed
     FileUrl target;
+    std::optional<ReplacedFile> agreed {}; ///< at the target; absent: whatever is there
     /// Hears of each photo that has no picture, on the thread that renders; may be null.
     std::function<void(PhotoItem const&)> withoutPicture = nullptr;
     /// Hears of each page that is behind it, on the thread that renders; may be null.

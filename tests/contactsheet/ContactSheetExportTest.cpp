@@ -2,6 +2,8 @@
 #include "contactsheet/ContactSheetMessages.h"
 #include <chrono>
 #include <doctest/doctest.h>
+#include <new>
+#include <utility>
 
 using namespace pixelhain;
 using namespace std::chrono_literals;
@@ -133,6 +135,8 @@ TEST_CASE("of two exports at once the second waits for the first")
     desk.openPhotos(3);
     desk.begin("a.pdf");
     desk.begin("b.pdf");
+    CHECK(desk.background.pending() == 2); // the second looks what is at its place
+    desk.finish(1);
     CHECK(desk.background.pending() == 1);
     desk.finish(0);
     CHECK(desk.status() == "Kontaktabzug gespeichert: a.pdf");
@@ -142,6 +146,87 @@ TEST_CASE("of two exports at once the second waits for the first")
     CHECK(desk.status() == "Kontaktabzug gespeichert: b.pdf");
     CHECK(desk.pdf().written.size() == 2);
     CHECK(desk.workspace.opened.size() == 2);
+}
+
+TEST_CASE("a sheet that waits may replace what was at its place when it was chosen")
+{
+    ExportDesk desk;
+    desk.openPhotos(3);
+    ReplacedFile const old { true, 1, 2, 3, 4, 5 };
+    desk.files.there[FileUrl("/Urlaub/b.pdf")] = old;
+    desk.begin("a.pdf");
+    desk.begin("b.pdf");
+    desk.begin("c.pdf");
+    desk.finish(2);
+    desk.finish(1);
+    desk.files.there[FileUrl("/Urlaub/c.pdf")] = old;
+    desk.settle();
+    REQUIRE(desk.pdf().written.size() == 3);
+    CHECK_FALSE(desk.pdf().written[0]->document.agreed.has_value()); // it did not wait
+    CHECK(desk.pdf().written[1]->document.agreed == old);
+    CHECK(desk.pdf().written[2]->document.agreed == ReplacedFile {});
+}
+
+TEST_CASE("a lack of memory ends a sheet like a file that cannot be written, and the next begins")
+{
+    ExportDesk desk;
+    desk.openPhotos(3);
+    SUBCASE("while a picture is made")
+    {
+        desk.sheet.decoder.whileDecoding = [&, isFirst = true]() mutable {
+            if (std::exchange(isFirst, false))
+                throw std::bad_alloc();
+        };
+    }
+    SUBCASE("while a page is drawn")
+    {
+        desk.pdf().whenPageEnds = [&, isFirst = true]() mutable {
+            if (std::exchange(isFirst, false))
+                throw std::bad_alloc();
+        };
+    }
+    desk.begin("a.pdf");
+    desk.settle();
+    CHECK(
+        desk.status() == "Kontaktabzug fehlgeschlagen: Die Datei konnte nicht geschrieben werden.");
+    CHECK(desk.pdf().written.at(0)->isDropped);
+    CHECK(desk.workspace.opened.empty());
+    desk.begin("b.pdf");
+    desk.settle();
+    CHECK(desk.status() == "Kontaktabzug gespeichert: b.pdf");
+}
+
+TEST_CASE("Escape tells of every sheet that it cancels")
+{
+    ExportDesk desk;
+    desk.openPhotos(61);
+    desk.begin("a.pdf");
+    desk.begin("b.pdf");
+    SUBCASE("the one under way and the one that waits")
+    {
+        desk.model().pageWork().cancel();
+        desk.settle();
+        CHECK(desk.status() == "2 Kontaktabzüge abgebrochen");
+    }
+    SUBCASE("those that wait, where the one under way was just complete")
+    {
+        desk.begin("c.pdf");
+        desk.pdf().whenPageEnds = [&] {
+            if (desk.pdf().written.at(0)->pages.size() == 4) // all three, and the next is empty
+                desk.model().pageWork().waiting().clear();
+        };
+        desk.settle();
+        CHECK(desk.status() == "Kontaktabzug gespeichert: a.pdf – 2 weitere abgebrochen");
+    }
+    SUBCASE("none twice")
+    {
+        desk.model().pageWork().cancel();
+        desk.settle();
+        desk.begin("d.pdf");
+        desk.settle();
+        CHECK(desk.status() == "Kontaktabzug gespeichert: d.pdf");
+    }
+    CHECK(messages::alsoCancelledContactSheets(1) == " – ein weiterer abgebrochen");
 }
 
 TEST_CASE("a sheet on its way to a place is never replaced unasked by the next one")

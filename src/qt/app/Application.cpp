@@ -54,7 +54,8 @@ ContactSheetExport::Services sheetServices(
 {
     return { model, services.loop, services.panels, services.workspace,
         { loader, services.sheetQueue, Services::thumbWidth(), services.pdf },
-        [&formats = services.formats] { return formats.date(std::chrono::system_clock::now()); } };
+        [&formats = services.formats] { return formats.date(std::chrono::system_clock::now()); },
+        services.background, services.replacements };
 }
 
 } // namespace
