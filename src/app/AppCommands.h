@@ -1,38 +1,32 @@
 #pragma once
-#include <functional>
-#include <string>
+#include "app/AppCommand.h"
+#include "app/AppWindows.h"
+#include "base/FileUrl.h"
+#include <array>
 #include <utility>
-#include <vector>
 
 namespace pixelhain {
 
 class BrowserModel;
 
-/// One command of the menu bar. A command without a title is a divider.
-struct AppCommand {
-    std::string title;
-    /// The toolkit's portable names ("Ctrl+Shift+M"), the command's own key first, then the habits
-    /// of this desktop.
-    std::vector<std::string> keys;
-    std::function<void()> run;
-    std::function<bool()> isEnabled; ///< always if null
-};
-
-struct AppMenu {
-    std::string title;
-    std::vector<AppCommand> commands;
-};
-
-/// The commands of the menu bar. Each only calls an operation of the model; none holds state of its
-/// own. Keys that titles show in parentheses are the gallery's, not the menu's.
+/// The commands of the menu bar: the one table of their titles, keys and rules. Each only calls an
+/// operation of the model or of the windows; none holds state of its own. Keys that titles show in
+/// parentheses are the gallery's, not the menu's.
 class AppCommands {
 public:
-    /// `openHelp` opens the help window or brings it to the front.
-    explicit AppCommands(BrowserModel& model, std::function<void()> openHelp = nullptr)
+    /// Seconds that a slide may stay.
+    static constexpr std::array slideshowIntervals { 2.0, 3.0, 4.0, 6.0, 10.0, 20.0 };
+
+    /// Both outlive the commands. `home` is shown as "~" in the list of folders.
+    AppCommands(BrowserModel& model, AppWindows& windows, FileUrl home = {})
         : model_(model)
-        , openHelp_(std::move(openHelp))
+        , windows_(windows)
+        , home_(std::move(home))
     {
     }
+
+    /// All of them, in the order of the bar.
+    [[nodiscard]] std::vector<AppMenu> menus() const;
 
     [[nodiscard]] AppMenu file() const;
     [[nodiscard]] AppMenu edit() const;
@@ -41,8 +35,16 @@ public:
     [[nodiscard]] AppMenu help() const;
 
 private:
+    [[nodiscard]] AppCommand recentFolders() const;
+    [[nodiscard]] AppCommand slideshow() const;
+    [[nodiscard]] AppCommand slideshowInterval() const;
+    [[nodiscard]] std::vector<AppCommand> fileCommands() const;
+    [[nodiscard]] std::vector<AppCommand> selectionCommands() const;
+    [[nodiscard]] std::vector<AppCommand> captionCommands() const;
+
     BrowserModel& model_;
-    std::function<void()> openHelp_;
+    AppWindows& windows_;
+    FileUrl home_;
 };
 
 } // namespace pixelhain

@@ -3,7 +3,7 @@
 #include "ports/MainLoop.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/KeyMonitor.h"
-#include "qt/window/Menus.h"
+#include "qt/window/MenuBar.h"
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEvent>
@@ -41,7 +41,7 @@ MainWindowWidget::MainWindowWidget(
     resize(
         static_cast<int>(ContentView::defaultWidth), static_cast<int>(ContentView::defaultHeight));
     setCentralWidget(content_);
-    addMenus();
+    menus_ = new MenuBar(*this, model_);
     modelChanged();
 }
 
@@ -51,79 +51,11 @@ MainWindowWidget::~MainWindowWidget()
         model_.setWindow(nullptr);
 }
 
-void MainWindowWidget::addMenus()
-{
-    AppCommands const commands(model_, [this] {
-        if (openHelp)
-            openHelp();
-    });
-    auto* const file = addMenu(commands.file());
-    file->addSeparator();
-    auto const add = [&](QString const& title, QKeySequence const& key, auto operation) {
-        auto* const action = file->addAction(title);
-        action->setShortcut(key);
-        connect(action, &QAction::triggered, this, operation);
-    };
-    add(QStringLiteral("S&chließen"), QKeySequence(Qt::CTRL | Qt::Key_W), [this] { close(); });
-    add(QStringLiteral("&Beenden"), QKeySequence(Qt::CTRL | Qt::Key_Q),
-        [] { QApplication::closeAllWindows(); });
-    addMenu(commands.edit());
-    addViewMenu(commands.view());
-    addMenu(commands.photos());
-    addMenu(commands.help());
-}
-
-QMenu* MainWindowWidget::addMenu(AppMenu const& menu)
-{
-    QString taken;
-    auto* const added = menuBar()->addMenu(withMnemonic(shownText(menu.title), taken));
-    taken.clear();
-    for (auto const& command : menu.commands) {
-        if (command.title.empty()) {
-            added->addSeparator();
-            continue;
-        }
-        auto* const action = added->addAction(withMnemonic(shownText(command.title), taken));
-        QList<QKeySequence> keys;
-        for (auto const& key : command.keys)
-            keys += QKeySequence(shownText(key), QKeySequence::PortableText);
-        action->setShortcuts(keys);
-        // A key that is held down must not go through the gallery photo by photo.
-        action->setAutoRepeat(false);
-        connect(action, &QAction::triggered, this, command.run);
-        if (command.isEnabled)
-            conditions_.push_back({ action, command.isEnabled });
-    }
-    return added;
-}
-
-void MainWindowWidget::addViewMenu(AppMenu const& menu)
-{
-    auto* const view = addMenu(menu);
-    sidebarAction_ = new QAction(this);
-    sidebarAction_->setShortcuts(
-        { QKeySequence(Qt::META | Qt::CTRL | Qt::Key_S), QKeySequence(Qt::Key_F9) });
-    sidebarAction_->setAutoRepeat(false);
-    connect(sidebarAction_, &QAction::triggered, this, [this] {
-        content_->toggleSidebar();
-        nameSidebarAction();
-    });
-    view->insertAction(view->actions().value(0), sidebarAction_);
-    nameSidebarAction();
-}
-
-void MainWindowWidget::nameSidebarAction()
-{
-    sidebarAction_->setText(content_->showsSidebar() ? QStringLiteral("&Seitenleiste ausblenden")
-                                                     : QStringLiteral("&Seitenleiste einblenden"));
-}
-
 void MainWindowWidget::modelChanged()
 {
     setWindowTitle(titleText(content_->view()));
-    for (auto const& [action, condition] : conditions_)
-        action->setEnabled(condition());
     content_->modelChanged();
+    menus_->refresh();
     showMenuBar();
 }
 
@@ -225,8 +157,10 @@ void MainWindowWidget::paintEvent(QPaintEvent* event)
 void MainWindowWidget::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange)
+    if (event->type() == QEvent::WindowStateChange && menus_) {
+        menus_->refresh();
         showMenuBar();
+    }
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && activated)
         activated();
 }

@@ -1,13 +1,13 @@
 #pragma once
-#include "app/AppCommands.h"
 #include "ports/MainWindow.h"
 #include "qt/window/ContentWidget.h"
 #include "qt/window/HiddenPointer.h"
 #include <QMainWindow>
 #include <functional>
-#include <vector>
 
 namespace pixelhain {
+
+class MenuBar;
 
 /// The main window: content, title and menus.
 class MainWindowWidget final : public QMainWindow, public MainWindow {
@@ -31,6 +31,9 @@ public:
     /// Opens the help window or brings it to the front.
     std::function<void()> openHelp;
 
+    /// The same for what is told about the program.
+    std::function<void()> openAbout;
+
     void focusGallery() override;
     [[nodiscard]] bool isEditingText() const override;
     void beep() override;
@@ -45,23 +48,13 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    struct EnabledWhile {
-        QAction* action;
-        std::function<bool()> condition;
-    };
-
-    void addMenus();
-    QMenu* addMenu(AppMenu const& menu);
-    void addViewMenu(AppMenu const& menu);
-    void nameSidebarAction();
     void modelChanged();
     void showMenuBar();
 
     BrowserModel& model_;
     MainLoop& loop_;
     ContentWidget* content_;
-    QAction* sidebarAction_ = nullptr;
-    std::vector<EnabledWhile> conditions_;
+    MenuBar* menus_ = nullptr;
     bool hasAppeared_ = false;
     bool isClosing_ = false; ///< as soon as no file is under way
     bool hasPainted_ = false;
