@@ -33,7 +33,11 @@ std::unique_ptr<ImageDecoder> chosenDecoder(DecoderChoice const& choice)
     options.width = choice.width;
     options.niceness = choice.niceness;
     options.complain = complain;
-    options.warn = warn;
+    options.warn = [hear = choice.warn](std::string const& missing) {
+        warn(missing);
+        if (hear)
+            hear(missing);
+    };
     auto decoder = std::make_unique<PooledDecoder>(std::move(options));
     decoder->prepare(choice.first);
     return decoder;

@@ -1,5 +1,6 @@
 #include "qt/app/Application.h"
 #include "images/InfoLines.h"
+#include "qt/app/AboutDialog.h"
 #include "qt/app/ApplicationService.h"
 #include "qt/app/OpenRequest.h"
 #include "qt/app/Services.h"
@@ -86,6 +87,7 @@ Application::Application(Services& services)
     services_.panels.setParent(&window_);
     window_.activated = [this] { delegate_.applicationDidBecomeActive(); };
     window_.openHelp = [this] { openHelp(); };
+    window_.openAbout = [this] { AboutDialog::open(window_, services_.missingHolds->text()); };
 }
 
 void Application::addViewer()

@@ -17,8 +17,9 @@ bool isTreeName(std::string_view name)
 
 } // namespace
 
-Services::Services(std::unique_ptr<ImageDecoder> chosen)
-    : decoder(std::move(chosen))
+Services::Services(Decoding decoding)
+    : decoder(std::move(decoding.decoder))
+    , missingHolds(std::move(decoding.missingHolds))
     , textOrder(orderingLocale(::getenv))
     , folderEvents(loop, { isTreeName })
     , formats(formatLocales(::getenv))
@@ -42,11 +43,14 @@ ImageLoader::Limits Services::loaderLimits()
 
 // The first screen keeps two processors busy while the rest of the program starts; what else the
 // queues may want is started when they do.
-std::unique_ptr<ImageDecoder> Services::startDecoder()
+Services::Decoding Services::startDecoder()
 {
     constexpr std::size_t first = 2;
     constexpr std::size_t viewer = 2; // what is known of the photo, and its animation
-    return chosenDecoder({ 2 * thumbWidth() + displayWidth + viewer, first, displayNiceness });
+    auto const note = std::make_shared<MissingHoldsNote>();
+    return { chosenDecoder({ 2 * thumbWidth() + displayWidth + viewer, first, displayNiceness,
+                 [note](std::string const& missing) { note->write(missing); } }),
+        note };
 }
 
 } // namespace pixelhain

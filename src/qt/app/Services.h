@@ -11,6 +11,7 @@
 #include "posix/SystemRandom.h"
 #include "posix/ThreadPool.h"
 #include "posix/ThreadQueue.h"
+#include "qt/app/MissingHoldsNote.h"
 #include "qt/ports/QtClipboard.h"
 #include "qt/ports/QtMainLoop.h"
 #include "qt/ports/QtPanels.h"
@@ -27,14 +28,19 @@ namespace pixelhain {
 /// never destroyed: threads that decode are not waited for, since they only read and end with the
 /// process.
 struct Services {
-    explicit Services(std::unique_ptr<ImageDecoder> chosen);
+    struct Decoding {
+        std::unique_ptr<ImageDecoder> decoder;
+        std::shared_ptr<MissingHoldsNote const> missingHolds;
+    };
+
+    explicit Services(Decoding decoding);
 
     /// How many thumbnails, and how many parts of a contact sheet, are made side by side.
     static std::size_t thumbWidth();
     static ImageLoader::Limits loaderLimits();
 
     /// Starts the processes that decode; may be called before the toolkit is there.
-    static std::unique_ptr<ImageDecoder> startDecoder();
+    static Decoding startDecoder();
 
     // Decoding takes what the window leaves over: a frame is never late because of it.
     static constexpr int thumbNiceness = 5;
@@ -44,6 +50,7 @@ struct Services {
 
     QtMainLoop loop;
     std::unique_ptr<ImageDecoder> decoder;
+    std::shared_ptr<MissingHoldsNote const> missingHolds;
     PosixFileSystem files;
     IcuTextOrder textOrder;
     CodecImageTypes imageTypes;

@@ -1,4 +1,5 @@
 #include "qt/app/AboutDialog.h"
+#include "qt/app/MissingHoldsNote.h"
 #include <QApplication>
 #include <QLabel>
 #include <QPushButton>
