@@ -39,9 +39,45 @@ struct GifHeader {
     int plays = withoutExtension;
 };
 
-// What stands in front of the first image.
+// Goes behind the extensions that follow, and behind the sign of what comes then, which it returns.
+int readExtensions(ByteStream& stream, std::optional<int>& plays)
+{
+    for (;;) {
+        auto const sign = stream.next();
+        if (sign != '!')
+            return sign;
+        if (stream.next() != 0xFF) {
+            while (!nextBlock(stream).empty()) { }
+        } else if (auto const found = playsIn(stream)) {
+            plays = found;
+        }
+    }
+}
+
+// Goes behind an image whose sign has been read; false if it takes more than `most` bytes.
+bool skipImage(ByteStream& stream, std::size_t most)
+{
+    std::array<std::uint8_t, 9> head {};
+    if (stream.read(head.data(), head.size()) != head.size())
+        return false;
+    if ((head[8] & 0x80) != 0)
+        stream.skip(std::uint64_t { 6 } << (head[8] & 7));
+    stream.skip(1);
+    for (std::size_t skipped = 0; skipped < most;) {
+        auto const length = stream.next();
+        if (length <= 0)
+            return length == 0;
+        stream.skip(static_cast<std::uint64_t>(length));
+        skipped += static_cast<std::size_t>(length);
+    }
+    return false;
+}
+
+// What stands in front of the first image, and, of how often it is shown, behind that: some
+// writers learn of it only then.
 std::optional<GifHeader> readHeader(ByteSource const& bytes)
 {
+    constexpr std::size_t mostOfImage = std::size_t { 4 } << 20;
     ByteStream stream(bytes);
     std::array<std::uint8_t, 13> screen {};
     if (stream.read(screen.data(), screen.size()) != screen.size())
@@ -49,13 +85,11 @@ std::optional<GifHeader> readHeader(ByteSource const& bytes)
     GifHeader header { { littleEndian16(&screen[6]), littleEndian16(&screen[8]) } };
     if ((screen[10] & 0x80) != 0)
         stream.skip(std::uint64_t { 6 } << (screen[10] & 7));
-    while (stream.next() == '!') {
-        if (stream.next() == 0xFF) {
-            header.plays = playsIn(stream).value_or(header.plays);
-            continue;
-        }
-        while (!nextBlock(stream).empty()) { }
-    }
+    std::optional<int> plays;
+    auto const sign = readExtensions(stream, plays);
+    if (sign == ',' && !plays && skipImage(stream, mostOfImage))
+        readExtensions(stream, plays);
+    header.plays = plays.value_or(withoutExtension);
     return header;
 }
 

@@ -30,6 +30,16 @@ inline std::vector<AnimationFrame> framesIn(FileBytes bytes, int maxPixel = 0)
     return source ? framesOf(*source) : std::vector<AnimationFrame> {};
 }
 
+/// A frame of one colour, as the writer of its format takes it.
+template <typename Frame> Frame filledFrame(std::uint32_t color, int x, int y, PixelSize size)
+{
+    Frame frame;
+    frame.pixels = RgbaPixels::filled(size, color);
+    frame.x = x;
+    frame.y = y;
+    return frame;
+}
+
 /// R, G, B, A of one pixel, premultiplied, as a number.
 inline std::uint32_t colorAt(Bitmap const& bitmap, int x, int y)
 {

@@ -11,11 +11,7 @@ constexpr PixelSize canvas { 8, 8 };
 
 GifFrame filled(std::uint32_t color, int x = 0, int y = 0, PixelSize size = canvas)
 {
-    GifFrame frame;
-    frame.pixels = RgbaPixels::filled(size, color);
-    frame.x = x;
-    frame.y = y;
-    return frame;
+    return filledFrame<GifFrame>(color, x, y, size);
 }
 
 // A red ground, a green square that is disposed of like that, and a blue dot far from it.
@@ -144,6 +140,25 @@ TEST_CASE("a GIF is shown once, or once more than its extension says, or for eve
     CHECK(plays(0) == 0);
     CHECK(plays(1) == 2);
     CHECK(plays(65535) == 65536);
+}
+
+TEST_CASE("how often a GIF is shown may also stand behind its first image")
+{
+    auto const plays = [](std::size_t place, bool isInterlaced) {
+        auto first = filled(red);
+        first.isInterlaced = isInterlaced;
+        first.hasOwnColors = true;
+        auto const source
+            = animation(writeGif(canvas, { first, filled(green), filled(blue) }, { 4, place }));
+        REQUIRE(source);
+        CHECK(framesOf(*source).size() == 3);
+        return source->loopCount();
+    };
+    for (bool const isInterlaced : { false, true }) {
+        CHECK(plays(0, isInterlaced) == 5);
+        CHECK(plays(1, isInterlaced) == 5);
+        CHECK(plays(2, isInterlaced) == 1); // so far on nobody looks
+    }
 }
 
 TEST_CASE("a GIF begins again with an empty canvas, and can begin again in the middle")

@@ -86,6 +86,7 @@ struct GifFrame {
 };
 struct GifOptions {
     int repeats = -1; ///< what the loop extension says; -1: there is none
+    std::size_t repeatsAt = 0; ///< the frame that it stands in front of
 };
 FileBytes writeGif(
     PixelSize canvas, std::vector<GifFrame> const& frames, GifOptions const& options = {});

@@ -98,10 +98,11 @@ FileBytes writeGif(PixelSize canvas, std::vector<GifFrame> const& frames, GifOpt
     EGifSetGifVersion(gif, true);
     auto* map = newTable({});
     EGifPutScreenDesc(gif, canvas.width, canvas.height, 8, 0, map);
-    if (options.repeats >= 0)
-        writeRepeats(gif, options.repeats);
-    for (auto const& frame : frames)
-        writeFrame(gif, frame);
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        if (options.repeats >= 0 && options.repeatsAt == i)
+            writeRepeats(gif, options.repeats);
+        writeFrame(gif, frames[i]);
+    }
     GifFreeMapObject(map);
     EGifCloseFile(gif, &error);
     return file;
