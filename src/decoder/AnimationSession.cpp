@@ -33,7 +33,7 @@ std::unique_ptr<AnimationSource> AnimationSession::open(
         return nullptr;
     std::unique_ptr<AnimationSession> session(
         new AnimationSession(house, std::move(opened), maxPixel));
-    if (!session->begin())
+    if (!session->begin() && !session->isWaiting_)
         return nullptr;
     return session;
 }
@@ -76,8 +76,10 @@ AnimationStep AnimationSession::nextFrame()
     if (isOver_)
         return AnimationEnd::ofPlay;
     isOver_ = true; // until there is a frame
-    if (!worker_ && !begin())
-        return AnimationEnd::ofPlay;
+    if (!worker_ && !begin()) {
+        isOver_ = !isWaiting_;
+        return isWaiting_ ? AnimationEnd::notYet : AnimationEnd::ofPlay;
+    }
     AnimationRequest request;
     request.operation = AnimationOperation::frame;
     request.frame = next_;
@@ -148,12 +150,14 @@ bool AnimationSession::hire()
 {
     {
         std::scoped_lock const guard(lock_);
+        isWaiting_ = false;
         if (isStopped_)
             return false;
     }
     auto worker = house_.pool.takeForPlay();
+    isWaiting_ = !worker.has_value();
     std::scoped_lock const guard(lock_);
-    worker_ = std::move(worker);
+    worker_ = std::move(worker).value_or(nullptr);
     if (worker_ && isStopped_)
         worker_->kill();
     return worker_ != nullptr;

@@ -51,6 +51,7 @@ private:
     int loops_ = 0;
     std::uint32_t next_ = 0;
     bool isOver_ = false;
+    bool isWaiting_ = false; ///< for a place to be played
     std::uint64_t lastId_ = 0;
     std::mutex lock_; // of what follows
     std::unique_ptr<WorkerProcess> worker_;

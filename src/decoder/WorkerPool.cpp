@@ -16,9 +16,6 @@ constexpr std::uint64_t requestsBetweenLooks = 8;
 // One may be killed while it starts; when so many end in a row there is more to it.
 constexpr int mostUnready = 3;
 
-// One is shown, one fades away, and others that nobody looks at any more come to their end.
-constexpr int mostPlaying = 8;
-
 bool isSpent(WorkerProcess const& worker)
 {
     return worker.requests >= WorkerLimits::requests
@@ -281,14 +278,14 @@ void WorkerPool::buryLarge(std::unique_ptr<WorkerProcess> worker)
     largeFreed_.notify_one();
 }
 
-std::unique_ptr<WorkerProcess> WorkerPool::takeForPlay()
+std::optional<std::unique_ptr<WorkerProcess>> WorkerPool::takeForPlay()
 {
     if (!starter_)
         return nullptr;
     {
         std::scoped_lock const guard(lock_);
         if (playing_ >= mostPlaying)
-            return nullptr;
+            return std::nullopt;
         ++playing_;
         if (auto worker = pickFresh()) {
             keepSpare();

@@ -55,8 +55,11 @@ public:
     void buryLarge(std::unique_ptr<WorkerProcess> worker);
 
     /// A worker for one animation as long as it is played, beside the others. It is not waited for
-    /// and takes nobody's turn; null if it cannot be started, or too many are being played.
-    [[nodiscard]] std::unique_ptr<WorkerProcess> takeForPlay();
+    /// and takes nobody's turn; null if it cannot be started, nothing while as many are being
+    /// played as there can be.
+    [[nodiscard]] std::optional<std::unique_ptr<WorkerProcess>> takeForPlay();
+    /// One is shown, one fades away, and others that nobody looks at any more come to their end.
+    static constexpr int mostPlaying = 8;
     void buryPlaying(std::unique_ptr<WorkerProcess> worker);
 
 private:

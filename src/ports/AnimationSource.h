@@ -17,6 +17,7 @@ struct AnimationFrame {
 enum class AnimationEnd : std::uint8_t {
     ofLoop, ///< the last one that can be read has been handed out; `restart` leads to the first
     ofPlay, ///< whatever decodes it has gone; nothing more will come
+    notYet, ///< as many are played as there can be; asked again later there may be one
 };
 
 using AnimationStep = std::variant<AnimationFrame, AnimationEnd>;
@@ -27,10 +28,10 @@ class AnimationSource {
 public:
     virtual ~AnimationSource() = default;
 
-    /// The size of every frame as it is handed out.
+    /// The size of every frame as it is handed out; empty while there was no place to play it.
     [[nodiscard]] virtual PixelSize frameSize() const = 0;
 
-    /// How often the frames are to be shown in all; 0: for ever.
+    /// How often the frames are to be shown in all; 0: for ever. Known with the first frame.
     [[nodiscard]] virtual int loopCount() const = 0;
 
     /// The frame after the one handed out last. A damaged one ends the loop in front of it.

@@ -32,6 +32,7 @@ struct AnimatedImageView::Reel {
     nanoseconds due {}; ///< when the frame after the one shown is to be shown
     bool isDue = true; ///< that moment has come, and the frame has not
     Task timer;
+    Task retry;
 };
 
 AnimatedImageView::AnimatedImageView(House house, int maxPixel, std::function<void()> changed)
@@ -97,6 +98,9 @@ void AnimatedImageView::takeStep(AnimationStep step)
     if (auto* const frame = std::get_if<AnimationFrame>(&step)) {
         ++reel_->framesInLoop;
         reel_->ahead.push_back(std::move(*frame));
+    } else if (std::get<AnimationEnd>(step) == AnimationEnd::notYet) {
+        reel_->retry = house_.loop.after(retryTime, [this] { decodeAhead(); });
+        return;
     } else if (std::get<AnimationEnd>(step) == AnimationEnd::ofLoop) {
         endLoop();
     } else {

@@ -21,6 +21,9 @@ public:
     static constexpr std::size_t mostAhead = 8;
     static constexpr std::size_t mostBytesAhead = std::size_t { 20 } << 20;
 
+    /// Between two questions for a frame while as many others play as there can be.
+    static constexpr std::chrono::milliseconds retryTime { 200 };
+
     struct House {
         ImageDecoder& decoder;
         Background& background;

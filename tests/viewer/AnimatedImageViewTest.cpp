@@ -1,4 +1,5 @@
 #include "viewer/AnimatedImageView.h"
+#include "support/FakeAnimation.h"
 #include "support/FakeBackground.h"
 #include "support/FakeImageDecoder.h"
 #include "support/FakeLoop.h"
@@ -9,56 +10,6 @@ using namespace pixelhain;
 using namespace std::chrono_literals;
 
 namespace {
-
-/// What a test knows of the animations that were opened.
-struct Record {
-    int alive = 0;
-    int stops = 0;
-    int decoded = 0;
-    int restarts = 0;
-};
-
-struct Film {
-    std::vector<std::chrono::microseconds> delays;
-    int loops = 0;
-    std::size_t brokenAt = SIZE_MAX; ///< the decoder goes there
-    PixelSize size { 4, 4 };
-};
-
-/// Frames whose every byte is their number.
-class FakeAnimation final : public AnimationSource {
-public:
-    FakeAnimation(Film film, Record& record)
-        : film_(std::move(film))
-        , record_(record)
-    {
-        ++record_.alive;
-    }
-    ~FakeAnimation() override { --record_.alive; }
-    PixelSize frameSize() const override { return film_.size; }
-    int loopCount() const override { return film_.loops; }
-    AnimationStep nextFrame() override
-    {
-        if (next_ == film_.brokenAt)
-            return AnimationEnd::ofPlay;
-        if (next_ == film_.delays.size())
-            return AnimationEnd::ofLoop;
-        ++record_.decoded;
-        auto const number = next_++;
-        return AnimationFrame { grayBitmap(film_.size, int(number)), film_.delays[number] };
-    }
-    void restart() override
-    {
-        ++record_.restarts;
-        next_ = 0;
-    }
-    void stop() override { ++record_.stops; }
-
-private:
-    Film film_;
-    Record& record_;
-    std::size_t next_ = 0;
-};
 
 struct Desk {
     Desk()
@@ -118,7 +69,7 @@ struct Desk {
     FakeImageDecoder decoder;
     FakeBackground background;
     FakeLoop loop;
-    Record record;
+    AnimationRecord record;
     std::map<std::string, Film> films;
     std::vector<std::string> opened;
     int askedPixel = 0;
@@ -318,6 +269,19 @@ TEST_CASE("a file that cannot be loaded shows nothing and is not tried again")
     CHECK(desk.opened.size() == 2);
     CHECK(desk.changes == 0);
     CHECK(desk.record.alive == 0);
+}
+
+TEST_CASE("while there is no place to play it an animation asks again now and then")
+{
+    Desk desk;
+    desk.films["a.gif"] = hundred();
+    desk.films["a.gif"].waits = 3;
+    desk.show("a.gif");
+    desk.play(3 * AnimatedImageView::retryTime - 1ms);
+    CHECK(desk.view->frame().isEmpty());
+    CHECK(desk.opened.size() == 1);
+    desk.play(252ms);
+    CHECK(desk.numbers() == std::vector { 0, 1, 2 });
 }
 
 TEST_CASE("where the decoder goes the play ends with the last good frame")
