@@ -436,6 +436,25 @@ TEST_CASE("on a network drive a new folder below a drawn row is found after a fe
     CHECK(sidebar.names() == Names { "r", "a", "neu" });
 }
 
+TEST_CASE("a tree that is read anew asks again which of its folders others can change unseen")
+{
+    Sidebar sidebar { "/r/a" };
+    sidebar.openRoot("/r");
+    auto const pass = [&] {
+        sidebar.desk.loop.advance(UnreportedFolders::interval);
+        sidebar.draw();
+    };
+    pass();
+    sidebar.desk.folderEvents.remote = { FileUrl("/r"), FileUrl("/r/a") }; // mounted since
+    sidebar.view->refresh();
+    sidebar.draw();
+    pass();
+    sidebar.desk.files.addFolder("/r/neu");
+    sidebar.desk.files.setModified(FileUrl("/r"), Timestamp(std::chrono::nanoseconds(7)));
+    pass();
+    CHECK(sidebar.names() == Names { "r", "a", "neu" });
+}
+
 TEST_CASE("a sidebar that goes takes its work along")
 {
     Sidebar sidebar { "/r/a" };
