@@ -3,6 +3,7 @@
 // of the main thread, so that other load on the machine does not count; wall time beside it.
 //
 // pixelhain-bench-grid [PHOTOS]
+#include "bench/Times.h"
 #include "codecs/ImageCodecs.h"
 #include "icu/IcuTextOrder.h"
 #include "model/BrowserModel.h"
@@ -28,7 +29,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -36,50 +36,7 @@ namespace pixelhain {
 
 namespace {
 
-struct Moment {
-    double processor = 0;
-    double wall = 0;
-
-    static Moment now()
-    {
-        auto const read = [](clockid_t clock) {
-            timespec time {};
-            clock_gettime(clock, &time);
-            return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-        };
-        return { read(CLOCK_THREAD_CPUTIME_ID), read(CLOCK_MONOTONIC) };
-    }
-};
-
-class Times {
-public:
-    template <typename Work> void measure(Work work)
-    {
-        auto const before = Moment::now();
-        work();
-        auto const after = Moment::now();
-        processor_.push_back(after.processor - before.processor);
-        wall_.push_back(after.wall - before.wall);
-    }
-
-    void print(char const* name)
-    {
-        std::printf("  %-44s %6.2f %6.2f %6.2f   %6.2f %6.2f  (%zu)\n", name,
-            share(processor_, 0.5), share(processor_, 0.99), share(processor_, 1),
-            share(wall_, 0.5), share(wall_, 0.99), processor_.size());
-    }
-
-private:
-    static double share(std::vector<double>& times, double part)
-    {
-        std::ranges::sort(times);
-        auto const last = static_cast<double>(times.size() - 1);
-        return times[static_cast<std::size_t>(last * part)];
-    }
-
-    std::vector<double> processor_;
-    std::vector<double> wall_;
-};
+constexpr double tail = 0.99; // of the times that are printed
 
 ImageRef noise(int width, int height, unsigned seed)
 {
@@ -131,7 +88,7 @@ public:
         model_.open(FileUrl(folder.toStdString()));
         while (model_.isLoading || model_.items->empty())
             QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        std::printf("%zu photos; milliseconds: processor median, p99, longest; wall median, p99\n",
+        std::printf("%zu photos; milliseconds: processor and wall: median, p99, longest\n",
             model_.items->size());
     }
 
@@ -147,7 +104,7 @@ public:
         scroll(grid, "scrolling by the wheel, 40 points a frame", 40, 1500);
         scroll(grid, "scrolling fast, 200 points a frame", 200, 1000);
         scroll(grid, "turning whole pages", size.height(), 300);
-        Times whole;
+        Times whole(tail);
         for (int i = 0; i < 200; ++i)
             whole.measure([&] {
                 grid.viewport()->update();
@@ -172,7 +129,7 @@ private:
 
     void scroll(GridWidget& grid, char const* name, int step, int frames)
     {
-        Times times;
+        Times times(tail);
         for (int i = 0; i < frames; ++i) {
             times.measure([&] {
                 grid.scrollTo(grid.top() + step);
@@ -191,13 +148,13 @@ private:
         QImage other(size, QImage::Format_RGB32);
         other.fill(Qt::gray);
         auto const bytes = static_cast<std::size_t>(surface.sizeInBytes());
-        Times copying;
+        Times copying(tail);
         for (int i = 0; i < 200; ++i)
             copying.measure([&] { std::memcpy(surface.bits(), other.constBits(), bytes); });
         copying.print("limit: copying the surface");
         auto const picture = noise(160, 160, 1);
         auto const image = imageOf(picture->image);
-        Times painting;
+        Times painting(tail);
         for (int i = 0; i < 200; ++i)
             painting.measure([&] {
                 QPainter painter(&surface);

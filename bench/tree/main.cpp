@@ -3,6 +3,7 @@
 // pixelhain-bench-tree open ROOT     milliseconds until the tree is painted, the longest time that
 //                                    the main thread was busy in one piece, watches and memory
 // pixelhain-bench-tree count ROOT    counts the photos directly in each subfolder of ROOT
+#include "bench/Times.h"
 #include "codecs/ImageCodecs.h"
 #include "icu/IcuTextOrder.h"
 #include "model/BrowserModel.h"
@@ -30,7 +31,6 @@
 #include <QThread>
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <numeric>
@@ -39,13 +39,6 @@
 namespace pixelhain {
 
 namespace {
-
-double threadMilliseconds()
-{
-    timespec time {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
 
 // Measures how long each event keeps the main thread busy, what it brings about included.
 class WatchedApplication final : public QApplication {
@@ -59,10 +52,10 @@ public:
         ++depth_;
         QElapsedTimer wall;
         wall.start();
-        auto const before = threadMilliseconds();
+        auto const before = Moment::now().processor;
         bool const result = QApplication::notify(receiver, event);
         longestWall = std::max(longestWall, static_cast<double>(wall.nsecsElapsed()) / 1e6);
-        longest = std::max(longest, threadMilliseconds() - before);
+        longest = std::max(longest, Moment::now().processor - before);
         --depth_;
         return result;
     }

@@ -4,6 +4,7 @@
 // decode. All drawing is in software. Processor time of the main thread, wall time beside it.
 //
 // pixelhain-bench-viewer [PHOTOS]
+#include "bench/Times.h"
 #include "codecs/ImageCodecs.h"
 #include "decoder/ChosenDecoder.h"
 #include "icu/IcuTextOrder.h"
@@ -33,7 +34,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -41,50 +41,7 @@ namespace pixelhain {
 
 namespace {
 
-struct Moment {
-    double processor = 0;
-    double wall = 0;
-
-    static Moment now()
-    {
-        auto const read = [](clockid_t clock) {
-            timespec time {};
-            clock_gettime(clock, &time);
-            return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-        };
-        return { read(CLOCK_THREAD_CPUTIME_ID), read(CLOCK_MONOTONIC) };
-    }
-};
-
-class Times {
-public:
-    template <typename Work> void measure(Work work)
-    {
-        auto const before = Moment::now();
-        work();
-        auto const after = Moment::now();
-        processor_.push_back(after.processor - before.processor);
-        wall_.push_back(after.wall - before.wall);
-    }
-
-    void print(char const* name)
-    {
-        std::printf("  %-52s %6.2f %6.2f %6.2f   %6.2f %6.2f %6.2f  (%zu)\n", name,
-            share(processor_, 0.5), share(processor_, 0.95), share(processor_, 1),
-            share(wall_, 0.5), share(wall_, 0.95), share(wall_, 1), processor_.size());
-    }
-
-private:
-    static double share(std::vector<double>& times, double part)
-    {
-        std::ranges::sort(times);
-        auto const last = static_cast<double>(times.size() - 1);
-        return times[static_cast<std::size_t>(last * part)];
-    }
-
-    std::vector<double> processor_;
-    std::vector<double> wall_;
-};
+constexpr double tail = 0.95; // of the times that are printed
 
 ImageRef painted(PixelSize size, unsigned seed)
 {
@@ -213,7 +170,7 @@ void naive(PaintedPictures const& pictures, QSize size)
              Way { "toolkit: zoomed 1.4 from the half, smooth", half, true, 1.4 },
              Way { "toolkit: zoomed 3 from all pixels, smooth", full, true, 3 },
              Way { "toolkit: screen-sized picture, smooth", display, true, 1 } }) {
-        Times times;
+        Times times(tail);
         for (int i = 0; i < 12; ++i)
             times.measure([&] {
                 QPainter painter(&surface);
@@ -226,13 +183,13 @@ void naive(PaintedPictures const& pictures, QSize size)
             });
         times.print(way.name);
     }
-    Times scaling;
+    Times scaling(tail);
     for (int i = 0; i < 3; ++i)
         scaling.measure([&] {
             std::ignore = full.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation).isNull();
         });
     scaling.print("toolkit: scaled copy of all pixels, smooth");
-    Times copying;
+    Times copying(tail);
     auto const copy = display.copy(0, 0, size.width(), size.height());
     for (int i = 0; i < 50; ++i)
         copying.measure([&] { QPainter(&surface).drawImage(0, 0, copy); });
@@ -253,7 +210,7 @@ void zoomAndPan(Desk& desk, PaintedPictures& pictures, QSize size)
         });
         QApplication::processEvents(QEventLoop::AllEvents, 1);
     };
-    Times zooming;
+    Times zooming(tail);
     for (int i = 0; i < 240; ++i)
         step(zooming, [&] { viewer.image().pinch(std::pow(10.0, i / 240.0)); });
     for (int i = 240; i > 0; --i)
@@ -262,7 +219,7 @@ void zoomAndPan(Desk& desk, PaintedPictures& pictures, QSize size)
     for (auto const scale : { 1.5, 3.0, 8.0 }) {
         viewer.image().showPixels(scale);
         viewer.settle();
-        Times panning;
+        Times panning(tail);
         for (int i = 0; i < 240; ++i)
             step(panning, [&] { viewer.image().drag({ i * 8.0, i * 3.0 }); });
         viewer.image().endDrag();
@@ -270,7 +227,7 @@ void zoomAndPan(Desk& desk, PaintedPictures& pictures, QSize size)
         viewer.image().showFitted();
         viewer.settle();
     }
-    Times sharpening;
+    Times sharpening(tail);
     for (int i = 0; i < 5; ++i)
         sharpening.measure([&] {
             viewer.image().showPixels(1.5 + i);
@@ -288,7 +245,7 @@ void crossFade(Desk& desk, PaintedPictures& pictures, QSize size)
     Viewer viewer(desk, pictures, size);
     desk.model.openViewer(0);
     viewer.settle();
-    Times fading;
+    Times fading(tail);
     for (int round = 0; round < 4; ++round) {
         desk.model.openViewer(static_cast<std::size_t>(round + 1) % desk.model.items->size());
         events();
@@ -332,9 +289,9 @@ void paging(Desk& desk, QSize size)
         while (viewer.widget.container().image()->item().url != items[index].url
             || !viewer.widget.isComplete());
     };
-    Times decoding;
-    Times fresh;
-    Times prefetched;
+    Times decoding(tail);
+    Times fresh(tail);
+    Times prefetched(tail);
     for (std::size_t i = 1; i + 1 < items.size(); i += 2) {
         decoding.measure([&] {
             std::ignore = loader.decodeImage(
