@@ -78,8 +78,10 @@ void ViewerContainer::metaArrived(std::optional<ImageMeta> const& meta)
         pictureChanged_({});
         return;
     }
+    auto const still = image_->image();
     freePictures();
     makeImage(true);
+    image_->standIn(still);
     photoChanged_();
 }
 

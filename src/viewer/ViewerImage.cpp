@@ -27,6 +27,12 @@ ViewerImage::ViewerImage(
 {
 }
 
+void ViewerImage::standIn(ImageRef picture)
+{
+    if (!image_)
+        image_ = std::move(picture);
+}
+
 void ViewerImage::appear()
 {
     if (image_ || isAnimated_)

@@ -40,6 +40,9 @@ public:
     ViewerImage(ViewerImage const&) = delete;
     ViewerImage& operator=(ViewerImage const&) = delete;
 
+    /// A picture of the photo that is there already, if none is in memory.
+    void standIn(ImageRef picture);
+
     /// To be called when the photo comes on screen: loads the screen-sized picture if need be.
     void appear();
 

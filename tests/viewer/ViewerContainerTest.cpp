@@ -1,5 +1,6 @@
 #include "viewer/ViewerContainer.h"
 #include "support/Desk.h"
+#include "support/FakeImageDecoder.h"
 #include "support/FakeThumbnails.h"
 #include "support/FakeViewerSource.h"
 #include <doctest/doctest.h>
@@ -118,6 +119,18 @@ TEST_CASE("what is known of the file says whether it moves, and nothing is waite
     v.source.answerMeta(ImageMeta { PixelSize { 10, 10 }, true });
     CHECK(v.container.image()->isAnimated());
     CHECK(v.source.wanted(Kind::display).empty());
+}
+
+TEST_CASE("a photo that turns out to move keeps its still picture until it does")
+{
+    Viewer v;
+    v.open(0);
+    auto const still = std::make_shared<CGImageBox>(CGImageBox { grayBitmap({ 4, 3 }) });
+    v.source.answer(Kind::display, still);
+    REQUIRE(v.container.image()->shown() == still);
+    v.source.answerMeta(ImageMeta { PixelSize { 10, 10 }, true });
+    CHECK(v.container.image()->isAnimated());
+    CHECK(v.container.image()->shown() == still);
 }
 
 TEST_CASE("a file without metadata counts as still")

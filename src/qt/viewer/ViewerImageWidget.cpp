@@ -56,6 +56,7 @@ void ViewerImageWidget::photoChanged(std::chrono::milliseconds crossFade)
     if (crossFade.count() > 0 && !painter_.isEmpty())
         fade_ = CrossFade { frozen(), crossFade, std::nullopt };
     painter_.clear();
+    hasFrame_ = false;
     pressed_.reset();
     nativeMagnification_ = 1;
     motion_ = ZoomMotion();
@@ -69,7 +70,8 @@ void ViewerImageWidget::pictureChanged(std::chrono::milliseconds time)
 {
     auto const* const image = container_.image();
     if (image) {
-        if (!image->isAnimated())
+        // A still picture stands for an animation until its first frame is there.
+        if (!image->isAnimated() || !hasFrame_)
             painter_.show(image->shown());
         motion_.moveTo(image->zoom(), time, now());
     }
@@ -84,6 +86,7 @@ void ViewerImageWidget::pictureChanged(std::chrono::milliseconds time)
 void ViewerImageWidget::showFrame(Bitmap const& frame)
 {
     painter_.showFrame(frame);
+    hasFrame_ = true;
     place();
     isComplete_ = false;
     update();
@@ -103,12 +106,20 @@ void ViewerImageWidget::animate()
     frames_.start(frame, Qt::PreciseTimer, this);
 }
 
+// Where nothing is painted, as in a window that cannot be seen, time passes all the same.
 void ViewerImageWidget::timerEvent(QTimerEvent*)
 {
+    advanceFade();
     if (!isMoving())
         frames_.stop();
     place();
     update();
+}
+
+void ViewerImageWidget::hideEvent(QHideEvent*)
+{
+    fade_.reset();
+    frames_.stop();
 }
 
 void ViewerImageWidget::place()
@@ -147,6 +158,7 @@ void ViewerImageWidget::paintEvent(QPaintEvent* event)
         auto const dirty = touchedPixels(event->rect(), scale)
                                .intersected({ 0, 0, pixels.width, pixels.height });
         painter_.paint(painter, dirty);
+        advanceFade();
         if (fade_)
             paintFade(painter, dirty);
     }
@@ -158,19 +170,28 @@ void ViewerImageWidget::paintEvent(QPaintEvent* event)
         painted();
 }
 
-void ViewerImageWidget::paintFade(QPainter& painter, QRect const& dirty)
+// Whether there is something to blend to; a photo that cannot be read has its own view.
+bool ViewerImageWidget::isThere() const
 {
     auto const* const image = container_.image();
-    bool const isThere = image && image->content() != ViewerImage::Content::spinner;
-    if (!fade_->start)
-        fade_->start = now() + (isThere ? Milliseconds(0) : longestWait);
-    else if (isThere && *fade_->start > now())
-        fade_->start = now();
-    auto const share = easeInOut((now() - *fade_->start) / fade_->duration);
-    if (share >= 1) {
-        fade_.reset();
+    return !painter_.isEmpty() || (image && image->content() == ViewerImage::Content::failure);
+}
+
+void ViewerImageWidget::advanceFade()
+{
+    if (!fade_)
         return;
-    }
+    if (!fade_->start)
+        fade_->start = now() + (isThere() ? Milliseconds(0) : longestWait);
+    else if (isThere() && *fade_->start > now())
+        fade_->start = now();
+    if (now() - *fade_->start >= fade_->duration)
+        fade_.reset();
+}
+
+void ViewerImageWidget::paintFade(QPainter& painter, QRect const& dirty)
+{
+    auto const share = easeInOut((now() - *fade_->start) / fade_->duration);
     painter.setOpacity(1 - share);
     painter.drawImage(dirty.topLeft(), fade_->before, dirty);
     painter.setOpacity(1);

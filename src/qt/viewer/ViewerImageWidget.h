@@ -48,6 +48,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -67,6 +68,8 @@ private:
     void animate();
     bool isMoving() const;
     QImage frozen();
+    bool isThere() const;
+    void advanceFade();
     void paintFade(QPainter& painter, QRect const& dirty);
     bool takePinch(QPinchGesture const& pinch);
     void updatePointer();
@@ -80,6 +83,7 @@ private:
     std::optional<QPointF> pressed_;
     double nativeMagnification_ = 1;
     bool isComplete_ = false;
+    bool hasFrame_ = false; ///< of an animation
 };
 
 } // namespace pixelhain
