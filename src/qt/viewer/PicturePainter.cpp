@@ -55,6 +55,7 @@ void PicturePainter::clear()
     place_ = {};
     hasNews_ = false;
     isFrame_ = false;
+    failures_ = 0;
     rest_.cancel();
     work_.cancel();
     isWorking_ = false;
@@ -112,6 +113,8 @@ void PicturePainter::place(PixelSize area, PixelRect const& place)
 {
     bool const isFirst = place_.isEmpty();
     bool const isSameSize = isFirst || place.size() == place_.size();
+    if (!isSameSize)
+        failures_ = 0;
     area_ = area;
     place_ = place;
     if (!levels_ || isFrame_)
@@ -138,7 +141,7 @@ bool PicturePainter::isSharp() const
 
 void PicturePainter::sharpen()
 {
-    if (!isSharp())
+    if (!isSharp() && failures_ < mostFailures)
         startWork();
 }
 
@@ -168,6 +171,8 @@ void PicturePainter::made(Made made)
         hasNews_ = false;
     if (made.levels != levels_)
         use(made.levels);
+    bool const isMissing = made.sharp.isEmpty() && made.drawing.whole != made.levels->size();
+    failures_ = isMissing ? failures_ + 1 : 0;
     if (!made.sharp.isEmpty())
         sharp_ = Sharp { made.levels, made.drawing, imageOf(made.sharp) };
     // It may have been moved on in the meantime.

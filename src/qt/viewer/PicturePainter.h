@@ -50,6 +50,9 @@ public:
 
     bool isEmpty() const { return !levels_; }
 
+    /// Attempts at a sharp picture before it stays as it is until its size changes.
+    static constexpr int mostFailures = 3;
+
     /// The pixels that the picture has which is drawn; empty if there is none.
     PixelSize size() const { return levels_ ? levels_->size() : PixelSize {}; }
 
@@ -98,6 +101,7 @@ private:
     Task rest_;
     Task work_;
     bool isWorking_ = false;
+    int failures_ = 0; ///< in a row, for want of memory
 };
 
 } // namespace pixelhain
