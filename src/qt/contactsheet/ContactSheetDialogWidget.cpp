@@ -40,9 +40,11 @@ ContactSheetDialogWidget::ContactSheetDialogWidget(
 {
     setWindowTitle(shownText(ContactSheetDialog::heading));
     setWindowModality(Qt::WindowModal);
-    setFixedWidth(static_cast<int>(ContactSheetDialog::width));
     auto* const stack = new QVBoxLayout(this);
     constexpr int padding = static_cast<int>(ContactSheetDialog::padding);
+    // As high as its parts are, also with another font; there is nothing to be had by more.
+    stack->setSizeConstraint(QLayout::SetFixedSize);
+    stack->addStrut(static_cast<int>(ContactSheetDialog::width) - 2 * padding);
     stack->setContentsMargins(padding, padding, padding, padding);
     stack->setSpacing(static_cast<int>(ContactSheetDialog::spacing));
     stack->addWidget(makeLabel(ContactSheetDialog::heading, headlineFont(font())));

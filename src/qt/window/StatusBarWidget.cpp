@@ -27,6 +27,10 @@ class MessageLabel final : public QLabel {
 public:
     using QLabel::QLabel;
 
+    // One line, whatever a file's name holds.
+    QSize sizeHint() const override { return { 0, fontMetrics().height() }; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
 protected:
     void paintEvent(QPaintEvent*) override
     {
