@@ -3,6 +3,7 @@
 #include "codecs/CodecSupport.h"
 #include "codecs/PropertyLimits.h"
 #include "support/ExifFields.h"
+#include "support/SampleProperties.h"
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -20,20 +21,6 @@ FileBytes sampleExif(bool isBigEndian = false)
             Field::numbers(0x8827, { 200, 400 }), Field::ascii(0x9003, "2023:05:17 14:30:12"),
             Field::fraction(0x920A, { 50, 1 }), Field::ascii(0xA434, "RF50mm F1.8 STM") },
         isBigEndian);
-}
-
-PhotoProperties sampleProperties()
-{
-    PhotoProperties properties;
-    properties.dateTimeOriginal = "2023:05:17 14:30:12";
-    properties.make = "Canon";
-    properties.model = "Canon EOS R5";
-    properties.lensModel = "RF50mm F1.8 STM";
-    properties.focalLength = 50;
-    properties.fNumber = 1.8;
-    properties.exposureTime = 0.004;
-    properties.isoSpeedRatings = { 200, 400 };
-    return properties;
 }
 
 PhotoProperties gathered(FileBytes const& bytes)

@@ -11,11 +11,7 @@ constexpr PixelSize canvas { 8, 8 };
 
 ApngFrame filled(std::uint32_t color, int x = 0, int y = 0, PixelSize size = canvas)
 {
-    ApngFrame frame;
-    frame.pixels = RgbaPixels::filled(size, color);
-    frame.x = x;
-    frame.y = y;
-    return frame;
+    return filledFrame<ApngFrame>(color, x, y, size);
 }
 
 std::vector<AnimationFrame> disposed(int disposal)

@@ -14,11 +14,7 @@ constexpr PixelSize canvas { 16, 12 };
 
 WebpFrame filled(std::uint32_t color, int x = 0, int y = 0, PixelSize size = canvas)
 {
-    WebpFrame frame;
-    frame.pixels = RgbaPixels::filled(size, color);
-    frame.x = x;
-    frame.y = y;
-    return frame;
+    return filledFrame<WebpFrame>(color, x, y, size);
 }
 
 // The frames as the library's own player composes them.

@@ -1,5 +1,6 @@
 #include "decoder/PropertiesRecord.h"
 #include "codecs/PropertyLimits.h"
+#include "support/SampleProperties.h"
 #include <cstring>
 #include <doctest/doctest.h>
 #include <limits>
@@ -12,17 +13,9 @@ using Record = std::vector<std::byte>;
 
 PhotoProperties everything()
 {
-    PhotoProperties properties;
+    auto properties = sampleProperties();
     properties.pixelSize = PixelSize { 6000, 4000 };
-    properties.dateTimeOriginal = "2023:05:17 14:30:12";
-    properties.make = "Canon";
-    properties.model = "Canon EOS R5";
-    properties.lensModel = "RF50mm F1.8 STM";
     properties.auxLensModel = "Objektiv für Nahaufnahmen";
-    properties.focalLength = 50;
-    properties.fNumber = 1.8;
-    properties.exposureTime = 0.004;
-    properties.isoSpeedRatings = { 200, 400 };
     return properties;
 }
 
