@@ -1,12 +1,11 @@
 #include "qt/app/DesktopColors.h"
+#include "qt/Contrast.h"
 #include "qt/Wait.h"
 #include "qt/ports/BusService.h"
 #include "qt/window/Tones.h"
 #include <QApplication>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <algorithm>
-#include <cmath>
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -37,21 +36,6 @@ private:
     BusService service_ { QStringLiteral("org.freedesktop.portal.Desktop"),
         QStringLiteral("/org/freedesktop/portal/desktop"), *this };
 };
-
-double luminance(QColor const& color)
-{
-    auto const linear = [](double level) {
-        return level <= 0.03928 ? level / 12.92 : std::pow((level + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
-        + 0.0722 * linear(color.blueF());
-}
-
-double contrast(QColor const& a, QColor const& b)
-{
-    auto const ratio = (luminance(a) + 0.05) / (luminance(b) + 0.05);
-    return std::max(ratio, 1 / ratio);
-}
 
 } // namespace
 

@@ -110,6 +110,22 @@ TEST_CASE("the dialog shows what a sheet can be made of, in exact words and size
     CHECK(create->geometry().right() == 380 - 20 - 1);
 }
 
+TEST_CASE("the dialog is as high as its parts, and cannot be drawn apart")
+{
+    Sheet sheet;
+    auto& dialog = sheet.open();
+    auto const usual = dialog.size();
+    CHECK(dialog.height() == dialog.sizeHint().height());
+    dialog.resize(600, 900);
+    CHECK(dialog.size() == usual);
+    auto font = dialog.font();
+    font.setPixelSize(30);
+    for (auto* const part : dialog.findChildren<QWidget*>())
+        part->setFont(font);
+    CHECK(eventually([&] { return dialog.height() > usual.height(); }));
+    CHECK(dialog.height() == dialog.sizeHint().height());
+}
+
 TEST_CASE("Escape and the cancel button close the dialog and do nothing else")
 {
     for (bool const byKey : { true, false }) {

@@ -6,6 +6,7 @@
 #include "qt/viewer/ViewerWidget.h"
 #include "qt/window/DrawnPicture.h"
 #include "support/Desk.h"
+#include "support/FakeAnimation.h"
 #include "support/FakeSharing.h"
 #include "support/FakeViewerSource.h"
 #include "window/ShareMenu.h"
@@ -38,6 +39,8 @@ struct ViewerDesk {
     FakeSharing sharing;
     ShareMenu share { desk.model(), sharing, desk.clipboard };
     PreparedPictures prepared;
+    FakeImageDecoder animations;
+    AnimationRecord played;
     QWidget window;
     Milliseconds time { 0 };
     ViewerWidget widget { { desk.model(), source, desk.background, desk.loop, prepared,
@@ -45,7 +48,13 @@ struct ViewerDesk {
                                   return std::vector { std::string(item.name()),
                                       std::string("6000 × 4000 px (24.0 MP)") };
                               },
-                              &share },
+                              &share,
+                              [this](std::function<void()> changed) {
+                                  return std::make_unique<AnimatedImageView>(
+                                      AnimatedImageView::House { animations, desk.background,
+                                          desk.loop, [this] { return desk.loop.now(); } },
+                                      1920, std::move(changed));
+                              } },
         &window };
     Observation observation = desk.model().observe([this] { widget.modelChanged(); });
 
@@ -85,6 +94,19 @@ struct ViewerDesk {
         source.pictures[url(index)] = picture;
         source.metas[url(index)] = ImageMeta { picture->image.size, false };
         open(index);
+    }
+
+    /// Makes it a file that moves: frames of 90 x 50, each for 100 ms, whose every byte is their
+    /// number.
+    void putAnimation(std::size_t index, int frames, int waits = 0)
+    {
+        source.metas[url(index)] = ImageMeta { PixelSize { 90, 50 }, true };
+        animations.animationOf = [this, frames, waits](FileUrl const&, int) {
+            std::vector<std::chrono::microseconds> const delays(
+                static_cast<std::size_t>(frames), std::chrono::milliseconds(100));
+            Film const film { delays, 0, SIZE_MAX, { 90, 50 }, waits };
+            return std::make_unique<FakeAnimation>(film, played);
+        };
     }
 
     /// Lets everything end: movements, waiting times, work in the background.

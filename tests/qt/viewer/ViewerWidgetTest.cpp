@@ -4,6 +4,7 @@
 #include "qt/viewer/ViewerDesk.h"
 #include "qt/viewer/ViewerLabels.h"
 #include "qt/window/Gallery.h"
+#include <QAbstractEventDispatcher>
 #include <QAccessible>
 #include <QLabel>
 #include <QMenu>
@@ -48,6 +49,16 @@ QStringList shownTexts(QWidget const& widget)
 QRgb middleOf(QImage const& image)
 {
     return image.pixel(image.rect().center());
+}
+
+// A slideshow that begins on red and has just gone on to the next photo.
+void leaveRed(ViewerDesk& v)
+{
+    v.open(0, plainPicture(90, 50, Qt::red));
+    v.desk.model().startSlideshow();
+    v.desk.settle();
+    v.frame();
+    v.desk.loop.advance(std::chrono::milliseconds(4000));
 }
 
 } // namespace
@@ -344,11 +355,7 @@ TEST_CASE("photos of a slideshow blend evenly into each other")
 {
     ViewerDesk v;
     v.source.pictures[v.url(1)] = plainPicture(90, 50, Qt::blue);
-    v.open(0, plainPicture(90, 50, Qt::red));
-    v.desk.model().startSlideshow();
-    v.desk.settle();
-    v.frame();
-    v.desk.loop.advance(std::chrono::milliseconds(4000));
+    leaveRed(v);
     CHECK(middleOf(v.frame()) == QColor(Qt::red).rgb());
     v.time += Milliseconds(350);
     auto const half = middleOf(v.frame());
@@ -365,11 +372,7 @@ TEST_CASE("photos of a slideshow blend evenly into each other")
 TEST_CASE("a photo that is not there yet is waited for before it is blended to, not for ever")
 {
     ViewerDesk v;
-    v.open(0, plainPicture(90, 50, Qt::red));
-    v.desk.model().startSlideshow();
-    v.desk.settle();
-    v.frame();
-    v.desk.loop.advance(std::chrono::milliseconds(4000));
+    leaveRed(v);
     v.frame();
     v.time += Milliseconds(600);
     CHECK(middleOf(v.frame()) == QColor(Qt::red).rgb());
@@ -383,6 +386,96 @@ TEST_CASE("a photo that is not there yet is waited for before it is blended to, 
     v.frame();
     v.time += Milliseconds(1500);
     CHECK(middleOf(v.frame()) == QColor(Qt::black).rgb());
+}
+
+TEST_CASE("an animation plays in the viewer, frame by frame, zoomed and moved like a photo")
+{
+    ViewerDesk v;
+    v.putAnimation(0, 60);
+    v.open(0);
+    auto const grey = [&] { return qRed(middleOf(v.frame())); };
+    CHECK(grey() == 0);
+    for (int number = 1; number <= 5; ++number) {
+        v.desk.loop.advance(std::chrono::milliseconds(100));
+        v.desk.settle();
+        CHECK(grey() == number);
+    }
+    v.image().doubleClick();
+    v.rest();
+    CHECK(v.image().scale() == ViewerImage::doubleClickScale);
+    CHECK(v.source.asked(Kind::full) == 0);
+    CHECK(grey() > 5);
+    CHECK(v.played.alive == 1);
+    v.desk.model().closeViewer();
+    v.desk.settle();
+    CHECK(v.played.alive == 0);
+}
+
+TEST_CASE("a photo that turns out to move stays on the screen until its first frame is there")
+{
+    ViewerDesk v;
+    v.putAnimation(0, 60, 1);
+    v.source.metas.clear();
+    v.source.pictures[v.url(0)] = plainPicture(90, 50, Qt::red);
+    v.open(0);
+    CHECK(middleOf(v.frame()) == QColor(Qt::red).rgb());
+    v.source.answerMeta(ImageMeta { PixelSize { 90, 50 }, true });
+    v.desk.settle();
+    REQUIRE(v.image().isAnimated());
+    CHECK(middleOf(v.frame()) == QColor(Qt::red).rgb());
+    v.desk.loop.advance(AnimatedImageView::retryTime);
+    v.desk.settle();
+    v.desk.loop.advance(std::chrono::milliseconds(100));
+    v.desk.settle();
+    CHECK(middleOf(v.frame()) == QColor(1, 1, 1).rgb());
+}
+
+TEST_CASE("a slideshow blends to an animation's first frame, not to black")
+{
+    ViewerDesk v;
+    v.putAnimation(1, 1, 1);
+    leaveRed(v);
+    v.desk.settle();
+    v.frame();
+    v.time += Milliseconds(350);
+    CHECK(middleOf(v.frame()) == QColor(Qt::red).rgb());
+    v.desk.loop.advance(AnimatedImageView::retryTime);
+    v.desk.settle();
+    REQUIRE(v.played.decoded == 1);
+    v.frame();
+    v.time += Milliseconds(350);
+    CHECK(std::abs(qRed(middleOf(v.frame())) - 127) <= 2);
+    v.time += Milliseconds(350);
+    CHECK(middleOf(v.frame()) == QColor(Qt::black).rgb()); // which is what that frame holds
+}
+
+TEST_CASE("a blend in a window that nobody sees comes to its end")
+{
+    ViewerDesk v;
+    v.source.pictures[v.url(1)] = plainPicture(90, 50, Qt::blue);
+    auto& picture = v.widget.picture();
+    auto const isTicking = [&] {
+        return !QAbstractEventDispatcher::instance()->registeredTimers(&picture).isEmpty();
+    };
+    auto const tick = [&] {
+        QTimerEvent event(0);
+        QApplication::sendEvent(&picture, &event);
+    };
+    leaveRed(v);
+    REQUIRE(isTicking());
+    SUBCASE("because it is hidden")
+    {
+        v.window.hide();
+        CHECK_FALSE(isTicking());
+    }
+    SUBCASE("by time, though nothing is painted")
+    {
+        tick();
+        CHECK(isTicking());
+        v.time += Milliseconds(2000);
+        tick();
+        CHECK_FALSE(isTicking());
+    }
 }
 
 TEST_CASE("a slideshow shows the photo alone, and paused it says how to go on")

@@ -2,6 +2,7 @@
 #include "qt/Heard.h"
 #include "qt/sidebar/SidebarWidget.h"
 #include "qt/window/Gallery.h"
+#include "qt/window/StatusBarWidget.h"
 #include "support/FakeSharing.h"
 #include <QDropEvent>
 #include <QLabel>
@@ -123,6 +124,18 @@ TEST_CASE("the title names the folder and counts its photos")
     w.desk.open("/Urlaub", { "a.jpg" });
     CHECK(w.window.windowTitle() == QStringLiteral("Urlaub – 1 Fotos"));
     CHECK(w.shownTexts() == QStringList { QStringLiteral("1 Fotos") });
+}
+
+TEST_CASE("a name of two lines in a message does not make the status bar higher")
+{
+    Desk desk;
+    StatusBarWidget bar(desk.model());
+    desk.model().showStatus("Kontaktabzug gespeichert: a.pdf");
+    bar.modelChanged();
+    auto const height = bar.sizeHint().height();
+    desk.model().showStatus("Kontaktabzug gespeichert: a\nb\nc.pdf");
+    bar.modelChanged();
+    CHECK(bar.sizeHint().height() == height);
 }
 
 TEST_CASE("the status bar shows count, marks and message")
