@@ -22,7 +22,7 @@ std::string ContactSheetDialog::countText() const
 
 std::string ContactSheetDialog::columnsText() const
 {
-    return "Spalten: " + std::to_string(options_.columns);
+    return std::string(columnsName) + ": " + std::to_string(options_.columns);
 }
 
 void ContactSheetDialog::setColumns(int columns)

@@ -19,6 +19,7 @@ public:
     static constexpr double padding = 20; ///< on every side
     static constexpr std::string_view heading = "Kontaktabzug erstellen";
     static constexpr std::string_view titleLabel = "Titel";
+    static constexpr std::string_view columnsName = "Spalten"; ///< for who hears the control
     static constexpr std::string_view paperLabel = "Papier";
     static constexpr std::string_view landscapeTitle = "Querformat";
     static constexpr std::string_view namesTitle = "Dateinamen anzeigen";

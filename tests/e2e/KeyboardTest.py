@@ -80,11 +80,11 @@ class KeyboardTest(Programs):
     def test_help_opens_and_closes(self):
         session = self.start("help")
         session.keys("F1")
-        help_window = session.wait_for_focus(None, "Pixelhain-Hilfe")
+        help_window = session.wait_for_focus("frame", "Pixelhain-Hilfe")
         topics = help_window.wait_for("list", "Themen")
         self.assertGreater(topics.child_count, 5)
         session.keys("Escape")
-        self.assertEqual(session.wait_for_focus("frame"), session.frame)
+        self.assertEqual(session.wait_for_focus("frame", other_than=help_window), session.frame)
         self.assertEqual(session.end(), 0)
 
     def test_a_contact_sheet_is_made(self):
@@ -95,7 +95,7 @@ class KeyboardTest(Programs):
         dialog = session.wait_for_focus("dialog", "Kontaktabzug erstellen")
         self.assertEqual([thing for thing in dialog.below() if self.is_nameless(thing)], [])
         dialog.find("push button", "Erstellen …").perform("Press")
-        session.wait_for_focus(None, other_than=dialog).wait_for("text", states=("focused",))
+        session.wait_for_focus("dialog", other_than=dialog).wait_for("text", states=("focused",))
         session.keys("Return")
         session.find("notification", f"Kontaktabzug gespeichert: {sheet.name}")
         said = subprocess.run(["pdfinfo", sheet], check=True, text=True, stdout=subprocess.PIPE).stdout
@@ -103,7 +103,7 @@ class KeyboardTest(Programs):
         self.assertEqual(session.end(), 0)
 
     def is_nameless(self, thing):
-        roles = "push button", "check box", "spin button", "combo box", "text"
+        roles = "push button", "check box", "spin box", "combo box", "text"
         return thing.is_("focusable", "showing") and thing.role in roles and not thing.name
 
     def test_menus_open_on_the_keyboard(self):
@@ -114,6 +114,21 @@ class KeyboardTest(Programs):
         session.find("menu item", "Seitenleiste ausblenden")
         session.keys("Escape", "Escape")
         until(lambda: self.gallery.is_("focused"))
+        self.assertEqual(session.end(), 0)
+
+    def test_the_menu_of_a_photo_opens_where_the_keyboard_is(self):
+        session = self.start("photo menu")
+        session.bus.listen("object:state-changed:focused")
+        session.keys("Right")
+        self.wait_for_photo(0, "focused")
+        session.bus.forget()
+        session.keys("Menu", "Down")
+        until(lambda: ("menu item", "Öffnen") in [
+            (thing.role, thing.name) for _, detail, number, thing in session.bus.hear()
+            if (detail, number) == ("focused", 1)], "the menu opens")
+        session.keys("Escape")
+        session.keys("Right")
+        self.wait_for_photo(1, "focused")
         self.assertEqual(session.end(), 0)
 
     def test_the_smallest_window_shows_everything_whole(self):

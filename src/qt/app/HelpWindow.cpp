@@ -2,6 +2,7 @@
 #include "qt/app/HelpTopicList.h"
 #include "qt/app/HelpTopicWidget.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/window/Accessibility.h"
 #include "qt/window/SymbolIcon.h"
 #include "qt/window/Tones.h"
 #include <QAccessible>
@@ -58,6 +59,7 @@ HelpWindow::HelpWindow(TextOrder const& order)
         static_cast<int>(HelpView::defaultWidth), static_cast<int>(HelpView::defaultHeight));
     resize(ideal.boundedTo(screen()->availableSize()));
 
+    setAccessibleRole(*this, QAccessible::Window);
     columns_->setChildrenCollapsible(false);
     columns_->setHandleWidth(1);
     columns_->addWidget(leftColumn());

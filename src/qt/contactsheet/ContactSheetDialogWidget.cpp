@@ -70,6 +70,7 @@ void ContactSheetDialogWidget::addOptions(QFormLayout& form)
     columns->setRange(ContactSheetOptions::leastColumns, ContactSheetOptions::mostColumns);
     columns->setPrefix(shownText(dialog_.columnsText()).chopped(number.size()));
     columns->setValue(options.columns);
+    columns->setAccessibleName(shownText(ContactSheetDialog::columnsName));
     connect(
         columns, &QSpinBox::valueChanged, this, [this](int value) { dialog_.setColumns(value); });
     form.addRow(QString(), columns);

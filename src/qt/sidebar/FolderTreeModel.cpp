@@ -94,6 +94,11 @@ QVariant FolderTreeModel::data(QModelIndex const& index, int role) const
     }
 }
 
+QVariant FolderTreeModel::headerData(int, Qt::Orientation, int role) const
+{
+    return role == Qt::DisplayRole ? QVariant(shownText(SidebarView::header)) : QVariant();
+}
+
 void FolderTreeModel::treeWillChange()
 {
     emit treeWillBeReplaced();

@@ -23,6 +23,9 @@ public:
     int columnCount(QModelIndex const& parent = {}) const override;
     bool hasChildren(QModelIndex const& parent = {}) const override;
     QVariant data(QModelIndex const& index, int role = Qt::DisplayRole) const override;
+    /// Nobody sees a header; screen readers read it.
+    QVariant headerData(
+        int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 signals:
     void treeWillBeReplaced();

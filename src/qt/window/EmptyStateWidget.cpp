@@ -1,5 +1,6 @@
 #include "qt/window/EmptyStateWidget.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/window/Accessibility.h"
 #include "qt/window/Symbols.h"
 #include "qt/window/Tones.h"
 #include <QEvent>
@@ -27,6 +28,7 @@ EmptyStateWidget::EmptyStateWidget(std::function<void()> chooseFolder, QWidget* 
     , hint_(new QLabel(this))
 {
     auto* column = new QVBoxLayout(this);
+    setAccessibleRole(*this, QAccessible::Grouping);
     column->addStretch(1);
     column->addWidget(symbol_, 0, Qt::AlignHCenter);
     column->addWidget(text_, 0, Qt::AlignHCenter);
@@ -59,6 +61,8 @@ void EmptyStateWidget::show(EmptyStateView const& view)
     button_->setText(view.button ? shownText(*view.button) : QString());
     hint_->setVisible(view.hint.has_value());
     hint_->setText(view.hint ? shownText(*view.hint) : QString());
+    auto const spoken = text_->text() + (hint_->text().isEmpty() ? "" : "\n") + hint_->text();
+    setSpokenText(*this, spoken);
     layout()->setSpacing(static_cast<int>(view.spacing));
     useTones();
     update();

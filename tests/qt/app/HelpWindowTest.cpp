@@ -268,6 +268,7 @@ TEST_CASE("screen readers find a named field, a named list of topics and the top
     Help help;
     auto const about
         = [](QWidget* widget) { return QAccessible::queryAccessibleInterface(widget); };
+    CHECK(about(&help.window)->role() == QAccessible::Window);
     CHECK(about(&help.window.field())->role() == QAccessible::EditableText);
     CHECK(about(&help.window.field())->text(QAccessible::Name)
         == QStringLiteral("Hilfe durchsuchen"));

@@ -87,6 +87,7 @@ TEST_CASE("the dialog shows what a sheet can be made of, in exact words and size
     CHECK(dialog.findChild<QLineEdit*>()->text() == QStringLiteral("Urlaub"));
     auto const* const columns = dialog.findChild<QSpinBox*>();
     CHECK(columns->text() == QStringLiteral("Spalten: 5"));
+    CHECK(columns->accessibleName() == QStringLiteral("Spalten"));
     CHECK(columns->minimum() == 2);
     CHECK(columns->maximum() == 10);
     auto const* const paper = dialog.findChild<QComboBox*>();

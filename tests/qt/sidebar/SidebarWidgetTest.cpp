@@ -466,6 +466,7 @@ TEST_CASE("screen readers find a tree with names, counts, levels and states")
     CHECK_FALSE(row->state().expanded);
     CHECK(table->cellAt(0, 0)->state().expanded);
     CHECK(table->cellAt(0, 0)->state().selected);
+    CHECK(table->columnDescription(0) == QStringLiteral("Ordner"));
 }
 
 TEST_CASE("a folder let go over the tree is opened")

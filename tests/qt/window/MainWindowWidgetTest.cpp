@@ -6,6 +6,8 @@
 #include "support/FakeSharing.h"
 #include <QDropEvent>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTest>
@@ -275,4 +277,21 @@ TEST_CASE("a message of the status bar is read out, also the same one once more"
     w.desk.model().copyToClipboard();
     w.desk.settle();
     CHECK(spoken() == QStringList { message, message });
+}
+
+TEST_CASE("an empty gallery says why it is empty to who comes to it")
+{
+    WindowDesk w;
+    auto const spoken = [&] {
+        auto* const focused = QApplication::focusWidget();
+        return focused ? focused->accessibleName() : QString();
+    };
+    w.window.activateWindow();
+    REQUIRE(eventually([&] { return !spoken().isEmpty(); }));
+    CHECK(spoken() == QStringLiteral("Ordner wählen oder hierher ziehen"));
+    w.desk.open("/leer", {});
+    w.desk.settle();
+    CHECK(spoken()
+        == QStringLiteral("Keine Fotos in diesem Ordner\n"
+                          "Unterordner findest du links in der Seitenleiste."));
 }
