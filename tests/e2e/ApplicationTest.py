@@ -161,6 +161,55 @@ class ApplicationTest(unittest.TestCase):
         first.keys("ctrl+w")
         self.assertEqual(first.program.wait(PATIENCE), 0)
 
+    def geometry(self, session):
+        """The size and the place of its main window."""
+        session.take_focus()
+        words = session._xdotool("getwindowgeometry", "--shell", session.window).split()
+        values = dict(word.split("=") for word in words)
+        return [int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")]
+
+    def arrange(self, session, x, y, width, height):
+        session.take_focus()
+        session._xdotool("windowsize", "--sync", session.window, width, height)
+        session._xdotool("windowmove", "--sync", session.window, x, y)
+
+    def test_the_window_comes_back_where_it_was(self):
+        first = self.running(self.folder("eins"))
+        self.assertEqual(self.geometry(first)[2:], [1200, 800])
+        self.arrange(first, 130, 90, 900, 640)
+        self.assertEqual(first.end(), 0)
+        self.assertEqual(self.geometry(self.running()), [130, 90, 900, 640])
+
+    def test_a_window_off_all_screens_comes_back_into_view(self):
+        first = self.running(self.folder("eins"))
+        self.arrange(first, 5000, 90, 900, 640)
+        self.assertEqual(first.end(), 0)
+        x, y, width, height = self.geometry(self.running())
+        self.assertEqual([width, height], [900, 640])
+        self.assertTrue(0 <= x <= 1920 - width and 0 <= y <= 1080 - height, (x, y))
+
+    def test_the_first_window_is_no_larger_than_the_screen(self):
+        first = self.running(self.folder("eins"), QT_SCALE_FACTOR="2")
+        self.assertEqual(self.geometry(first)[2:], [1920, 1080])
+
+    def test_a_user_who_may_have_no_threads_is_told_so(self):
+        if os.geteuid() != 0 or not shutil.which("setpriv"):
+            self.skipTest("needs root, who may become another user")
+        self.place.chmod(0o755)
+        folder = self.folder("eins")
+        for limit in (2, 6, 10):
+            with self.subTest(limit=limit):
+                home = self.folder(f"home {limit}")
+                shutil.chown(home, 65534, 65534)
+                ended = subprocess.run(
+                    ["prlimit", f"--nproc={limit}", "setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
+                     BUILD / "pixelhain", folder],
+                    env={**os.environ, "HOME": str(home), "XDG_RUNTIME_DIR": str(home), "QT_QPA_PLATFORM": "offscreen",
+                         "XDG_CONFIG_HOME": str(home), "DBUS_SESSION_BUS_ADDRESS": ""},
+                    text=True, stderr=subprocess.PIPE, timeout=PATIENCE)
+                self.assertEqual(ended.returncode, 1, ended.stderr)
+                self.assertIn("pixelhain: Das System lässt keine weiteren Threads zu.\n", ended.stderr)
+
     def test_callers_who_send_nonsense_are_told_and_nothing_happens(self):
         first = self.running(self.folder("eins"))
         for method, *arguments in (

@@ -71,12 +71,13 @@ Application::Application(Services& services)
     , menu_({ model_, services.workspace, services.sharing, services.clipboard })
     , window_({ model_, thumbnails_, services.background, services.loop, &menu_ },
           sidebarPorts(services))
+    , keeper_(window_, preferences_, services.loop)
     , pictures_(loader_, services.background, services.loop)
     , share_(model_, services.sharing, services.clipboard)
     , sheets_(sheetServices(services, model_, loader_))
     , sheetPresenter_(model_, sheets_, window_)
     // The same way out as by the window's own button: files are finished, settings are written.
-    , endings_([] { QApplication::closeAllWindows(); })
+    , endings_([this] { end(); })
     , screens_([this] { delegate_.applicationDidChangeScreenParameters(); })
     , delegate_(model_, services.loop, screens_,
           [this](std::span<Screen const> all) { loader_.updateDisplayPixelSize(all); })
@@ -86,6 +87,7 @@ Application::Application(Services& services)
     watchMilestones();
     services_.panels.setParent(&window_);
     window_.activated = [this] { delegate_.applicationDidBecomeActive(); };
+    window_.closed = [this] { mainWindowClosed(); };
     window_.openHelp = [this] { openHelp(); };
     window_.openAbout = [this] { AboutDialog::open(window_, services_.missingHolds->text()); };
 }
@@ -130,6 +132,22 @@ void Application::start(CommandLine const& line)
     if (line.screenshot)
         screenshot_ = std::make_unique<Screenshot>(
             QFile::decodeName(line.screenshot->c_str()), model_, window_, !line.files.empty());
+}
+
+void Application::end()
+{
+    isEnding_ = true;
+    QApplication::closeAllWindows();
+}
+
+// The program may live on with the help window, and the main window may come back.
+void Application::mainWindowClosed()
+{
+    model_.stopSlideshow();
+    // A window that refused, while a file was under way, had kept the others open.
+    if (isEnding_)
+        QMetaObject::invokeMethod(
+            qApp, [] { QApplication::closeAllWindows(); }, Qt::QueuedConnection);
 }
 
 void Application::answer(ApplicationService& service)

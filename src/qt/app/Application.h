@@ -10,6 +10,7 @@
 #include "qt/app/Screenshot.h"
 #include "qt/app/TerminationSignals.h"
 #include "qt/app/Trace.h"
+#include "qt/app/WindowKeeper.h"
 #include "qt/contactsheet/ContactSheetDialogWidget.h"
 #include "qt/ports/QtPreferences.h"
 #include "qt/ports/QtScreens.h"
@@ -42,6 +43,8 @@ private:
     void watchMilestones();
     void openHelp();
     void take(OpenRequest const& request);
+    void end();
+    void mainWindowClosed();
 
     Services& services_;
     Trace const trace_;
@@ -52,6 +55,7 @@ private:
     LoaderThumbnails thumbnails_;
     ThumbnailMenu menu_;
     MainWindowWidget window_;
+    WindowKeeper keeper_;
     LoaderPictures pictures_;
     ShareMenu share_;
     ContactSheetExport sheets_;
@@ -63,6 +67,7 @@ private:
     Milestones milestones_;
     Task looking_;
     std::unique_ptr<Screenshot> screenshot_;
+    bool isEnding_ = false;
 };
 
 } // namespace pixelhain

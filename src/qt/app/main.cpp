@@ -2,6 +2,7 @@
 #include "qt/app/ApplicationService.h"
 #include "qt/app/CommandLine.h"
 #include "qt/app/DesktopColors.h"
+#include "qt/app/OutOfResources.h"
 #include "qt/app/Services.h"
 #include "qt/app/SingleInstance.h"
 #include "qt/app/TerminationSignals.h"
@@ -71,6 +72,7 @@ int run(CommandLine const& line, OpenRequest request, SingleInstance const* inst
 
 int main(int argc, char** argv)
 {
+    sayWhyWhenOutOfResources();
     TerminationSignals::hold();
     QCoreApplication::setApplicationName(QStringLiteral("pixelhain"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PIXELHAIN_VERSION));

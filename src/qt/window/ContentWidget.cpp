@@ -100,8 +100,12 @@ ContentWidget::ContentWidget(
     columns_->addWidget(sidebar_);
     columns_->addWidget(detailColumn);
     columns_->setStretchFactor(1, 1);
-    constexpr int ideal = static_cast<int>(ContentView::sidebarIdealWidth);
-    columns_->setSizes({ ideal, static_cast<int>(ContentView::defaultWidth) - ideal });
+    setSidebarWidth(sidebarWidth_);
+    connect(columns_, &QSplitter::splitterMoved, this, [this](int at) {
+        sidebarWidth_ = at;
+        if (sidebarResized)
+            sidebarResized();
+    });
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(columns_);
@@ -118,6 +122,17 @@ void ContentWidget::focusDetail()
         viewer_->setFocus();
     else
         detail_->currentWidget()->setFocus();
+}
+
+int ContentWidget::sidebarWidth() const
+{
+    return sidebarWidth_;
+}
+
+void ContentWidget::setSidebarWidth(int width)
+{
+    sidebarWidth_ = width;
+    columns_->setSizes({ width, static_cast<int>(ContentView::defaultWidth) - width });
 }
 
 bool ContentWidget::showsSidebar() const

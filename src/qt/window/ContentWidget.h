@@ -3,6 +3,7 @@
 #include "qt/window/GridWidget.h"
 #include "window/ContentView.h"
 #include <QWidget>
+#include <functional>
 
 class QMimeData;
 class QSplitter;
@@ -40,6 +41,12 @@ public:
     bool showsSidebar() const;
     void toggleSidebar();
 
+    /// How wide the folders' column is, or will be when it shows again.
+    int sidebarWidth() const;
+    void setSidebarWidth(int width);
+    /// Called when the user made the column wider or narrower.
+    std::function<void()> sidebarResized;
+
     /// To be called after every change of the model.
     void modelChanged();
 
@@ -56,6 +63,7 @@ private:
     ContentView view_;
     QSplitter* columns_;
     SidebarWidget* sidebar_;
+    int sidebarWidth_ = static_cast<int>(ContentView::sidebarIdealWidth);
     QStackedWidget* detail_;
     EmptyStateWidget* empty_;
     GridWidget* grid_;

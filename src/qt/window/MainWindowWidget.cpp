@@ -112,8 +112,11 @@ void MainWindowWidget::hidePointerUntilMoved()
 // end.
 void MainWindowWidget::closeEvent(QCloseEvent* event)
 {
-    if (!model_.isBusyWithFiles())
+    if (!model_.isBusyWithFiles()) {
+        if (closed)
+            closed();
         return;
+    }
     event->ignore();
     if (std::exchange(isClosing_, true))
         return;

@@ -27,6 +27,8 @@ public:
     /// Called once, when the window stands on the screen with its first frame.
     std::function<void()> shown;
     std::function<void()> activated;
+    /// Called whenever the window has been closed; a file under way may delay that.
+    std::function<void()> closed;
 
     /// Opens the help window or brings it to the front.
     std::function<void()> openHelp;
