@@ -1,7 +1,11 @@
-// A window that tells what is dropped on it: another program, for the tests of dragging.
+// Another program, for the tests of dragging: a window that tells what is dropped on it, and lets
+// the files that it was given be dragged away.
 #include <QApplication>
+#include <QDrag>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QTimer>
+#include <QUrl>
 #include <QWidget>
 #include <cstdio>
 
@@ -9,14 +13,35 @@ namespace {
 
 class DropTarget final : public QWidget {
 public:
-    DropTarget()
+    explicit DropTarget(QStringList const& files)
     {
+        for (auto const& file : files)
+            urls_ += QUrl::fromLocalFile(file);
         setAcceptDrops(true);
         setWindowTitle(QStringLiteral("drop target"));
         setGeometry(1300, 100, 400, 400);
     }
 
 protected:
+    void showEvent(QShowEvent*) override
+    {
+        QTimer::singleShot(0, this, [] {
+            std::puts("shown");
+            std::fflush(stdout);
+        });
+    }
+
+    void mousePressEvent(QMouseEvent*) override
+    {
+        if (urls_.isEmpty())
+            return;
+        auto* const files = new QMimeData;
+        files->setUrls(urls_);
+        auto* const drag = new QDrag(this);
+        drag->setMimeData(files);
+        drag->exec(Qt::CopyAction | Qt::MoveAction);
+    }
+
     void dragEnterEvent(QDragEnterEvent* event) override
     {
         // As a file manager on the same drive would.
@@ -37,6 +62,9 @@ protected:
         std::fflush(stdout);
         event->acceptProposedAction();
     }
+
+private:
+    QList<QUrl> urls_;
 };
 
 } // namespace
@@ -44,7 +72,7 @@ protected:
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    DropTarget target;
+    DropTarget target(QApplication::arguments().mid(1));
     target.show();
     return QApplication::exec();
 }

@@ -20,13 +20,18 @@ class DragTest(Programs):
     def uris(self, *names):
         return ["file://" + urllib.parse.quote(str(self.samples / name), safe="/!$&'()*+,=:@~") for name in names]
 
-    def test_marked_photos_are_dragged_into_another_program_as_copies(self):
-        target = subprocess.Popen(
-            [BUILD / "drop-target"], env={**os.environ, "QT_QPA_PLATFORM": "xcb", "HOME": str(self.place)},
+    def start_other_program(self, *files):
+        other = subprocess.Popen(
+            [BUILD / "drop-target", *files], env={**os.environ, "QT_QPA_PLATFORM": "xcb", "HOME": str(self.place)},
             text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        self.addCleanup(target.stdout.close)
-        self.addCleanup(target.wait)
-        self.addCleanup(target.kill)
+        self.addCleanup(other.stdout.close)
+        self.addCleanup(other.wait)
+        self.addCleanup(other.kill)
+        self.assertEqual(other.stdout.readline(), "shown\n")
+        return other
+
+    def test_marked_photos_are_dragged_into_another_program_as_copies(self):
+        target = self.start_other_program()
         session = self.start("drag")
         session.click(*SECOND, held="ctrl")
         session.keys("Right", "x")
@@ -38,6 +43,20 @@ class DragTest(Programs):
         self.assertEqual(
             urllib.parse.unquote(dropped["text/uri-list"]), "".join(uri + "\r\n" for uri in wanted))
         self.assertEqual(dropped["offers to move"], "no")
+        self.assertEqual(session.end(), 0)
+
+    def test_a_photo_dragged_from_another_program_is_shown_in_its_folder(self):
+        empty = self.place / "nothing here"
+        empty.mkdir()
+        self.start_other_program(self.samples / GALLERY[4], self.samples / GALLERY[7])
+        session = Session(self.place / "dropped", empty)
+        self.addCleanup(session.abandon)
+        session.wait_for("idle")
+        session.take_focus()
+        session.drag((1450, 300), (1350, 320), (700, 400), (710, 410))
+        session.wait_for(f"scan-accepted {len(GALLERY)}")
+        session.wait_for("photo-shown 5")
+        self.assertTrue((self.samples / GALLERY[4]).exists())
         self.assertEqual(session.end(), 0)
 
     def test_photos_that_fall_back_onto_their_own_window_open_nothing(self):
