@@ -258,10 +258,13 @@ void ViewerWidget::fade(double from, double to)
     connect(fading_, &QVariantAnimation::finished, this, [this] {
         setGraphicsEffect(nullptr);
         picture_->setAttribute(Qt::WA_OpaquePaintEvent);
-        if (!isOpen_) {
-            hide();
-            picture_->photoChanged({});
+        if (isOpen_) {
+            if (opened)
+                opened();
+            return;
         }
+        hide();
+        picture_->photoChanged({});
     });
     fading_->start(QAbstractAnimation::DeleteWhenStopped);
 }

@@ -53,6 +53,9 @@ public:
     /// Whether all there is to see of the photo is on the screen.
     bool isComplete() const;
 
+    /// Called when nothing of what is beneath the viewer is to be seen any more.
+    std::function<void()> opened;
+
     /// Called when the viewer is about to go: what was beneath it gets the keyboard.
     std::function<void()> closing;
 

@@ -5,6 +5,7 @@
 #include "qt/window/EmptyStateWidget.h"
 #include "qt/window/StatusBarWidget.h"
 #include "qt/window/Tones.h"
+#include "qt/window/ToolbarWidget.h"
 #include <QDropEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -80,6 +81,8 @@ ContentWidget::ContentWidget(
     : QWidget(parent)
     , model_(services.model)
     , view_(services.model, services.loop)
+    , toolbar_(new ToolbarWidget(
+          services.model, services.menu ? &services.menu->share() : nullptr, this))
     , columns_(new Columns(this))
     , sidebar_(new SidebarWidget(services.model, sidebar))
     , detail_(new QStackedWidget)
@@ -108,7 +111,10 @@ ContentWidget::ContentWidget(
     });
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(columns_);
+    whole->setSpacing(0);
+    whole->addWidget(toolbar_);
+    whole->addWidget(columns_, 1);
+    toolbar_->leave = [this] { focusDetail(); };
     empty_->setFocusPolicy(Qt::ClickFocus);
     modelChanged();
     // Keys go to the gallery until the user turns to something else.
@@ -167,16 +173,21 @@ void ContentWidget::modelChanged()
         detail_->setCurrentWidget(grid_);
         break;
     }
+    toolbar_->modelChanged();
     sidebar_->modelChanged();
     grid_->modelChanged();
     statusBar_->modelChanged();
     if (viewer_)
         viewer_->modelChanged();
+    // While the viewer fades in, the bar is still to be seen beneath it.
+    if (view_.showsToolbar() || !viewer_)
+        toolbar_->setVisible(view_.showsToolbar());
 }
 
 void ContentWidget::addViewer(ViewerWidget::Services const& services)
 {
     viewer_ = new ViewerWidget(services, this);
+    viewer_->opened = [this] { toolbar_->hide(); };
     viewer_->closing = [this] { detail_->currentWidget()->setFocus(); };
     viewer_->setPlace(rect());
 }
@@ -184,6 +195,7 @@ void ContentWidget::addViewer(ViewerWidget::Services const& services)
 void ContentWidget::setDropTargeted(bool targeted)
 {
     view_.dropTargeted = targeted;
+    dropHighlight_->setGeometry(columns_->geometry());
     dropHighlight_->setVisible(targeted);
     if (targeted)
         dropHighlight_->raise();
@@ -218,7 +230,7 @@ void ContentWidget::dropEvent(QDropEvent* event)
 
 void ContentWidget::resizeEvent(QResizeEvent*)
 {
-    dropHighlight_->setGeometry(rect());
+    dropHighlight_->setGeometry(columns_->geometry());
     if (viewer_)
         viewer_->setPlace(rect());
 }

@@ -14,9 +14,10 @@ namespace pixelhain {
 class EmptyStateWidget;
 class SidebarWidget;
 class StatusBarWidget;
+class ToolbarWidget;
 struct SidebarPorts;
 
-/// The content of the main window: a column for the folders, and beside it
+/// The content of the main window: the toolbar; below it a column for the folders, and beside that
 /// the gallery or an empty state above the status bar; the viewer over all of it while a photo is
 /// open. Takes files that are dropped on it.
 class ContentWidget final : public QWidget {
@@ -29,6 +30,7 @@ public:
     GridWidget const& grid() const { return *grid_; }
     SidebarWidget& sidebar() { return *sidebar_; }
     SidebarWidget const& sidebar() const { return *sidebar_; }
+    ToolbarWidget& toolbar() { return *toolbar_; }
 
     /// Has photos shown large by a viewer from now on; without one they are not.
     void addViewer(ViewerWidget::Services const& services);
@@ -61,6 +63,7 @@ private:
 
     BrowserModel& model_;
     ContentView view_;
+    ToolbarWidget* toolbar_;
     QSplitter* columns_;
     SidebarWidget* sidebar_;
     int sidebarWidth_ = static_cast<int>(ContentView::sidebarIdealWidth);

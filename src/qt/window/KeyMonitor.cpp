@@ -4,9 +4,12 @@
 #include "qt/window/MainWindowWidget.h"
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSlider>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -23,13 +26,18 @@ KeyFocus focusIn(MainWindowWidget const& window)
     return KeyFocus::gallery;
 }
 
-// A button that somebody went to with Tab is pressed by the space key, also in the viewer, where
-// that key means something else.
-bool pressesButton(MainWindowWidget const& window, QWidget const& receiver, QKeyEvent const& event)
+// What a control needs to be worked without a mouse is not the gallery's: a button that somebody
+// went to with Tab is pressed by the space key, a slider is moved by the arrows.
+bool belongsToControl(QWidget const& receiver, QKeyEvent const& event)
 {
-    auto const* const viewer = window.content().viewer();
-    return event.key() == Qt::Key_Space && event.modifiers() == Qt::NoModifier && viewer
-        && viewer->isAncestorOf(&receiver) && qobject_cast<QAbstractButton const*>(&receiver);
+    if (event.modifiers() & ~Qt::KeypadModifier)
+        return false;
+    if (qobject_cast<QAbstractButton const*>(&receiver))
+        return event.key() == Qt::Key_Space;
+    constexpr std::array sliderKeys { Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down,
+        Qt::Key_Home, Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown };
+    return qobject_cast<QAbstractSlider const*>(&receiver)
+        && std::ranges::find(sliderKeys, event.key()) != sliderKeys.end();
 }
 
 class KeyMonitor final : public QObject {
@@ -53,7 +61,7 @@ protected:
             || (window->focusWidget() && window->focusWidget() != &receiver))
             return false;
         auto const& typed = *static_cast<QKeyEvent*>(event);
-        if (pressesButton(*window, receiver, typed))
+        if (belongsToControl(receiver, typed))
             return false;
         auto key = mappedKey(typed);
         key.window = window;

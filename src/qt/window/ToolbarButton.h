@@ -1,0 +1,32 @@
+#pragma once
+#include "window/MenuEntry.h"
+#include <QToolButton>
+#include <functional>
+#include <string_view>
+
+namespace pixelhain {
+
+/// A button of the toolbar: a symbol, a label beside it where there is room, and a small arrow if a
+/// menu opens.
+class ToolbarButton final : public QToolButton {
+public:
+    ToolbarButton(std::string_view symbol, std::string_view title, QWidget* parent);
+
+    /// Has a click open a menu, which is filled each time.
+    void setEntries(std::function<std::vector<MenuEntry>()> entries);
+
+    void setShowsLabel(bool shows);
+    int wantedWidth(bool withLabel) const;
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void paintGround(QPainter& painter) const;
+
+    std::string_view symbol_;
+    bool showsLabel_ = false;
+};
+
+} // namespace pixelhain
