@@ -172,6 +172,9 @@ class ApplicationTest(unittest.TestCase):
         session.take_focus()
         session._xdotool("windowsize", "--sync", session.window, width, height)
         session._xdotool("windowmove", "--sync", session.window, x, y)
+        # A key comes after the news of the new place, so that the program knows it by then.
+        session.keys("F5")
+        session.wait_for("scan-accepted 0")
 
     def test_the_window_comes_back_where_it_was(self):
         first = self.running(self.folder("eins"))

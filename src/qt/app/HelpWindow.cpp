@@ -85,7 +85,10 @@ QWidget* HelpWindow::leftColumn()
     column->setMaximumWidth(columnMaximum);
     field_->setPlaceholderText(shownText(HelpView::searchPrompt));
     field_->setAccessibleName(shownText(HelpView::searchPrompt));
-    field_->addAction(symbolIcon("magnifyingglass"), QLineEdit::LeadingPosition);
+    auto* const look
+        = new QAction(symbolIcon("magnifyingglass"), shownText(HelpView::searchPrompt), field_);
+    connect(look, &QAction::triggered, field_, [this] { field_->setFocus(); });
+    field_->addAction(look, QLineEdit::LeadingPosition);
     field_->addAction(clear_, QLineEdit::TrailingPosition);
     clear_->setVisible(false);
     connect(clear_, &QAction::triggered, this, [this] {

@@ -39,7 +39,10 @@ SearchField::SearchField(QWidget* parent)
 {
     setPlaceholderText(shownText(MainToolbar::searchPrompt));
     setAccessibleName(shownText(MainToolbar::searchPrompt));
-    addAction(new QAction(symbolIcon(MainToolbar::searchSymbol), {}, this), LeadingPosition);
+    auto* const look = new QAction(
+        symbolIcon(MainToolbar::searchSymbol), shownText(MainToolbar::searchPrompt), this);
+    connect(look, &QAction::triggered, this, [this] { setFocus(); });
+    addAction(look, LeadingPosition);
     clear_->setIcon(symbolIcon(MainToolbar::clearSymbol));
     clear_->setToolTip(clear_->text());
     addAction(clear_, TrailingPosition);
