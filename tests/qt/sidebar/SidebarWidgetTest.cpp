@@ -34,6 +34,7 @@ struct Window {
         desk.folder("/r/b/innen", { "4.jpg" });
         desk.folder("/r/c");
         window.show();
+        REQUIRE(QTest::qWaitForWindowExposed(&window)); // only rows that are drawn are listed
         desk.model().open(FileUrl("/r"));
         draw();
     }
