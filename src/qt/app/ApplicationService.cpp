@@ -20,7 +20,7 @@ void ApplicationService::ask(OpenRequest const& request)
 {
     if (asked_)
         asked_(request);
-    else
+    else if (request.file || !waiting_) // what is to be opened is not forgotten for a mere call
         waiting_ = std::make_unique<OpenRequest const>(request);
 }
 

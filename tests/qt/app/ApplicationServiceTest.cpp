@@ -85,6 +85,16 @@ TEST_CASE("a request that comes before the window is there is done when it is, t
     CHECK(files == std::vector { FileUrl("/b") });
 }
 
+TEST_CASE("coming to the front does not make a file forgotten that waits to be opened")
+{
+    ApplicationService service;
+    service.Open({ QStringLiteral("file:///a") }, {});
+    service.Activate({});
+    std::vector<std::optional<FileUrl>> files;
+    service.serve([&](OpenRequest const& request) { files.push_back(request.file); });
+    CHECK(files == std::vector { std::optional(FileUrl("/a")) });
+}
+
 TEST_CASE("tokens that are no tokens are left out")
 {
     auto const read = [](QVariant const& value) {
