@@ -88,6 +88,7 @@ Application::Application(Services& services)
     services_.panels.setParent(&window_);
     window_.activated = [this] { delegate_.applicationDidBecomeActive(); };
     window_.closed = [this] { mainWindowClosed(); };
+    window_.quit = [this] { end(); };
     window_.openHelp = [this] { openHelp(); };
     window_.openAbout = [this] { AboutDialog::open(window_, services_.missingHolds->text()); };
 }
@@ -117,8 +118,10 @@ void Application::watchMilestones()
 
 void Application::openHelp()
 {
-    if (!help_)
+    if (!help_) {
         help_ = std::make_unique<HelpWindow>(services_.textOrder);
+        help_->quit = [this] { end(); };
+    }
     help_->bringForward();
 }
 

@@ -83,6 +83,7 @@ QWidget* HelpWindow::leftColumn()
     auto* const column = new QWidget(this);
     column->setMinimumWidth(columnMinimum);
     column->setMaximumWidth(columnMaximum);
+    field_->setAcceptDrops(false); // a file would be taken from where it is, for its path
     field_->setPlaceholderText(shownText(HelpView::searchPrompt));
     field_->setAccessibleName(shownText(HelpView::searchPrompt));
     auto* const look
@@ -133,7 +134,8 @@ void HelpWindow::addKeys()
     };
     add(QKeySequence(Qt::Key_Escape), [this] { close(); });
     add(QKeySequence(Qt::CTRL | Qt::Key_W), [this] { close(); });
-    add(QKeySequence(Qt::CTRL | Qt::Key_Q), [] { QApplication::closeAllWindows(); });
+    add(QKeySequence(Qt::CTRL | Qt::Key_Q),
+        [this] { quit ? quit() : QApplication::closeAllWindows(); });
     add(QKeySequence(Qt::CTRL | Qt::Key_F), [this] {
         field_->setFocus(Qt::ShortcutFocusReason);
         field_->selectAll();

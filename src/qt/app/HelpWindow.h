@@ -1,6 +1,7 @@
 #pragma once
 #include "app/HelpView.h"
 #include <QWidget>
+#include <functional>
 
 class QLabel;
 class QLineEdit;
@@ -20,6 +21,9 @@ public:
 
     /// Opens the window, or brings it to the front if it is open.
     void bringForward();
+
+    /// Ends the program; by default, closes its windows.
+    std::function<void()> quit;
 
     HelpView const& view() const { return view_; }
     QLineEdit& field() { return *field_; }

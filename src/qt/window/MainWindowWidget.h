@@ -33,7 +33,10 @@ public:
     /// Opens the help window or brings it to the front.
     std::function<void()> openHelp;
 
-    /// The same for what is told about the program.
+    /// Ends the program; by default, closes its windows.
+    std::function<void()> quit;
+
+    /// Opens what is told about the program, or brings it to the front.
     std::function<void()> openAbout;
 
     void focusGallery() override;

@@ -97,7 +97,7 @@ void MenuBar::close()
 
 void MenuBar::quit()
 {
-    QApplication::closeAllWindows();
+    window_.quit ? window_.quit() : QApplication::closeAllWindows();
 }
 
 bool MenuBar::showsSidebar() const

@@ -398,3 +398,13 @@ TEST_CASE("the menu of help tells about the program")
     menus.choose("Über Pixelhain");
     CHECK(told == 1);
 }
+
+TEST_CASE("quitting is left to the program, which knows its other windows")
+{
+    Menus menus;
+    int times = 0;
+    menus.window.quit = [&] { ++times; };
+    menus.type(Qt::Key_Q, Qt::ControlModifier);
+    CHECK(times == 1);
+    CHECK(menus.window.isVisible());
+}
