@@ -196,17 +196,20 @@ void GalleryAccessible::announceMarks()
     auto const& selection = *grid_.model().selection;
     bool changed = std::exchange(marked_, selection.size()) != selection.size();
     auto const focused = focusedIndex();
+    QAccessibleInterface* turned = nullptr;
     for (auto& [index, kept] : items_) {
         auto const isSelected = selection.contains(kept.item->photo());
         if (std::exchange(kept.isSelected, isSelected) == isSelected)
             continue;
         changed = true;
-        if (focused != index)
-            continue;
+        if (focused == index)
+            turned = kept.item;
+    }
+    if (turned) { // after the loop: whoever hears of it may ask for further items
         QAccessible::State state;
         state.selected = true;
         state.checked = true;
-        QAccessibleStateChangeEvent event(kept.item, state);
+        QAccessibleStateChangeEvent event(turned, state);
         announce(event);
     }
     if (changed)
