@@ -60,6 +60,7 @@ void ContactSheetDialogWidget::addOptions(QFormLayout& form)
 {
     auto const& options = dialog_.options();
     auto* const title = new QLineEdit(shownText(options.title));
+    title->setAcceptDrops(false); // a file would be taken from where it is, for its path
     title->selectAll();
     connect(title, &QLineEdit::textChanged, this,
         [this](QString const& text) { dialog_.setTitle(text.toStdString()); });

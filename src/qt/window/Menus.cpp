@@ -32,6 +32,7 @@ void addSubmenu(
     auto* const submenu = menu.addMenu(title);
     QObject::connect(submenu, &QMenu::aboutToShow, submenu, [submenu, entries] {
         submenu->clear();
+        qDeleteAll(submenu->findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
         fillMenu(*submenu, entries());
     });
 }

@@ -37,6 +37,7 @@ SearchField::SearchField(QWidget* parent)
     : QLineEdit(parent)
     , clear_(new QAction(shownText(MainToolbar::clearTitle), this))
 {
+    setAcceptDrops(false); // a file is for the window, not its path for the text
     setPlaceholderText(shownText(MainToolbar::searchPrompt));
     setAccessibleName(shownText(MainToolbar::searchPrompt));
     auto* const look = new QAction(

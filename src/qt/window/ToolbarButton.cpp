@@ -52,8 +52,11 @@ void ToolbarButton::setEntries(std::function<std::vector<MenuEntry>()> entries)
 {
     auto* const menu = new QMenu(this);
     menu->setAccessibleName(text());
-    connect(menu, &QMenu::aboutToShow, this, [menu, entries = std::move(entries)] {
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, entries = std::move(entries)] {
+        if (used)
+            used();
         menu->clear();
+        qDeleteAll(menu->findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // which clear() keeps
         fillMenu(*menu, entries());
     });
     connect(menu, &QMenu::aboutToHide, this, [this] { update(); });

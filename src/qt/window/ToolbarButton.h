@@ -15,6 +15,9 @@ public:
     /// Has a click open a menu, which is filled each time.
     void setEntries(std::function<std::vector<MenuEntry>()> entries);
 
+    /// Called when the button is used, before anything comes of it.
+    std::function<void()> used;
+
     void setShowsLabel(bool shows);
     int wantedWidth(bool withLabel) const;
     QSize sizeHint() const override;

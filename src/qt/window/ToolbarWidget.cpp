@@ -83,7 +83,15 @@ ToolbarWidget::~ToolbarWidget() = default;
 
 ToolbarButton* ToolbarWidget::addButton(std::string_view symbol, std::string_view title)
 {
-    return new ToolbarButton(symbol, title, this);
+    auto* const button = new ToolbarButton(symbol, title, this);
+    // Whoever turns from the text to a button has ended editing it. A menu tells for itself: the
+    // toolkit opens it before anybody else hears of the press, and comes back when it is closed.
+    button->used = [this] {
+        if (search_->hasFocus())
+            endEditing();
+    };
+    connect(button, &QToolButton::pressed, this, [button] { button->used(); });
+    return button;
 }
 
 void ToolbarWidget::addItem(MainToolbar::Item item)
@@ -94,11 +102,6 @@ void ToolbarWidget::addItem(MainToolbar::Item item)
             button->setEntries([this, item] { return toolbar_.menu(item); });
         else
             connect(button, &QToolButton::clicked, this, [this, item] { toolbar_.perform(item); });
-        // Whoever turns from the text to a button has ended editing it.
-        connect(button, &QToolButton::pressed, this, [this] {
-            if (search_->hasFocus())
-                endEditing();
-        });
         parts_.push_back({ item, button });
         return;
     }

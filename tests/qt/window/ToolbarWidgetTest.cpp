@@ -357,6 +357,35 @@ TEST_CASE("the trash button trashes what is marked, also when a text was being e
     CHECK(test.hasGalleryFocus());
 }
 
+TEST_CASE("the actions menu trashes what is marked, also when a text was being edited before")
+{
+    Window test;
+    test.model().toggle(4);
+    test.search().setFocus();
+    test.choose(*test.bar().button(Item::actions), "In den Papierkorb legen  (⌘⌫)");
+    CHECK(test.model().items->size() == 19);
+    CHECK(test.hasGalleryFocus());
+}
+
+TEST_CASE("a file that is dropped onto the search field is the window's, not its path the text's")
+{
+    Window test;
+    CHECK_FALSE(test.search().acceptDrops());
+    CHECK(test.window.content().acceptDrops());
+}
+
+TEST_CASE("menus that are opened again and again leave nothing behind")
+{
+    Window test;
+    auto& button = *test.bar().button(Item::actions);
+    auto const open = [&] { test.inMenuOf(button, [](QMenu&) {}); };
+    open();
+    auto const children = test.window.findChildren<QObject*>().size();
+    for (int i = 0; i < 5; ++i)
+        open();
+    CHECK(test.window.findChildren<QObject*>().size() == children);
+}
+
 TEST_CASE("the toolbar is hidden while the viewer shows a photo, and nothing below it moves")
 {
     Window test;
