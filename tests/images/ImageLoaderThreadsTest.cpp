@@ -147,8 +147,9 @@ TEST_CASE("decodes run side by side, as many as the queue is wide")
         mayGoOn.acquire();
     };
     std::vector<Task> tasks;
+    // Of twelve sizes: a request that comes late finds no picture of its own in memory.
     for (int i = 0; i < 12; ++i)
-        tasks.push_back(desk.loader->loadThumbnail(desk.files[1], 256, [](ImageRef const&) {}));
+        tasks.push_back(desk.loader->loadThumbnail(desk.files[1], 256 + i, [](ImageRef const&) {}));
     while (running < 3)
         std::this_thread::yield();
     mayGoOn.release(12);
