@@ -17,6 +17,17 @@ CellPainter::CellPainter(QPalette const& palette, QFont const& font, double scal
 {
 }
 
+// A line that waits to be drawn anew may be of cells of another width: its middle is shown, and
+// nothing beside the cell, which nobody would clear.
+void CellPainter::paintLine(QPainter& painter, QPoint at, QImage const& line, int width)
+{
+    auto const spare = width - line.width();
+    if (spare >= 0)
+        painter.drawImage(at + QPoint(spare / 2, 0), line);
+    else
+        painter.drawImage(at, line, QRect(-spare / 2, 0, width, line.height()));
+}
+
 int CellPainter::pixels(double points) const
 {
     return static_cast<int>(std::lround(points * scale_));
@@ -37,9 +48,9 @@ void CellPainter::paint(
     if (cell.showsCircle())
         paintCircle(painter, place.area, cell);
     if (drawn && cell.showName)
-        painter.drawImage(place.nameLine, drawn->name.image);
+        paintLine(painter, place.nameLine, drawn->name.image, pixels(cell.size));
     if (drawn && cell.showResolution)
-        painter.drawImage(place.resolutionLine, drawn->resolution.image);
+        paintLine(painter, place.resolutionLine, drawn->resolution.image, pixels(cell.size));
 }
 
 // The ground with the cell's rounded rectangle and frame: the picture lies inside the frame.

@@ -42,6 +42,7 @@ private:
     void paintPicture(
         QPainter& painter, QPoint area, ThumbnailCell const& cell, DrawnCell const* drawn) const;
     void paintBadge(QPainter& painter, QPoint area, ThumbnailCell const& cell);
+    static void paintLine(QPainter& painter, QPoint at, QImage const& line, int width);
     void paintCircle(QPainter& painter, QPoint area, ThumbnailCell const& cell);
     QImage drawnBadge(QString const& label) const;
 

@@ -311,6 +311,26 @@ TEST_CASE("the captions of a whole new page are there after a few frames")
     CHECK(gallery.completes());
 }
 
+TEST_CASE("captions that still wait for a new size stay within their cells")
+{
+    Gallery gallery(1000);
+    gallery.desk.model().setThumbSize(200);
+    REQUIRE(eventually([&] {
+        gallery.answerAll(plainPicture(64, 64, Qt::blue));
+        gallery.frame();
+        return gallery.grid.isComplete();
+    }));
+    gallery.desk.model().setThumbSize(80);
+    auto const frame = gallery.frame();
+    auto const first = gallery.area(0);
+    auto const second = gallery.area(1);
+    REQUIRE(second.top() == first.top());
+    auto const ground = frame.pixel(0, 0);
+    for (int y = 0; y < frame.height(); ++y)
+        for (int x = first.right() + 1; x < second.left(); ++x)
+            REQUIRE(frame.pixel(x, y) == ground);
+}
+
 TEST_CASE("a picture for the row ahead leaves what is in view complete")
 {
     Gallery gallery(1000);
