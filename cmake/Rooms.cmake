@@ -10,6 +10,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_BUILD_TYPE STREQUAL Release)
     target_compile_options(pixelhain_options INTERFACE -Wno-array-bounds -Wno-maybe-uninitialized
         -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
+# A library of which a program uses nothing is not loaded at its start.
+target_link_options(pixelhain_options INTERFACE -Wl,--as-needed)
 if(PIXELHAIN_WERROR)
     target_compile_options(pixelhain_options INTERFACE -Werror)
 endif()

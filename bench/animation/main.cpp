@@ -194,7 +194,7 @@ int play(char const* path, double seconds)
 {
     ConsoleLoop loop;
     ThreadPool background;
-    auto const decoder = chosenDecoder({ 5, 2, 2 });
+    auto const decoder = chosenDecoder({ .width = 5, .first = 2, .niceness = 2 });
     auto const now = [] {
         return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch());
     };

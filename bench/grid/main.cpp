@@ -4,7 +4,7 @@
 //
 // pixelhain-bench-grid [PHOTOS]
 #include "bench/Times.h"
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "icu/IcuTextOrder.h"
 #include "model/BrowserModel.h"
 #include "ports/Panels.h"

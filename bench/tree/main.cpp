@@ -4,7 +4,7 @@
 //                                    the main thread was busy in one piece, watches and memory
 // pixelhain-bench-tree count ROOT    counts the photos directly in each subfolder of ROOT
 #include "bench/Times.h"
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "icu/IcuTextOrder.h"
 #include "model/BrowserModel.h"
 #include "model/FolderNames.h"

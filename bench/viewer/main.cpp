@@ -5,7 +5,7 @@
 //
 // pixelhain-bench-viewer [PHOTOS]
 #include "bench/Times.h"
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "decoder/ChosenDecoder.h"
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
@@ -269,7 +269,7 @@ void paging(Desk& desk, QSize size)
 {
     std::printf("Paging through %zu photos in %d x %d\n", desk.model.items->size(), size.width(),
         size.height());
-    auto const decoder = chosenDecoder({ 5, 2, 0 });
+    auto const decoder = chosenDecoder({ .width = 5, .first = 2 });
     ThreadQueue thumbQueue(2, 5);
     ThreadQueue displayQueue(3, 2);
     ImageLoader::Limits limits;

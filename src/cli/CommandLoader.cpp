@@ -1,4 +1,5 @@
 #include "cli/CommandLoader.h"
+#include "decoder/InProcessDecoder.h"
 #include <algorithm>
 #include <thread>
 
@@ -19,7 +20,8 @@ ImageLoader::Limits smallLimits(int displayPixelSize)
 } // namespace
 
 CommandLoader::CommandLoader(std::size_t jobs, int displayPixelSize)
-    : decoder(chosenDecoder({ .width = 2 * jobs, .first = std::min(jobs, usualJobs()) }))
+    : decoder(chosenDecoder(
+        { .width = 2 * jobs, .first = std::min(jobs, usualJobs()), .inProcess = inProcessDecoder }))
     , thumbQueue(jobs)
     , displayQueue(jobs)
     , loader(

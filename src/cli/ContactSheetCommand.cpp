@@ -4,7 +4,7 @@
 #include "cli/Interruption.h"
 #include "cli/NamingFailures.h"
 #include "cli/ProgressBar.h"
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "contactsheet/ContactSheetRenderer.h"
 #include "icu/IcuTextFormats.h"
 #include "icu/IcuTextOrder.h"

@@ -2,6 +2,7 @@
 #include "cli/ConsoleLoop.h"
 #include "cli/InOrder.h"
 #include "decoder/ChosenDecoder.h"
+#include "decoder/InProcessDecoder.h"
 #include "icu/IcuTextFormats.h"
 #include "images/InfoLines.h"
 #include "model/PhotoItem.h"
@@ -62,7 +63,8 @@ PhotoItem itemAt(FileUrl const& url)
 ExitCode run(Arguments const& arguments, CommandContext const& context)
 {
     auto const& files = arguments.operands();
-    auto const decoder = chosenDecoder({ .width = jobs, .first = 1 });
+    auto const decoder
+        = chosenDecoder({ .width = jobs, .first = 1, .inProcess = inProcessDecoder });
     IcuTextFormats const formats(formatLocales(::getenv));
     ConsoleLoop loop;
     ThreadPool background;

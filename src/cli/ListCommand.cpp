@@ -1,6 +1,6 @@
 #include "cli/ListCommand.h"
 #include "cli/NamingFailures.h"
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "icu/IcuTextOrder.h"
 #include "model/PhotoTest.h"
 #include "model/Scanning.h"

@@ -1,7 +1,6 @@
 #pragma once
 #include "ports/ByteSource.h"
 #include "ports/ImageSource.h"
-#include "ports/ImageTypes.h"
 #include <memory>
 
 namespace pixelhain {
@@ -13,11 +12,5 @@ std::unique_ptr<ImageSource> openImage(std::unique_ptr<ByteSource> bytes);
 /// Loads what codecs would otherwise look for in the file system when they are first used. To be
 /// called once before a process gives up its files; any number of calls do no harm.
 void warmUpCodecs();
-
-/// The extensions of the formats that count as photos.
-class CodecImageTypes final : public ImageTypes {
-public:
-    [[nodiscard]] bool isImageExtension(std::string_view extension) const override;
-};
 
 } // namespace pixelhain

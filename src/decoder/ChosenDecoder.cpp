@@ -1,6 +1,5 @@
 #include "decoder/ChosenDecoder.h"
 #include "decoder/DecoderProgram.h"
-#include "decoder/InProcessDecoder.h"
 #include "decoder/PooledDecoder.h"
 #include <cstdio>
 #include <cstdlib>
@@ -21,13 +20,21 @@ void warn(std::string const& missing)
         stderr, "pixelhain: this kernel does not lock decoders up with: %s\n", missing.c_str());
 }
 
+bool isWishedInProcess()
+{
+    auto const* const wish = std::getenv("PIXELHAIN_DECODER");
+    return wish != nullptr && std::string_view(wish) == "inprocess";
+}
+
 } // namespace
 
 std::unique_ptr<ImageDecoder> chosenDecoder(DecoderChoice const& choice)
 {
-    auto const* const wish = std::getenv("PIXELHAIN_DECODER");
-    if (wish != nullptr && std::string_view(wish) == "inprocess")
-        return std::make_unique<InProcessDecoder>();
+    if (isWishedInProcess()) {
+        if (choice.inProcess)
+            return choice.inProcess();
+        std::fputs("pixelhain: this program decodes in processes of their own only\n", stderr);
+    }
     WorkerPool::Options options;
     options.program = decoderProgram();
     options.width = choice.width;

@@ -61,4 +61,9 @@ std::unique_ptr<AnimationSource> InProcessDecoder::openAnimation(FileUrl const& 
     return pixelhain::openAnimation(OpenedFile::open(file), std::max(maxPixel, 0));
 }
 
+std::unique_ptr<ImageDecoder> inProcessDecoder()
+{
+    return std::make_unique<InProcessDecoder>();
+}
+
 } // namespace pixelhain

@@ -13,4 +13,7 @@ public:
         FileUrl const& file, int maxPixel) override;
 };
 
+/// For `DecoderChoice`.
+[[nodiscard]] std::unique_ptr<ImageDecoder> inProcessDecoder();
+
 } // namespace pixelhain

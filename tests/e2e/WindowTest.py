@@ -1,9 +1,11 @@
 """The window over the sample pictures, in a virtual X server."""
 import os
 import re
+import subprocess
 import unittest
 
-from Programs import GALLERY, Picture, Programs
+from Programs import BUILD, GALLERY, Picture, Programs
+from Session import Session
 
 
 @unittest.skipUnless(os.environ.get("DISPLAY"), "needs an X server: xvfb-run -a ctest …")
@@ -38,6 +40,12 @@ class WindowTest(Programs):
         self.assertLess(names.index("window-shown"), names.index("first-thumbnail"), result.stderr)
         self.assertLessEqual(names.index("first-thumbnail"), names.index("visible-complete"))
 
+    def test_it_starts_without_the_libraries_of_the_codecs(self):
+        loaded = subprocess.run(["ldd", BUILD / "pixelhain"], stdout=subprocess.PIPE, text=True, check=True).stdout
+        self.assertIn("libQt6Widgets", loaded)
+        for library in "libheif", "libjxl", "libraw", "libtiff", "libOpenEXR", "libopenjp2":
+            self.assertNotIn(library, loaded)
+
     def test_the_folder_shown_last_is_shown_again(self):
         self.show("first", self.samples, home="again")
         result, _ = self.show("second", home="again")
@@ -53,6 +61,12 @@ class WindowTest(Programs):
         shown = dict(self.milestones(result))
         self.assertEqual(shown["scan-accepted"], "0")
         self.assertEqual(shown["visible-complete"], "0")
+
+    def test_a_window_without_a_folder_is_idle(self):
+        session = Session(self.place / "no-folder")
+        self.addCleanup(session.abandon)
+        session.wait_for("window-shown")
+        session.wait_for("idle")
 
     def test_a_picture_of_the_window_that_cannot_be_saved_is_a_failure(self):
         result, _ = self.show("no such folder/window", self.samples, home="unsaved")

@@ -1,5 +1,5 @@
 #include "model/PhotoTest.h"
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "ports/ImageTypes.h"
 #include <atomic>
 #include <doctest/doctest.h>

@@ -1,4 +1,4 @@
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "icu/IcuTextOrder.h"
 #include "model/PhotoTest.h"
 #include "model/Scanning.h"

@@ -30,6 +30,10 @@ void Milestones::modelChanged()
             look();
     }
     wasLoading_ = model_.isLoading;
+    // Nor do folders that are no longer there, or none at all.
+    if (wasLooking_ && !model_.isLookingForFolders() && model_.items->empty())
+        look();
+    wasLooking_ = model_.isLookingForFolders();
     if (status_.changed(model_.status) && *model_.status)
         trace_.milestone("status: " + **model_.status);
 }

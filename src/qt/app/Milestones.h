@@ -36,9 +36,10 @@ private:
     std::optional<FileUrl> photo_; ///< that was last seen sharp in the viewer
     bool isShown_ = false;
     bool wasLoading_ = false;
+    bool wasLooking_ = false;
     bool sawPicture_ = false;
     bool sawComplete_ = true;
-    bool sawIdle_ = true;
+    bool sawIdle_ = false; ///< nothing to show, nothing to wait for: idle, too
 };
 
 } // namespace pixelhain

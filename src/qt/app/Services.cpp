@@ -48,8 +48,10 @@ Services::Decoding Services::startDecoder()
     constexpr std::size_t first = 2;
     constexpr std::size_t viewer = 2; // what is known of the photo, and its animation
     auto const note = std::make_shared<MissingHoldsNote>();
-    return { chosenDecoder({ 2 * thumbWidth() + displayWidth + viewer, first, displayNiceness,
-                 [note](std::string const& missing) { note->write(missing); } }),
+    return { chosenDecoder({ .width = 2 * thumbWidth() + displayWidth + viewer,
+                 .first = first,
+                 .niceness = displayNiceness,
+                 .warn = [note](std::string const& missing) { note->write(missing); } }),
         note };
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "icu/IcuTextFormats.h"
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"

@@ -1,4 +1,4 @@
-#include "codecs/ImageCodecs.h"
+#include "codecs/CodecImageTypes.h"
 #include "decoder/InProcessDecoder.h"
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
