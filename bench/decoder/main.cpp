@@ -129,6 +129,16 @@ void singleRequests(FileUrl const& file, int rounds)
     });
 }
 
+// Killed processes go when the kernel comes to it; until then they may still take a request, and
+// the file would be blamed for their death.
+void kill(std::vector<pid_t> const& processes)
+{
+    for (auto const process : processes)
+        ::kill(process, SIGKILL);
+    while (endedOf(processes) < static_cast<int>(processes.size()))
+        std::this_thread::yield();
+}
+
 // From the death of every process but the spare, or of all, to the next picture.
 void recovery(FileUrl const& file, int rounds)
 {
@@ -144,10 +154,7 @@ void recovery(FileUrl const& file, int rounds)
         auto const usual = secondsOf(show);
         auto const all = children();
         bool const isAll = i % 2 == 1;
-        auto const first = *std::ranges::min_element(all);
-        for (auto const process : all)
-            if (isAll || process == first)
-                ::kill(process, SIGKILL);
+        kill(isAll ? all : std::vector { *std::ranges::min_element(all) });
         (isAll ? none : spare).push_back(secondsOf(show) - usual);
     }
     std::printf("%-58s %8.2f\n", "after a crash, with a spare: more, ms", median(spare) * 1e3);
