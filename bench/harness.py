@@ -165,11 +165,11 @@ def milliseconds(rest):
 class Window:
     """The program in a window that fills the screen, with its milestones."""
 
-    def __init__(self, display, home, *arguments):
+    def __init__(self, display, home, *arguments, program="pixelhain"):
         environment = {key: value for key, value in os.environ.items() if key != "WAYLAND_DISPLAY"}
         environment.update(DISPLAY=display, HOME=home, XDG_CONFIG_HOME=home + "/config", PIXELHAIN_TRACE="1")
         self.process = subprocess.Popen(
-            [str(BUILD / "pixelhain"), "-qwindowgeometry", "1920x1080+0+0", *map(str, arguments)],
+            [str(BUILD / program), "-qwindowgeometry", "1920x1080+0+0", *map(str, arguments)],
             env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
         self.milestones = {}
 
