@@ -43,9 +43,9 @@ ImageLoader::Limits Services::loaderLimits()
 
 // The first screen keeps two processors busy while the rest of the program starts; what else the
 // queues may want is started when they do.
-Services::Decoding Services::startDecoder()
+Services::Decoding Services::startDecoder(bool isWantedSoon)
 {
-    constexpr std::size_t first = 2;
+    std::size_t const first = isWantedSoon ? 2 : 0;
     constexpr std::size_t viewer = 2; // what is known of the photo, and its animation
     auto const note = std::make_shared<MissingHoldsNote>();
     return { chosenDecoder({ .width = 2 * thumbWidth() + displayWidth + viewer,

@@ -39,8 +39,9 @@ struct Services {
     static std::size_t thumbWidth();
     static ImageLoader::Limits loaderLimits();
 
-    /// Starts the processes that decode; may be called before the toolkit is there.
-    static Decoding startDecoder();
+    /// The decoder; starts its first processes if pictures are wanted soon. May be called before
+    /// the toolkit is there.
+    static Decoding startDecoder(bool isWantedSoon);
 
     // Decoding takes what the window leaves over: a frame is never late because of it.
     static constexpr int thumbNiceness = 5;

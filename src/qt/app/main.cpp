@@ -1,11 +1,14 @@
+#include "model/Settings.h"
 #include "qt/app/Application.h"
 #include "qt/app/ApplicationService.h"
 #include "qt/app/CommandLine.h"
 #include "qt/app/DesktopColors.h"
+#include "qt/app/FontWarmUp.h"
 #include "qt/app/OutOfResources.h"
 #include "qt/app/Services.h"
 #include "qt/app/SingleInstance.h"
 #include "qt/app/TerminationSignals.h"
+#include "qt/ports/QtPreferences.h"
 #include <QApplication>
 #include <cstdio>
 #include <cstdlib>
@@ -55,6 +58,13 @@ bool standsApart(CommandLine const& line)
     return line.startsApart || line.screenshot;
 }
 
+// Without a folder there is nothing to decode, and the window comes sooner alone.
+bool hasFolder(CommandLine const& line)
+{
+    return !line.files.empty()
+        || !LastFolders::read(QtPreferences(QtPreferences::defaultFile())).folders.empty();
+}
+
 int run(CommandLine const& line, OpenRequest request, SingleInstance const* instance,
     Services& services, ApplicationService& service)
 {
@@ -88,8 +98,9 @@ int main(int argc, char** argv)
     // With options of the toolkit among them it is not known yet what are files.
     if (instance && !early.error && instance->handOver(request))
         end(0);
-    // Beside the toolkit's own start.
-    auto decoder = Services::startDecoder();
+    // Both beside the toolkit's own start.
+    warmUpFonts();
+    auto decoder = Services::startDecoder(hasFolder(early));
     QApplication application(argc, argv);
     DesktopColors const colors;
     auto const line = parsed(argc, argv); // without the toolkit's own options
