@@ -148,6 +148,18 @@ def x_server(width=1920, height=1080):
 
 
 @contextlib.contextmanager
+def session_bus():
+    """A session bus, as every desktop has one; without, each program would try to start its own."""
+    bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address"], stdout=subprocess.PIPE,
+                           stderr=subprocess.DEVNULL, text=True)
+    try:
+        yield bus.stdout.readline().strip()
+    finally:
+        bus.terminate()
+        bus.wait()
+
+
+@contextlib.contextmanager
 def fresh_home():
     home = tempfile.mkdtemp(prefix="pixelhain-bench-")
     try:
@@ -165,9 +177,10 @@ def milliseconds(rest):
 class Window:
     """The program in a window that fills the screen, with its milestones."""
 
-    def __init__(self, display, home, *arguments, program="pixelhain"):
+    def __init__(self, display, home, *arguments, program="pixelhain", **variables):
         environment = {key: value for key, value in os.environ.items() if key != "WAYLAND_DISPLAY"}
-        environment.update(DISPLAY=display, HOME=home, XDG_CONFIG_HOME=home + "/config", PIXELHAIN_TRACE="1")
+        environment.update(DISPLAY=display, HOME=home, XDG_CONFIG_HOME=home + "/config", PIXELHAIN_TRACE="1",
+                           **variables)
         self.process = subprocess.Popen(
             [str(BUILD / program), "-qwindowgeometry", "1920x1080+0+0", *map(str, arguments)],
             env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
