@@ -18,8 +18,6 @@ namespace pixelhain {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 std::optional<LifetimeLock> newMark()
 {
     auto const* const folder = std::getenv("XDG_RUNTIME_DIR");
@@ -117,13 +115,20 @@ SingleInstance::~SingleInstance()
         QDBusConnection::disconnectFromBus(answer_->connection);
 }
 
-bool SingleInstance::handOver(OpenRequest const& request) const
+bool SingleInstance::handOver(OpenRequest const& request)
 {
-    bool const isProbablySecond = mark_ && mark_->state() == LifetimeLock::State::others;
-    auto const deadline = Clock::now() + patience;
-    auto const role = isProbablySecond ? answer_->until(deadline) : answer_->now();
-    if (role != Role::second)
+    if (patienceLeft_ <= Clock::duration::zero())
         return false;
+    auto const deadline = Clock::now() + patienceLeft_;
+    bool const isProbablySecond = mark_ && mark_->state() == LifetimeLock::State::others;
+    auto const role = isProbablySecond ? answer_->until(deadline) : answer_->now();
+    bool const isHandedOver = role == Role::second && isTaken(request, deadline);
+    patienceLeft_ = deadline - Clock::now();
+    return isHandedOver;
+}
+
+bool SingleInstance::isTaken(OpenRequest const& request, Clock::time_point deadline) const
+{
     auto const left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
     auto const timeout = std::max(left, std::chrono::milliseconds(1));
     auto const reply = QDBusConnection(answer_->connection)

@@ -3,6 +3,7 @@
 #include "qt/app/OpenRequest.h"
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace pixelhain {
 
@@ -11,29 +12,35 @@ class ApplicationService;
 /// Makes this the one running program of the desktop session, or finds the one that is.
 ///
 /// Who owns the name on the session bus is that one. The bus is asked on a thread of its own while
-/// the toolkit starts, and nobody waits for it: a bus that does not answer costs nothing. Only
-/// where a mark in the runtime folder says that another one probably runs is the answer waited for.
+/// the toolkit starts. That answer is waited for only where a mark in the runtime folder says that
+/// another one probably runs; who starts alone does not notice a bus that is slow.
 class SingleInstance {
 public:
-    /// How long a running program may take to answer.
+    /// How long a start waits in all, for the bus and for a running program.
     static constexpr std::chrono::seconds patience { 2 };
 
     /// Asks for the name. `service`, which belongs to the main thread, is what others find under
     /// it; it must live as long as the process.
     explicit SingleInstance(ApplicationService& service);
 
-    /// Gives the name back, if it was given.
+    /// Leaves the bus, and with it the name, unless the bus has not answered yet.
     ~SingleInstance();
     SingleInstance(SingleInstance const&) = delete;
     SingleInstance& operator=(SingleInstance const&) = delete;
 
     /// Hands the request to the program that runs already; false if there is none, it does not
     /// answer, or nobody knows yet. Returns at once unless there is, or probably is, another one.
-    [[nodiscard]] bool handOver(OpenRequest const& request) const;
+    /// May be called again: all calls together wait no longer than `patience`. A program that hung
+    /// may still do what it was asked when it comes round.
+    [[nodiscard]] bool handOver(OpenRequest const& request);
 
 private:
+    using Clock = std::chrono::steady_clock;
     struct Answer;
 
+    [[nodiscard]] bool isTaken(OpenRequest const& request, Clock::time_point deadline) const;
+
+    Clock::duration patienceLeft_ = patience;
     std::optional<LifetimeLock> mark_;
     std::shared_ptr<Answer> answer_;
 };

@@ -65,7 +65,7 @@ bool hasFolder(CommandLine const& line)
         || !LastFolders::read(QtPreferences(QtPreferences::defaultFile())).folders.empty();
 }
 
-int run(CommandLine const& line, OpenRequest request, SingleInstance const* instance,
+int run(CommandLine const& line, OpenRequest request, SingleInstance* instance,
     Services& services, ApplicationService& service)
 {
     Application application(services);

@@ -5,8 +5,10 @@
 #include "support/TemporaryFolder.h"
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
+#include <QThread>
 #include <chrono>
 #include <doctest/doctest.h>
+#include <mutex>
 #include <optional>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -64,6 +66,46 @@ private:
     Descriptor socket_;
 };
 
+// The program that has the name. It answers on a thread of its own, or hangs: on this thread it
+// cannot answer while a second start waits for it here.
+class RunningProgram {
+public:
+    enum class State { answers, hangs };
+
+    explicit RunningProgram(State state)
+    {
+        service_.serve([this](OpenRequest const& request) {
+            std::scoped_lock const guard(lock_);
+            requests_.push_back(request);
+        });
+        if (state == State::hangs)
+            return;
+        service_.moveToThread(&thread_);
+        thread_.start();
+    }
+    RunningProgram(RunningProgram const&) = delete;
+    RunningProgram& operator=(RunningProgram const&) = delete;
+    ~RunningProgram()
+    {
+        thread_.quit();
+        thread_.wait();
+    }
+
+    bool isRunning() const { return bus_.isRunning(); }
+    std::vector<OpenRequest> requests()
+    {
+        std::scoped_lock const guard(lock_);
+        return requests_;
+    }
+
+private:
+    std::mutex lock_;
+    std::vector<OpenRequest> requests_;
+    ApplicationService service_;
+    BusService bus_ { ApplicationService::name(), ApplicationService::path(), service_ };
+    QThread thread_;
+};
+
 // Threads of single instances are never waited for, so what they serve is not taken away.
 ApplicationService& newService()
 {
@@ -77,9 +119,9 @@ TEST_CASE("without a bus everybody starts alone")
     TemporaryFolder folder;
     Variable const runtime("XDG_RUNTIME_DIR", bytes(folder.url().path()));
     Variable const bus("DBUS_SESSION_BUS_ADDRESS", "");
-    SingleInstance const first(newService());
+    SingleInstance first(newService());
     CHECK_FALSE(first.handOver({}));
-    SingleInstance const second(newService());
+    SingleInstance second(newService());
     CHECK_FALSE(second.handOver({}));
 }
 
@@ -91,10 +133,10 @@ TEST_CASE("a bus that never answers holds up nobody who starts alone")
     Variable const runtime("XDG_RUNTIME_DIR", bytes(folder.url().path()));
     Variable const bus("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bytes(socket));
     auto const before = std::chrono::steady_clock::now();
-    SingleInstance const first(newService());
+    SingleInstance first(newService());
     CHECK_FALSE(first.handOver({}));
     CHECK(std::chrono::steady_clock::now() - before < SingleInstance::patience);
-    SingleInstance const second(newService());
+    SingleInstance second(newService());
     CHECK_FALSE(second.handOver({}));
     auto const taken = std::chrono::steady_clock::now() - before;
     CHECK(taken >= SingleInstance::patience);
@@ -124,4 +166,42 @@ TEST_CASE("the first start has the name on the bus and is found under it")
     first.reset();
     CHECK(eventually([&] { return !isThere(); }));
     service.serve(nullptr);
+}
+
+TEST_CASE("a second start hands what it was asked for to the program that runs")
+{
+    if (!hasTestBus())
+        return;
+    TemporaryFolder folder;
+    Variable const runtime("XDG_RUNTIME_DIR", bytes(folder.url().path()));
+    RunningProgram first(RunningProgram::State::answers);
+    REQUIRE(first.isRunning());
+    SingleInstance second(newService());
+    OpenRequest const request { FileUrl("/b/\xE4 100% #?"), "start_TIME12", "token" };
+    CHECK(eventually([&] { return second.handOver(request); }));
+    auto const taken = first.requests();
+    REQUIRE(taken.size() == 1);
+    CHECK(taken[0].file == request.file);
+    CHECK(taken[0].startupId == "start_TIME12");
+    CHECK(taken[0].activationToken == "token");
+}
+
+TEST_CASE("a running program that hangs is asked once, and waited for once")
+{
+    if (!hasTestBus())
+        return;
+    TemporaryFolder folder;
+    Variable const runtime("XDG_RUNTIME_DIR", bytes(folder.url().path()));
+    LifetimeLock const mark(std::string(folder.url().child("de.pixelhain.Pixelhain.lock").path()));
+    RunningProgram first(RunningProgram::State::hangs);
+    REQUIRE(first.isRunning());
+    auto const before = std::chrono::steady_clock::now();
+    SingleInstance second(newService());
+    CHECK_FALSE(second.handOver({ FileUrl("/b"), "", "" }));
+    auto const waited = std::chrono::steady_clock::now() - before;
+    CHECK(waited >= SingleInstance::patience);
+    CHECK_FALSE(second.handOver({ FileUrl("/b"), "", "" }));
+    CHECK(std::chrono::steady_clock::now() - before - waited < SingleInstance::patience / 2);
+    CHECK(eventually([&] { return !first.requests().empty(); }));
+    CHECK(first.requests().size() == 1);
 }
