@@ -137,6 +137,41 @@ class ApplicationTest(unittest.TestCase):
         self.until_title(second, "zwei – 0 Fotos")
         first.program.send_signal(signal.SIGCONT)
 
+    def test_a_bus_that_hangs_does_not_keep_the_window_from_coming_up(self):
+        begun = time.monotonic()
+        self.assertEqual(self.running(self.folder("eins")).end(), 0)
+        usual = time.monotonic() - begun
+        self.bus.program.send_signal(signal.SIGSTOP)
+        for number, variables in enumerate(({}, {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})):
+            with self.subTest(**variables):
+                begun = time.monotonic()
+                session = self.start(self.folder(f"zwei {number}"), **variables)
+                session.wait_for("idle")
+                # The bus has one second to answer; one more for a machine that is busy.
+                self.assertLess(time.monotonic() - begun, usual + 2)
+                self.until_title(session, f"zwei {number} – 0 Fotos")
+                session.take_focus()
+                session.keys("F5")
+                session.wait_for("scan-accepted 0")
+                self.assertEqual(session.end(), 0)
+
+    def test_a_bus_that_hangs_later_holds_up_nothing(self):
+        folder = self.folder("eins")
+        (folder / "a.jpg").touch()
+        for used_before in (False, True):
+            with self.subTest(used_before=used_before):
+                session = self.running(folder)
+                session.take_focus()
+                session.keys("Right", *["ctrl+shift+r"] * used_before)
+                self.bus.program.send_signal(signal.SIGSTOP)
+                begun = time.monotonic()
+                session.keys("ctrl+shift+r", "ctrl+shift+d", "Escape", "F5")
+                session.wait_for("scan-accepted 1")
+                self.assertEqual(session.end(), 0)
+                # Each of the calls would wait for half a minute.
+                self.assertLess(time.monotonic() - begun, 5)
+                self.bus.program.send_signal(signal.SIGCONT)
+
     def test_without_a_bus_each_start_stands_for_itself(self):
         first = self.start(self.folder("eins"), DBUS_SESSION_BUS_ADDRESS="")
         first.wait_for("idle")

@@ -1,10 +1,7 @@
 #include "qt/app/DesktopColors.h"
 #include "qt/ports/SessionBus.h"
 #include <QApplication>
-#include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <utility>
 
@@ -12,7 +9,6 @@ namespace pixelhain {
 
 namespace {
 
-QString const service = QStringLiteral("org.freedesktop.portal.Desktop");
 QString const path = QStringLiteral("/org/freedesktop/portal/desktop");
 QString const interface = QStringLiteral("org.freedesktop.portal.Settings");
 QString const appearance = QStringLiteral("org.freedesktop.appearance");
@@ -59,19 +55,19 @@ DesktopColors::DesktopColors()
         = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0) || ground < 128 || !hasSessionBus();
     if (followsByItself)
         return;
-    auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
-        return;
-    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-        SLOT(settingChanged(QDBusMessage)));
-    auto ask = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
-    ask << appearance << colorScheme;
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(ask), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        QDBusPendingReply<QDBusVariant> const reply = *watcher;
-        if (reply.isValid())
-            use(unwrapped(reply.value().variant()));
-        watcher->deleteLater();
+    listenToSessionBus(
+        this, { path, interface, QStringLiteral("SettingChanged") }, [this] { ask(); },
+        [this](QDBusMessage const& message) { settingChanged(message); });
+}
+
+void DesktopColors::ask()
+{
+    auto call = portalCall(interface, QStringLiteral("Read"));
+    call << appearance << colorScheme;
+    callSessionBus(this, call, [this](QDBusMessage const& answer) {
+        auto const values = answer.arguments();
+        if (answer.type() == QDBusMessage::ReplyMessage && !values.isEmpty())
+            use(unwrapped(values.front()));
     });
 }
 

@@ -12,17 +12,14 @@ namespace pixelhain {
 /// Follows the desktop's wish for dark or light colours, as the settings portal tells it. Does
 /// nothing where the toolkit follows the desktop by itself, or where there is no portal.
 class DesktopColors final : public QObject {
-    Q_OBJECT
-
 public:
     /// Asks the portal; the answer is used as soon as it is there. To be made early: an answer that
     /// comes before the first frame spares a flash of the wrong colours.
     DesktopColors();
 
-private slots:
-    void settingChanged(QDBusMessage const& message);
-
 private:
+    void ask();
+    void settingChanged(QDBusMessage const& message);
     void use(uint scheme);
 
     QPalette light_;

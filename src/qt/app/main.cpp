@@ -1,4 +1,5 @@
 #include "model/Settings.h"
+#include "posix/SilentBus.h"
 #include "qt/app/Application.h"
 #include "qt/app/ApplicationService.h"
 #include "qt/app/CommandLine.h"
@@ -9,7 +10,9 @@
 #include "qt/app/SingleInstance.h"
 #include "qt/app/TerminationSignals.h"
 #include "qt/ports/QtPreferences.h"
+#include "qt/ports/SessionBus.h"
 #include <QApplication>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -53,6 +56,15 @@ std::optional<FileUrl> firstOf(std::vector<FileUrl> const& files)
     return files.empty() ? std::nullopt : std::optional(files.front());
 }
 
+// A bus that answers needs a fraction of a millisecond; each caller would wait half a minute for
+// one that hangs, the toolkit among them.
+void leaveSilentBusAlone()
+{
+    constexpr std::chrono::seconds patience { 1 };
+    if (isSilentBus(sessionBusAddress().toStdString(), patience))
+        doWithoutSessionBus();
+}
+
 bool standsApart(CommandLine const& line)
 {
     return line.startsApart || line.screenshot;
@@ -65,8 +77,8 @@ bool hasFolder(CommandLine const& line)
         || !LastFolders::read(QtPreferences(QtPreferences::defaultFile())).folders.empty();
 }
 
-int run(CommandLine const& line, OpenRequest request, SingleInstance* instance,
-    Services& services, ApplicationService& service)
+int run(CommandLine const& line, OpenRequest request, SingleInstance* instance, Services& services,
+    ApplicationService& service)
 {
     Application application(services);
     // The last moment at which another window is seen by nobody.
@@ -91,6 +103,7 @@ int main(int argc, char** argv)
     if (answersAtOnce(early))
         return 0;
     auto const request = OpenRequest::fromEnvironment(firstOf(early.files));
+    leaveSilentBusAlone();
     ApplicationService service;
     std::optional<SingleInstance> instance;
     if (!standsApart(early))

@@ -15,10 +15,28 @@ namespace pixelhain {
 /// Where the session bus is, as the environment has it; empty if there is none.
 [[nodiscard]] QString sessionBusAddress();
 
-/// Sends the call and returns at once. The answer, or an error, comes later on the main thread,
-/// unless `context` is gone by then. Without a bus the error comes at once.
+/// From now on there is no session bus for this process, the toolkit included, which would greet it
+/// on the main thread and wait. Programs that are started from here find it as before. To be called
+/// before there is a second thread.
+void doWithoutSessionBus();
+
+/// Sends the call and returns at once, also while the bus hangs. Main thread; the answer, or an
+/// error, comes there later, unless `context` is gone by then. Without a bus the error comes at
+/// once.
 void callSessionBus(
     QObject* context, QDBusMessage const& call, std::function<void(QDBusMessage const&)> answered);
+
+/// A signal of an object on the bus, whoever sends it.
+struct BusSignal {
+    QString path;
+    QString interface;
+    QString name;
+};
+
+/// Returns at once. `listening` is called on the main thread when nothing can be missed any more,
+/// and `heard` for each such signal, as long as `context` lives.
+void listenToSessionBus(QObject* context, BusSignal const& signal, std::function<void()> listening,
+    std::function<void(QDBusMessage const&)> heard);
 
 /// A call of the desktop portal.
 [[nodiscard]] QDBusMessage portalCall(QString const& interface, QString const& method);
