@@ -1,10 +1,12 @@
 #pragma once
 #include "base/FileUrl.h"
 #include "base/Published.h"
+#include "base/Task.h"
 #include "model/FileProgress.h"
 #include "model/PhotoItem.h"
 #include "model/SortKey.h"
 #include "model/UrlSet.h"
+#include "model/ViewChoice.h"
 #include "model/ViewerTransition.h"
 #include <cstddef>
 #include <optional>
@@ -54,6 +56,9 @@ public:
     /// The same for the pages of a document that is being written.
     Field<std::optional<FileProgress>> pageProgress { *this };
 
+    /// What decides about `items`.
+    ViewChoice viewChoice() const { return { searchText, sortKey, ascending }; }
+
     // What nobody has to be told about.
     int columns() const { return columns_; }
     /// The columns of the gallery as last laid out; at least 1.
@@ -64,6 +69,9 @@ public:
     MainWindow* window() const { return window_; }
     /// The window withdraws itself with null before it goes.
     void setWindow(MainWindow* window) { window_ = window; }
+    /// Keeps what passes the keys on; there is one at most, a second one is dropped.
+    void setKeyMonitor(Task monitor);
+    bool hasKeyMonitor() const { return static_cast<bool>(keyMonitor_); }
 
 protected:
     using Observable::Observable;
@@ -74,6 +82,7 @@ protected:
     int scanGeneration_ = 0; ///< number of the newest scan
     std::optional<FileUrl> pendingFileToShow_; ///< opens in the viewer once its scan is there
     MainWindow* window_ = nullptr;
+    Task keyMonitor_;
 };
 
 } // namespace pixelhain

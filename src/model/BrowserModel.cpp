@@ -1,7 +1,7 @@
 #include "model/BrowserModel.h"
 #include "base/Text.h"
-#include "model/DiscardedPhotos.h"
 #include "model/Messages.h"
+#include "model/PhotoOrder.h"
 #include "model/RecentFolders.h"
 #include "model/Settings.h"
 #include "ports/Background.h"
@@ -19,6 +19,10 @@ BrowserModel::BrowserModel(Ports const& ports)
     , ports_(ports)
     , photoTest_(std::make_shared<PhotoTest>(ports.imageTypes))
     , folderWatcher_(ports.folderEvents, [this] { refreshTree(); })
+    , photos_(ports.background, ports.loop, ports.textOrder,
+          [this](std::vector<PhotoItem> visible, PhotoFilter::Scan scan) {
+              return showItems(std::move(visible), scan);
+          })
     , fileWork_(ports.background, ports.loop,
           [this](std::optional<FileProgress> progress) { fileProgress = progress; })
     , pageWork_(ports.background, ports.loop,
@@ -52,20 +56,38 @@ void BrowserModel::refreshTree()
 
 void BrowserModel::applyFilter()
 {
-    showItems(index_.visible(allItems_, ports_.textOrder, searchText.get(), sortKey, ascending));
+    photos_.choose(viewChoice());
 }
 
 // The viewer and the cursor stay with their photos, wherever those now stand.
-void BrowserModel::showItems(std::vector<PhotoItem> visible)
+std::vector<PhotoItem> BrowserModel::showItems(
+    std::vector<PhotoItem> visible, PhotoFilter::Scan scan)
 {
-    auto const inViewer = urlAt(viewerIndex);
-    auto const atCursor = urlAt(cursor);
+    auto const itemAt = [this](std::optional<std::size_t> index) {
+        return index && *index < items->size() ? std::optional((*items)[*index]) : std::nullopt;
+    };
+    auto const inViewer = itemAt(viewerIndex);
+    auto const atCursor = itemAt(cursor);
+    std::vector<PhotoItem> before;
     if (!(visible.empty() && items->empty()))
-        discardPhotos(ports_.background, items.replace(std::move(visible)));
-    showInViewer(indexOf(inViewer), ViewerTransition::none);
-    cursor = atCursor == inViewer ? viewerIndex.get() : indexOf(atCursor);
+        before = items.replace(std::move(visible));
+    auto const place = [&](std::optional<PhotoItem> const& photo) -> std::optional<std::size_t> {
+        if (!photo)
+            return std::nullopt;
+        auto const found = placeOf(*photo);
+        // Another scan may have found it changed.
+        return found || scan == PhotoFilter::Scan::same ? found : indexOf(photo->url);
+    };
+    showInViewer(place(inViewer), ViewerTransition::none);
+    cursor = atCursor == inViewer ? viewerIndex.get() : place(atCursor);
     anchor_ = std::nullopt;
     stopSlideshow();
+    return before;
+}
+
+std::optional<std::size_t> BrowserModel::placeOf(PhotoItem const& photo) const
+{
+    return placeInOrder(*items, photo, photos_.shown(), ports_.textOrder);
 }
 
 std::optional<std::size_t> BrowserModel::indexOf(std::optional<FileUrl> const& url) const

@@ -2,7 +2,7 @@
 #include "model/BrowserFields.h"
 #include "model/BrowserOptions.h"
 #include "model/FileWork.h"
-#include "model/PhotoIndex.h"
+#include "model/PhotoFilter.h"
 #include "model/PhotoTest.h"
 #include "model/Slideshow.h"
 #include "model/TrashedPhoto.h"
@@ -25,14 +25,14 @@ public:
     ~BrowserModel();
 
     /// The last accepted scan, unfiltered and unsorted.
-    std::vector<PhotoItem> const& allItems() const { return allItems_; }
+    std::vector<PhotoItem> const& allItems() const { return photos_.photos(); }
     std::string windowTitle() const;
 
     // Folders. What has to look at a disk first answers later; the newest request wins.
     /// Shows the folders of the last run again, unless a folder is open by then.
     void restoreLastFolders();
     /// Whether a place is still being looked at, which may be shown then.
-    bool isLookingForFolders() const { return isOpening_ || isRestoring_; }
+    bool isLookingForFolders() const { return openTask_ || restoreTask_; }
     void chooseFolder();
     /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.
     void open(FileUrl const& url);
@@ -43,11 +43,12 @@ public:
     void selectFolders(std::vector<FileUrl> urls, FocusGallery focusGallery);
     void startScan();
     void reload();
-    /// Makes the sidebar list and count its folders again; the gallery stays as it is.
-    void refreshTree();
+    void refreshTree(); ///< the sidebar's folders and counts; the gallery stays as it is
     bool canGoUp() const;
     void showParentFolder(); ///< as the root; the shown folders stay
-    void applyFilter();
+    /// Where in `items` a photo stands, as far as what it is ordered by tells. Quick.
+    std::optional<std::size_t> placeOf(PhotoItem const& photo) const;
+    void applyFilter(); ///< derives `items` anew; those of a very long list come later
 
     void showStatus(std::string text); ///< in the status bar, for five seconds
     void setShowContactSheetDialog(bool shows); ///< only while there are photos
@@ -85,9 +86,6 @@ public:
 
     /// Whether the key was ours. Every key that goes down in the program is to pass here first.
     bool handleKey(KeyEvent const& event);
-    /// Keeps what passes the keys on; there is one at most, a second one is dropped.
-    void setKeyMonitor(Task monitor);
-    bool hasKeyMonitor() const { return static_cast<bool>(keyMonitor_); }
 
     // Files. Changes happen one after the other in the background; one that is given while another
     // is under way waits, and is meant for what will then be where the user saw it.
@@ -121,7 +119,8 @@ private:
     void restore(Restorable const& found);
     void setRecentFolders(std::vector<FileUrl> places);
     void accept(ScanAnswer answer);
-    void showItems(std::vector<PhotoItem> visible);
+    void deriveAgain(ScanAnswer answer);
+    std::vector<PhotoItem> showItems(std::vector<PhotoItem> visible, PhotoFilter::Scan scan);
     std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
     std::optional<FileUrl> urlAt(std::optional<std::size_t> index) const;
     void mark(std::size_t from, std::size_t to);
@@ -133,17 +132,18 @@ private:
     Ports ports_;
     std::shared_ptr<PhotoTest> photoTest_; ///< shared with scans that outlive the model
     FolderWatcher folderWatcher_;
-    std::vector<PhotoItem> allItems_;
-    PhotoIndex index_;
+    PhotoFilter photos_;
     Slideshow slideshow_;
     std::vector<TrashedPhoto> lastTrashed_; ///< what `canUndoTrash` can bring back
     std::shared_ptr<Restorable> heldRestore_; ///< found while an open request still looked
-    bool isOpening_ = false, isRestoring_ = false;
-    Task openTask_, restoreTask_, statusTask_, scanTask_;
+    Task openTask_; ///< while a place is looked at that is to be opened
+    Task restoreTask_; ///< while those of the last run are
+    Task statusTask_;
+    Task scanTask_;
     std::vector<FileUrl> leaving_; ///< what a change of files that is under way takes away
     UrlSet removedWhileScanning_; ///< by us; the scan under way may have seen them before
-    Task keyMonitor_;
-    FileWork fileWork_, pageWork_;
+    FileWork fileWork_;
+    FileWork pageWork_;
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 

@@ -16,28 +16,17 @@
 
 namespace pixelhain {
 
-namespace {
-
-// What a scan saw of the model when it started, so that it can also do the model's part of the
-// work; each part is used only if the model has not changed since.
-struct ViewChoice {
-    std::string searchText;
-    SortKey sortKey = SortKey::name;
-    bool ascending = true;
-    bool operator==(ViewChoice const&) const = default;
-};
-
-} // namespace
-
 struct BrowserModel::Restorable {
     std::vector<FileUrl> folders;
     std::optional<FileUrl> root;
 };
 
+// What a scan saw of the model when it started, so that it can also do the model's part of the
+// work; each part is used only if the model has not changed since.
 struct BrowserModel::ScanAnswer {
     int generation = 0;
-    ScanResult found;
-    ViewChoice choice;
+    std::shared_ptr<PhotoList> found;
+    ViewChoice choice; ///< what `visible` was derived for
     std::vector<PhotoItem> visible;
     UrlSet selected;
     UrlSet stillSelected;
@@ -76,10 +65,9 @@ void BrowserModel::look(FileUrl const& url, std::function<bool(Place)> opens)
             return Place::folder;
         return files.exists(url) ? Place::file : Place::nothing;
     };
-    isOpening_ = true;
     openTask_ = runThen(ports_.background, ports_.loop, Priority::userInteractive, look,
         [this, opens = std::move(opens)](Place place) {
-            isOpening_ = false;
+            openTask_ = Task();
             auto const held = std::exchange(heldRestore_, nullptr);
             if (!opens(place) && held)
                 restore(*held);
@@ -112,11 +100,10 @@ void BrowserModel::restoreLastFolders()
             found.root = last.root;
         return found;
     };
-    isRestoring_ = true;
     restoreTask_ = runThen(
         ports_.background, ports_.loop, Priority::userInitiated, look, [this](Restorable found) {
-            isRestoring_ = false;
-            if (isOpening_)
+            restoreTask_ = Task();
+            if (openTask_)
                 heldRestore_ = std::make_shared<Restorable>(std::move(found));
             else
                 restore(found);
@@ -175,16 +162,13 @@ void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGa
 
     // A choice made by hand is newer than a place that is still being looked at.
     openTask_ = Task();
-    isOpening_ = false;
     heldRestore_ = nullptr;
 
     stopSlideshow();
     pendingFileToShow_ = std::nullopt;
     folder = urls.front();
     folders = std::move(urls);
-    discardPhotos(ports_.background, std::exchange(allItems_, {}));
-    index_ = PhotoIndex();
-    showItems({});
+    photos_.replace(std::make_shared<PhotoList>(), viewChoice(), {});
     selection = UrlSet();
     searchText = std::string();
     lastTrashed_.clear();
@@ -207,16 +191,16 @@ void BrowserModel::startScan()
     auto const scan = [generation = scanGeneration_, photoTest = photoTest_, &files = ports_.files,
                           &textOrder = ports_.textOrder, places = folders.get(),
                           recursive = includeSubfolders.get(), selected = selection.get(),
-                          choice = ViewChoice { searchText, sortKey, ascending }] {
+                          choice = viewChoice()] {
         ScanTools const tools { files, *photoTest, textOrder };
         ScanAnswer answer;
         answer.generation = generation;
-        answer.found = scanFolders(tools, places, recursive);
+        auto found = scanFolders(tools, places, recursive);
+        answer.found = std::make_shared<PhotoList>(std::move(found.items), std::move(found.index));
         answer.choice = choice;
-        answer.visible = answer.found.index.visible(
-            answer.found.items, textOrder, choice.searchText, choice.sortKey, choice.ascending);
+        answer.visible = answer.found->visible(choice, textOrder);
         answer.selected = selected;
-        answer.stillSelected = stillPresent(selected, answer.found.items);
+        answer.stillSelected = stillPresent(selected, answer.found->items());
         return answer;
     };
     scanTask_ = runThen(ports_.background, ports_.loop, Priority::userInitiated, scan,
@@ -227,29 +211,43 @@ void BrowserModel::ScanAnswer::takeOut(UrlSet const& removed)
 {
     if (removed.empty())
         return;
-    removePhotos(found.items, found.index, membership(removed, found.items));
+    found->remove(membership(removed, found->items()));
     removePhotos(visible, membership(removed, visible));
     std::erase_if(stillSelected, [&](FileUrl const& url) { return removed.contains(url); });
+}
+
+// Another text or order was chosen during the scan of a long list.
+void BrowserModel::deriveAgain(ScanAnswer answer)
+{
+    discardPhotos(ports_.background, std::exchange(answer.visible, {}));
+    auto derive
+        = [answer = std::move(answer), choice = viewChoice(), &order = ports_.textOrder]() mutable {
+              answer.choice = choice;
+              answer.visible = answer.found->visible(choice, order);
+              return std::move(answer);
+          };
+    scanTask_ = runThen(ports_.background, ports_.loop, Priority::userInitiated, std::move(derive),
+        [this](ScanAnswer again) { accept(std::move(again)); });
 }
 
 void BrowserModel::accept(ScanAnswer answer)
 {
     if (answer.generation != scanGeneration_)
         return;
+    if (auto const choice = viewChoice(); answer.choice != choice) {
+        if (!answer.found->isQuick())
+            return deriveAgain(std::move(answer));
+        answer.visible = answer.found->visible(choice, ports_.textOrder);
+    }
     isLoading = false;
     // The scan may have seen photos that have been taken away since.
     answer.takeOut(std::exchange(removedWhileScanning_, {}));
     // What left its folder for good before the scan came by is followed as if it were done.
     if (!leaving_.empty())
-        removeItems(vanishedPhotos(leaving_, *items, answer.found.items));
-    discardPhotos(ports_.background, std::exchange(allItems_, std::move(answer.found.items)));
-    index_ = std::move(answer.found.index);
+        removeItems(vanishedPhotos(leaving_, *items, answer.found->items()));
     selection = *selection == answer.selected ? std::move(answer.stillSelected)
-                                              : stillPresent(selection, allItems_);
-    if (answer.choice == ViewChoice { searchText, sortKey, ascending })
-        showItems(std::move(answer.visible));
-    else
-        applyFilter();
+                                              : stillPresent(selection, answer.found->items());
+    photos_.replace(std::move(answer.found), viewChoice(), std::move(answer.visible));
     if (auto const file = std::exchange(pendingFileToShow_, std::nullopt))
         if (auto const index = indexOf(file))
             openViewer(*index);

@@ -23,7 +23,7 @@ struct BrowserModel::KeyActions {
     bool performPaging(KeyAction action);
 };
 
-void BrowserModel::setKeyMonitor(Task monitor)
+void BrowserFields::setKeyMonitor(Task monitor)
 {
     if (!keyMonitor_)
         keyMonitor_ = std::move(monitor);

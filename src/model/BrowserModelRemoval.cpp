@@ -23,7 +23,7 @@ void BrowserModel::removeItems(UrlSet const& urls)
     auto const successor = [&](FileUrl const& url) { return urlAt(survivor(indexOf(url), gone)); };
     for (auto& command : fileWork_.waiting())
         command.targets.follow(urls, successor);
-    removePhotos(allItems_, index_, membership(urls, allItems_));
+    photos_.remove(urls);
     auto const after = [&](std::optional<std::size_t> index) -> std::optional<std::size_t> {
         auto const kept = survivor(index, gone);
         return kept ? std::optional(indexAfterRemoval(*kept, gone)) : std::nullopt;

@@ -1,7 +1,7 @@
 #include "model/PhotoOrder.h"
 #include "base/Text.h"
-#include "model/PhotoItem.h"
 #include "ports/TextOrder.h"
+#include <algorithm>
 
 namespace pixelhain {
 
@@ -15,6 +15,23 @@ bool photoOrder(
     if (sortKey == SortKey::size && a.size != b.size)
         return a.size < b.size;
     return order.compare(a.name(), b.name()) < 0;
+}
+
+std::optional<std::size_t> placeInOrder(std::span<PhotoItem const> items, PhotoItem const& photo,
+    ViewChoice const& choice, TextOrder const& order)
+{
+    auto const ascends = [&](PhotoItem const& a, PhotoItem const& b) {
+        if (photoOrder(a, b, choice.sortKey, true, order))
+            return true;
+        return !photoOrder(b, a, choice.sortKey, true, order) && a.url < b.url;
+    };
+    auto const found
+        = std::ranges::lower_bound(items, photo, [&](PhotoItem const& a, PhotoItem const& b) {
+              return choice.ascending ? ascends(a, b) : ascends(b, a);
+          });
+    if (found == items.end() || found->url != photo.url)
+        return std::nullopt;
+    return static_cast<std::size_t>(found - items.begin());
 }
 
 bool matchesFilter(PhotoItem const& item, std::string_view searchText, TextOrder const& order)

@@ -1,7 +1,11 @@
 #include "model/PhotoOrder.h"
 #include "icu/IcuTextOrder.h"
+#include "model/PhotoIndex.h"
 #include "model/PhotoItem.h"
+#include <algorithm>
 #include <doctest/doctest.h>
+#include <string>
+#include <vector>
 
 using namespace pixelhain;
 
@@ -89,4 +93,26 @@ TEST_CASE("a search for e does not find é, however either is written")
     CHECK_FALSE(matchesFilter(photo("cafe\xCC\x81.jpg"), "cafe", order));
     CHECK(matchesFilter(photo("cafe\xCC\x81.jpg"), "CAF\xC3\x89", order));
     CHECK(matchesFilter(photo("CAF\xC3\x89.jpg"), "cafe\xCC\x81", order));
+}
+
+TEST_CASE("a photo is found in a list of any order, and one that is not there is not")
+{
+    std::vector<PhotoItem> items;
+    for (int i = 0; i < 60; ++i) {
+        auto const name = (i % 2 == 0 ? "IMG_" : "img_") + std::to_string(i / 4) + ".jpg";
+        items.push_back({ FileUrl("/" + std::to_string(i % 3)).child(name),
+            Timestamp(std::chrono::seconds(i % 5)), i % 7 });
+    }
+    std::ranges::sort(items, {}, &PhotoItem::url);
+    items.erase(std::ranges::unique(items, {}, &PhotoItem::url).begin(), items.end());
+    for (auto const key : { SortKey::name, SortKey::date, SortKey::size })
+        for (bool const ascending : { true, false }) {
+            ViewChoice const choice { "", key, ascending };
+            PhotoIndex index(std::span<PhotoItem const>(items), order);
+            auto const sorted = index.visible(items, order, "", key, ascending);
+            for (std::size_t i = 0; i < sorted.size(); ++i)
+                CHECK(placeInOrder(sorted, sorted[i], choice, order) == i);
+            CHECK_FALSE(placeInOrder(sorted, photo("IMG_3.jpg"), choice, order));
+            CHECK_FALSE(placeInOrder({}, sorted[0], choice, order));
+        }
 }

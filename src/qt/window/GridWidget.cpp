@@ -77,7 +77,7 @@ void GridWidget::layOut()
     if (!painter_)
         renewPainter();
     view_.layOut(viewport()->width(), painter_->captions().lineHeights());
-    auto const held = first_ && top_ > 0 ? indexOf(*first_) : std::nullopt;
+    auto const held = first_ && top_ > 0 ? services_.model.placeOf(first_->photo) : std::nullopt;
     if (held) {
         first_->index = *held;
         top_ = view_.layout().cell(*held).y - first_->offset;
@@ -116,23 +116,7 @@ std::optional<GridWidget::Anchor> GridWidget::anchor() const
     auto const& items = *services_.model.items;
     if (inView.empty() || inView.first >= items.size())
         return std::nullopt;
-    return Anchor { items[inView.first].url, inView.first,
-        view_.layout().cell(inView.first).y - top_ };
-}
-
-std::optional<std::size_t> GridWidget::indexOf(Anchor const& anchor) const
-{
-    auto const& items = *services_.model.items;
-    auto const matches
-        = [&](std::size_t index) { return index < items.size() && items[index].url == anchor.url; };
-    auto const farthest = std::max(items.size(), anchor.index + 1);
-    for (std::size_t away = 0; away < farthest; ++away) {
-        auto const before = anchor.index - std::min(away, anchor.index);
-        for (auto const index : { anchor.index + away, before })
-            if (matches(index))
-                return index;
-    }
-    return std::nullopt;
+    return Anchor { items[inView.first], inView.first, view_.layout().cell(inView.first).y - top_ };
 }
 
 long long GridWidget::devicePixels(double points) const

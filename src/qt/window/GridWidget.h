@@ -80,7 +80,7 @@ protected:
 
 private:
     struct Anchor {
-        FileUrl url;
+        PhotoItem photo;
         std::size_t index = 0;
         double offset = 0; ///< of its cell's top from the viewport's
     };
@@ -98,7 +98,6 @@ private:
     void showCells();
     void showCell(std::size_t index);
     std::optional<Anchor> anchor() const;
-    std::optional<std::size_t> indexOf(Anchor const& anchor) const;
     void updateScrollBar();
     void moveTo(double top);
     void scrollPixels(long long before, long long after);

@@ -1,0 +1,61 @@
+#pragma once
+#include "base/Task.h"
+#include "model/PhotoList.h"
+#include "model/UrlSet.h"
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace pixelhain {
+
+class Background;
+class MainLoop;
+class TextOrder;
+
+/// The photos of the last scan and which of them are visible. A short list is filtered and ordered
+/// at once; a long one, for which that takes longer than a frame, in the background, and only what
+/// was chosen last is shown. Main thread.
+class PhotoFilter {
+public:
+    enum class Scan { same, other };
+
+    /// Shows a list, of the same scan as the one before or of another, and gives back the one
+    /// before: it may be wanted again, and one that is not may take long to free.
+    using Show = std::function<std::vector<PhotoItem>(std::vector<PhotoItem> visible, Scan scan)>;
+
+    PhotoFilter(Background& background, MainLoop& loop, TextOrder const& order, Show show);
+
+    std::vector<PhotoItem> const& photos() const { return list_->items(); }
+
+    /// Has shown what `choice` lets through, now or later; a search that is still under way is
+    /// dropped. Without a search text what was visible before the search is there at once.
+    void choose(ViewChoice const& choice);
+
+    /// What the list that is shown was chosen by.
+    ViewChoice const& shown() const { return shown_; }
+
+    /// Shows the photos of another scan, of which `choice` lets `visible` through.
+    void replace(
+        std::shared_ptr<PhotoList> list, ViewChoice const& choice, std::vector<PhotoItem> visible);
+
+    /// Forgets photos; the owner takes them out of what is shown. What is under way is begun anew.
+    void remove(UrlSet const& urls);
+
+private:
+    void deriveLater(ViewChoice const& choice);
+    void deliver(ViewChoice const& choice, std::vector<PhotoItem> visible);
+    void dropWhole();
+
+    Background& background_;
+    MainLoop& loop_;
+    TextOrder const& order_;
+    Show show_;
+    std::shared_ptr<PhotoList> list_ = std::make_shared<PhotoList>();
+    ViewChoice shown_;
+    ViewChoice chosen_; ///< what is under way
+    std::optional<std::vector<PhotoItem>> whole_; ///< what a search replaced, in the order shown
+    Task task_;
+};
+
+} // namespace pixelhain

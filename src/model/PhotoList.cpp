@@ -1,0 +1,21 @@
+#include "model/PhotoList.h"
+#include "base/Text.h"
+
+namespace pixelhain {
+
+PhotoList::PhotoList(PhotoList const& other)
+    : items_(other.items_)
+    , index_(other.index_.withoutNames())
+{
+}
+
+std::vector<PhotoItem> PhotoList::visible(ViewChoice const& choice, TextOrder const& order)
+{
+    if (!trimmedBlanks(choice.searchText).empty()) {
+        std::scoped_lock const guard(folding_);
+        index_.foldNames(items_, order);
+    }
+    return index_.visible(items_, order, choice.searchText, choice.sortKey, choice.ascending);
+}
+
+} // namespace pixelhain

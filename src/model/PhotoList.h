@@ -1,0 +1,71 @@
+#pragma once
+#include "model/PhotoIndex.h"
+#include "model/ViewChoice.h"
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace pixelhain {
+
+class TextOrder;
+
+/// The photos of a scan and what is known about their names. Searches in the background read it
+/// while they look; whoever changes it meanwhile changes a copy.
+class PhotoList {
+public:
+    PhotoList() = default;
+    PhotoList(std::vector<PhotoItem> items, PhotoIndex index)
+        : items_(std::move(items))
+        , index_(std::move(index))
+    {
+    }
+    /// Never waits for a search in `other`.
+    PhotoList(PhotoList const& other);
+    PhotoList& operator=(PhotoList const&) = delete;
+
+    std::vector<PhotoItem> const& items() const { return items_; }
+
+    /// Whether `visible` takes less than a frame, on a slow machine too.
+    bool isQuick() const { return items_.size() <= 20'000; }
+
+    /// The items that `choice` lets through, in its order. Thread-safe.
+    [[nodiscard]] std::vector<PhotoItem> visible(ViewChoice const& choice, TextOrder const& order);
+
+    /// Whether a `Reading` of it is under way.
+    bool isBeingRead() const { return readings_.load(std::memory_order_acquire) > 0; }
+    class Reading;
+
+    /// Takes the photos marked in `gone` out. Not while it is being read.
+    void remove(std::vector<bool> const& gone) { removePhotos(items_, index_, gone); }
+
+private:
+    std::vector<PhotoItem> items_;
+    PhotoIndex index_;
+    std::mutex folding_; ///< held by the first search, which folds the names
+    std::atomic<int> readings_ = 0;
+};
+
+/// Keeps a list alive, and as it is, for a search on another thread.
+class PhotoList::Reading {
+public:
+    explicit Reading(std::shared_ptr<PhotoList> list)
+        : list_(std::move(list))
+    {
+        ++list_->readings_;
+    }
+    Reading(Reading const& other)
+        : Reading(other.list_)
+    {
+    }
+    Reading& operator=(Reading const&) = delete;
+    ~Reading() { list_->readings_.fetch_sub(1, std::memory_order_release); }
+
+    PhotoList* operator->() const { return list_.get(); }
+
+private:
+    std::shared_ptr<PhotoList> list_;
+};
+
+} // namespace pixelhain
