@@ -36,7 +36,7 @@ public:
     void chooseFolder();
     /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.
     void open(FileUrl const& url);
-    /// Opens one of `recentFolders`; if it is gone, says so and forgets it.
+    /// Opens one of `recentFolders`; says so if it is not there.
     void openRecent(FileUrl const& url);
     void clearRecentFolders();
     void setRoot(FileUrl const& url, AlsoSelect alsoSelect);

@@ -13,8 +13,8 @@ void BrowserModel::openRecent(FileUrl const& url)
             setRecentFolders(recents::with(recentFolders, url));
             return true;
         }
-        setRecentFolders(recents::without(recentFolders, url));
-        showStatus(messages::folderIsGone(url.name()));
+        // It stays in the list: its drive may only be away.
+        showStatus(messages::folderIsMissing(url.name()));
         return false;
     });
 }

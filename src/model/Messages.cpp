@@ -28,9 +28,9 @@ std::string messages::photoCount(std::size_t count)
     return std::to_string(count) + " Fotos";
 }
 
-std::string messages::folderIsGone(std::string_view name)
+std::string messages::folderIsMissing(std::string_view name)
 {
-    return "Der Ordner „" + displayText(name) + "“ ist nicht mehr da";
+    return "Der Ordner „" + displayText(name) + "“ ist nicht da";
 }
 
 std::string messages::trashed(std::size_t count, std::size_t failed)

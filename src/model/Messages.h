@@ -21,8 +21,8 @@ inline constexpr std::string_view slideshow = "Diashow";
 /// "1 Fotos", "40 Fotos": counts on display keep the plural.
 [[nodiscard]] std::string photoCount(std::size_t count);
 
-/// "Der Ordner „Urlaub“ ist nicht mehr da"; a folder's name need not be text.
-[[nodiscard]] std::string folderIsGone(std::string_view name);
+/// "Der Ordner „Urlaub“ ist nicht da"; a folder's name need not be text.
+[[nodiscard]] std::string folderIsMissing(std::string_view name);
 
 // What happened to files. Unlike counts on display, these speak of one "Foto". Files that failed
 // are mentioned only if there are any.

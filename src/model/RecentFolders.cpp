@@ -65,12 +65,6 @@ std::vector<FileUrl> recents::with(std::vector<FileUrl> folders, FileUrl const& 
     return folders;
 }
 
-std::vector<FileUrl> recents::without(std::vector<FileUrl> folders, FileUrl const& gone)
-{
-    std::erase(folders, gone);
-    return folders;
-}
-
 std::vector<std::string> recents::titles(std::vector<FileUrl> const& folders, FileUrl const& home)
 {
     std::vector<std::string> titles;

@@ -19,7 +19,6 @@ void write(Preferences& preferences, std::vector<FileUrl> const& folders);
 
 /// `folders` with `opened` in front; what is too much falls off the end.
 [[nodiscard]] std::vector<FileUrl> with(std::vector<FileUrl> folders, FileUrl const& opened);
-[[nodiscard]] std::vector<FileUrl> without(std::vector<FileUrl> folders, FileUrl const& gone);
 
 /// What each is called beside the others, as valid UTF-8: its name; its name after that of the
 /// folder it lies in, where others have the same name; its path, where that does not tell them

@@ -1,17 +1,10 @@
 #include "support/Desk.h"
+#include "support/Urls.h"
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
 
 namespace {
-
-std::vector<FileUrl> urls(std::vector<std::string> const& paths)
-{
-    std::vector<FileUrl> all;
-    for (auto const& path : paths)
-        all.emplace_back(path);
-    return all;
-}
 
 std::vector<FileUrl> recent(Desk& desk)
 {
@@ -20,16 +13,24 @@ std::vector<FileUrl> recent(Desk& desk)
 
 } // namespace
 
-TEST_CASE("opened folders are remembered, newest first, over the next start")
+TEST_CASE("opened folders are remembered over the next start, and no disk is asked for them")
 {
     Desk desk;
     desk.open("/b/fest", { "1.jpg" });
     desk.open("/b/urlaub", { "2.jpg" });
     CHECK(recent(desk) == urls({ "/b/urlaub", "/b/fest" }));
-    desk.open("/b/fest", {});
-    CHECK(recent(desk) == urls({ "/b/fest", "/b/urlaub" }));
     desk.start();
-    CHECK(recent(desk) == urls({ "/b/fest", "/b/urlaub" }));
+    CHECK(recent(desk) == urls({ "/b/urlaub", "/b/fest" }));
+    CHECK(desk.background.pending() == 0);
+}
+
+TEST_CASE("the list of remembered folders is written only when it changes")
+{
+    Desk desk;
+    desk.open("/b/urlaub", {});
+    auto const writes = desk.preferences.writes["recentFolders"];
+    desk.open("/b/urlaub", {});
+    CHECK(desk.preferences.writes["recentFolders"] == writes);
 }
 
 TEST_CASE("of an opened image its folder is remembered, of what does not exist nothing")
@@ -84,24 +85,29 @@ TEST_CASE("a remembered folder opens as if it were chosen")
     CHECK(desk.status().empty());
 }
 
-TEST_CASE("a remembered folder that is gone is told and forgotten, what is shown stays")
+TEST_CASE("a remembered folder that is not there is told and kept, and opens when it is back")
 {
     Desk desk;
     desk.open("/b/fest", { "1.jpg" });
     desk.open("/b/urlaub", { "2.jpg" });
+    auto const both = urls({ "/b/urlaub", "/b/fest" });
     desk.files.remove(FileUrl("/b/fest"));
     desk.model().openRecent(FileUrl("/b/fest"));
-    CHECK(recent(desk).size() == 2);
     desk.settle();
-    CHECK(desk.status() == "Der Ordner „fest“ ist nicht mehr da");
-    CHECK(recent(desk) == urls({ "/b/urlaub" }));
+    CHECK(desk.status() == "Der Ordner „fest“ ist nicht da");
+    CHECK(recent(desk) == both);
     CHECK(*desk.model().folder == FileUrl("/b/urlaub"));
     CHECK(desk.names() == Names { "2.jpg" });
     desk.start();
-    CHECK(recent(desk) == urls({ "/b/urlaub" }));
+    CHECK(recent(desk) == both);
+    desk.folder("/b/fest", { "1.jpg" });
+    desk.model().openRecent(FileUrl("/b/fest"));
+    desk.settle();
+    CHECK(desk.names() == Names { "1.jpg" });
+    CHECK(recent(desk) == urls({ "/b/fest", "/b/urlaub" }));
 }
 
-TEST_CASE("where a file lies now, a remembered folder is gone")
+TEST_CASE("where a file lies now, a remembered folder is not there")
 {
     Desk desk;
     desk.open("/b/fest", {});
@@ -109,11 +115,11 @@ TEST_CASE("where a file lies now, a remembered folder is gone")
     desk.files.addFile(FileUrl("/b/fest"));
     desk.model().openRecent(FileUrl("/b/fest"));
     desk.settle();
-    CHECK(desk.status() == "Der Ordner „fest“ ist nicht mehr da");
-    CHECK(recent(desk).empty());
+    CHECK(desk.status() == "Der Ordner „fest“ ist nicht da");
+    CHECK(recent(desk) == urls({ "/b/fest" }));
 }
 
-TEST_CASE("a remembered folder that is gone does not keep the last folders from being shown again")
+TEST_CASE("a remembered folder that is missing does not keep the last folders from being shown")
 {
     Desk desk;
     desk.open("/b/urlaub", { "1.jpg" });
@@ -124,7 +130,7 @@ TEST_CASE("a remembered folder that is gone does not keep the last folders from 
     CHECK_FALSE(desk.model().folder->has_value());
     desk.settle();
     CHECK(*desk.model().folder == FileUrl("/b/urlaub"));
-    CHECK(desk.status() == "Der Ordner „weg“ ist nicht mehr da");
+    CHECK(desk.status() == "Der Ordner „weg“ ist nicht da");
 }
 
 TEST_CASE("the list of remembered folders can be cleared, also for the next start")
@@ -135,17 +141,4 @@ TEST_CASE("the list of remembered folders can be cleared, also for the next star
     CHECK(recent(desk).empty());
     desk.start();
     CHECK(recent(desk).empty());
-}
-
-TEST_CASE("remembering folders asks no disk")
-{
-    Desk desk;
-    desk.open("/b/fest", {});
-    desk.open("/b/urlaub", {});
-    desk.start();
-    CHECK(recent(desk).size() == 2);
-    CHECK(desk.background.pending() == 0);
-    auto const writes = desk.preferences.writes["recentFolders"];
-    desk.open("/b/urlaub", {});
-    CHECK(desk.preferences.writes["recentFolders"] == writes);
 }

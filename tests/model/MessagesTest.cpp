@@ -44,8 +44,8 @@ TEST_CASE("the clipboard and the progress of long work have their sentences")
     CHECK(messages::progress(3, 12000) == "3 von 12000");
 }
 
-TEST_CASE("a folder that is gone is named, whatever its name is made of")
+TEST_CASE("a folder that is missing is named, whatever its name is made of")
 {
-    CHECK(messages::folderIsGone("Urlaub") == "Der Ordner \u201EUrlaub\u201C ist nicht mehr da");
-    CHECK(messages::folderIsGone("\xFFz") == "Der Ordner \u201E\uFFFDz\u201C ist nicht mehr da");
+    CHECK(messages::folderIsMissing("Urlaub") == "Der Ordner \u201EUrlaub\u201C ist nicht da");
+    CHECK(messages::folderIsMissing("\xFFz") == "Der Ordner \u201E\uFFFDz\u201C ist nicht da");
 }

@@ -1,18 +1,11 @@
 #include "model/RecentFolders.h"
 #include "support/FakePreferences.h"
+#include "support/Urls.h"
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
 
 namespace {
-
-std::vector<FileUrl> urls(std::vector<std::string> const& paths)
-{
-    std::vector<FileUrl> all;
-    for (auto const& path : paths)
-        all.emplace_back(path);
-    return all;
-}
 
 std::vector<std::string> titles(std::vector<std::string> const& paths)
 {
@@ -40,12 +33,6 @@ TEST_CASE("ten folders are remembered")
     CHECK(list.front() == FileUrl("/12"));
     CHECK(list.back() == FileUrl("/3"));
     CHECK(recents::with(list, FileUrl("/3")).size() == 10);
-}
-
-TEST_CASE("a folder that is gone leaves the list, the others stay in their order")
-{
-    CHECK(recents::without(urls({ "/a", "/b", "/c" }), FileUrl("/b")) == urls({ "/a", "/c" }));
-    CHECK(recents::without(urls({ "/a" }), FileUrl("/b")) == urls({ "/a" }));
 }
 
 TEST_CASE("the list is stored and read as bytes")
