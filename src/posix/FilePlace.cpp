@@ -25,10 +25,15 @@ bool FilePlace::unlink() const
     return uninterrupted([&] { return ::unlinkat(folder(), name(), 0); }) == 0;
 }
 
-bool FilePlace::unlinkIfStill(struct stat const& file) const
+bool FilePlace::isStill(struct stat const& file) const
 {
     struct stat now { };
-    return status(now) && isSameFile(now, file) && unlink();
+    return status(now) && isSameFile(now, file);
+}
+
+bool FilePlace::unlinkIfStill(struct stat const& file) const
+{
+    return isStill(file) && unlink();
 }
 
 bool statusOf(int file, struct stat& status)

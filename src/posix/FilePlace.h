@@ -28,6 +28,9 @@ public:
     /// Removes the name. False, with errno set, if that is not possible.
     [[nodiscard]] bool unlink() const;
 
+    /// Whether the name still is that of the file with this status.
+    [[nodiscard]] bool isStill(struct stat const& file) const;
+
     /// Removes the name if it still is that of the file with this status.
     [[nodiscard]] bool unlinkIfStill(struct stat const& file) const;
 

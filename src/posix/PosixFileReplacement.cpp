@@ -164,12 +164,13 @@ try {
     return false;
 }
 
-// What has no name any more nobody would ever see.
+// What has no name any more nobody would ever see. Some drives do not count names: there it is
+// looked for.
 bool PosixFileReplacement::isStillNamed()
 {
     struct stat own { };
     struct stat folder { };
-    if (!statusOf(file_.get(), own) || own.st_nlink > 0)
+    if (!statusOf(file_.get(), own) || own.st_nlink > 0 || part_.isStill(own))
         return true;
     bool const hasFolder = statusOf(target_.folder(), folder) && folder.st_nlink > 0;
     errno = hasFolder ? EIO : ENOENT;
@@ -217,6 +218,10 @@ bool PosixFileReplacement::rename()
              }) == 0
                      : renameExclusively(part_, target_) == RenameResult::done)
         return true;
+    auto const error = errno;
+    if (error == ENOENT && !isStillNamed())
+        return false;
+    errno = error;
     fail();
     return false;
 }

@@ -1,4 +1,5 @@
 #include "posix/PosixFileReplacement.h"
+#include "SystemCallFaults.h"
 #include "support/FileBytes.h"
 #include "support/OtherUser.h"
 #include "support/PrivateMounts.h"
@@ -219,6 +220,34 @@ TEST_CASE("a file whose folder is gone is not written on")
         CHECK_FALSE(file->write(bytesIn(block)));
         CHECK(file->finish() == WriteProblem::noFolder);
     }
+}
+
+TEST_CASE("a file that loses its name at the last moment is missed, not its folder")
+{
+    TemporaryFolder const folder;
+    auto const file = begun(folder.url().child("a.pdf"));
+    CHECK(file->write(bytesIn("x")));
+    auto const part = folder.url().child("a.pdf.part");
+    SystemCallFaults const faults(
+        { { "renameat2", Fault::none, 1, 1, [&] { CHECK(::unlink(part.cString()) == 0); } } });
+    CHECK(file->finish() == WriteProblem::other);
+}
+
+TEST_CASE("a drive that does not count the names of its files takes new ones")
+{
+    TemporaryFolder const folder;
+    auto const target = folder.file("a.pdf", "old");
+    SystemCallFaults const faults({ { "fstat", Fault::uncounted, 1, Fault::always } });
+    {
+        auto const file = begun(target);
+        CHECK(file->write(std::vector<std::uint8_t>(1 << 20, 'n')));
+        CHECK_FALSE(file->finish().has_value());
+        CHECK(bytesOf(target) == std::string(1 << 20, 'n'));
+    }
+    auto const file = begun(target);
+    CHECK(::unlink(folder.url().child("a.pdf.part").cString()) == 0);
+    CHECK_FALSE(file->write(std::vector<std::uint8_t>(1 << 20, 'n')));
+    CHECK(namesIn(folder.url()) == Names { "a.pdf" });
 }
 
 TEST_CASE("a file that went away in the meantime makes room for the new one")

@@ -13,12 +13,14 @@ struct Fault {
     static constexpr int pretendSuccess = 0;
     static constexpr int kill = -1;
     static constexpr int none = -2;
+    static constexpr int uncounted = -3;
 
     /// The call's name; empty for all that can be made to fail. Making a nameless file goes by
     /// "O_TMPFILE".
     std::string_view call;
     /// What the call fails with, or `pretendSuccess` without doing anything, or `kill`: the process
-    /// ends before the call, or `none`: it does what it should.
+    /// ends before the call, or `none`: it does what it should, or `uncounted`: it also says that
+    /// the file has no name, as "fstat" does on drives that do not count names.
     int error = 0;
     /// Which of the calls is the first that fails, and how many do.
     int from = 1;
