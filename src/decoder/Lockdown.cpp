@@ -75,6 +75,12 @@ std::string missingHolds(Lockdown const& lockdown)
     return missing;
 }
 
+bool bindToParent(pid_t parent)
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    return ::getppid() == parent;
+}
+
 Lockdown lockDown(WorkerLimits const& limits)
 {
     Lockdown lockdown;

@@ -2,6 +2,7 @@
 #include "decoder/WorkerLimits.h"
 #include <cstdint>
 #include <string>
+#include <sys/types.h>
 
 namespace pixelhain {
 
@@ -28,6 +29,10 @@ struct Lockdown {
 
 /// The kernel's names of what is not in force, such as "Landlock, seccomp"; empty if all is.
 [[nodiscard]] std::string missingHolds(Lockdown const& lockdown);
+
+/// Has the calling process end with the thread that started it, for good. False if that thread's
+/// process is not `parent`: it ended before this was called, and there is nobody to work for.
+[[nodiscard]] bool bindToParent(pid_t parent);
 
 /// Takes everything from the calling process that decoding does not need, for good: what remains
 /// are its memory, its threads, and the descriptors that are open or come in by the socket. What

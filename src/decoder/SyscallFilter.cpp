@@ -43,7 +43,7 @@ void addHarmless(FilterProgram& program)
             SYS_set_robust_list, SYS_rseq, SYS_membarrier, SYS_clock_gettime, SYS_clock_getres,
             SYS_clock_nanosleep, SYS_nanosleep, SYS_gettimeofday, SYS_times, SYS_getrusage,
             SYS_getcpu, SYS_getrandom, SYS_getpid, SYS_gettid, SYS_getuid, SYS_geteuid, SYS_getgid,
-            SYS_getegid, SYS_getpriority, SYS_sysinfo, SYS_uname },
+            SYS_getegid, SYS_getpriority, SYS_sysinfo, SYS_uname, SYS_setitimer },
         FilterProgram::leave(allow));
 #if defined(__x86_64__)
     program.add({ SYS_poll, SYS_time }, FilterProgram::leave(allow));

@@ -2,8 +2,10 @@
 #include "codecs/DecodeLimits.h"
 #include "codecs/FileProperties.h"
 #include "decoder/CarefulSource.h"
+#include "decoder/ProcessorAlarm.h"
 #include "decoder/PropertiesRecord.h"
 #include "decoder/SpaceMemory.h"
+#include "decoder/WorkerLimits.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
 #include <algorithm>
@@ -89,6 +91,7 @@ bool Worker::serve(ReceivedRecord received)
 {
     if (received.isEnd())
         return false;
+    ProcessorAlarm const alarm(WorkerLimits::requestTime);
     if (auto const request = parseAnimationRequest(received.message())) {
         auto const response = animations_.answer(*request, received.takeDescriptor(0));
         return socket_.send(response);

@@ -27,6 +27,9 @@ struct WorkerLimits {
     static constexpr std::uint64_t openFiles = 16;
     /// Processor time of a worker's whole life; deadlines end a single request much earlier.
     static constexpr std::chrono::seconds processorTime { 3600 };
+    /// Processor time after which a worker that is still busy with one request ends itself. Longer
+    /// than any deadline: it is for those whose program can no longer end them.
+    static constexpr std::chrono::seconds requestTime { 300 };
     /// A request may take this many times its processor time on the clock: the disk may be slow,
     /// and others want the processors too.
     static constexpr int clockFactor = 3;

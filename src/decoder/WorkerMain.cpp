@@ -13,16 +13,34 @@ namespace pixelhain {
 
 namespace {
 
-std::optional<std::uint64_t> memoryIn(std::span<char* const> arguments)
+template <typename Number>
+std::optional<Number> numberAfter(
+    std::string_view option, std::span<char* const> arguments, std::size_t place)
 {
-    if (arguments.size() != 3 || std::string_view(arguments[1]) != "--memory")
+    if (std::string_view(arguments[place]) != option)
         return std::nullopt;
-    std::string_view const text(arguments[2]);
-    std::uint64_t bytes = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), bytes);
+    std::string_view const text(arguments[place + 1]);
+    Number number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size())
         return std::nullopt;
-    return bytes;
+    return number;
+}
+
+struct Orders {
+    std::uint64_t memory = 0;
+    pid_t parent = 0;
+};
+
+std::optional<Orders> ordersIn(std::span<char* const> arguments)
+{
+    if (arguments.size() != 5)
+        return std::nullopt;
+    auto const memory = numberAfter<std::uint64_t>("--memory", arguments, 1);
+    auto const parent = numberAfter<pid_t>("--parent", arguments, 3);
+    if (!memory || !parent)
+        return std::nullopt;
+    return Orders { *memory, *parent };
 }
 
 // What opens files when it is used for the first time has to be used while that is possible.
@@ -53,21 +71,24 @@ bool isSocket(int descriptor)
 int runWorker(std::span<char* const> arguments, Worker::Opener const& opener,
     AnimationServer::Opener const& animations)
 {
-    auto const memory = memoryIn(arguments);
-    if (!memory || !isSocket(WorkerDescriptors::socket)) {
+    auto const orders = ordersIn(arguments);
+    if (!orders || !isSocket(WorkerDescriptors::socket)) {
         std::fputs("This program decodes pictures for pixelhain and is started by it.\n", stderr);
         return 2;
     }
+    // A program that was killed at once may have asked for something already.
+    if (!bindToParent(orders->parent))
+        return 1;
     WritableSpace space(WorkerDescriptors::space, ownSpaceBytes);
     ::close(WorkerDescriptors::space);
     if (!space)
         return 1;
     keepPages();
     warmUp();
-    auto const lockdown = lockDown({ *memory });
+    auto const lockdown = lockDown({ orders->memory });
     // Half of the address space is for code, the picture that comes out, and threads' stacks.
     Worker worker(RecordSocket(Descriptor(WorkerDescriptors::socket)), std::move(space), opener,
-        *memory / 2, animations);
+        orders->memory / 2, animations);
     worker.run(lockdown.holds);
     return 0;
 }

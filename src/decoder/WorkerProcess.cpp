@@ -53,8 +53,11 @@ public:
     {
         auto program = command.program;
         auto memory = std::to_string(command.addressSpace);
-        char option[] = "--memory";
-        std::array<char*, 4> words { program.data(), option, memory.data(), nullptr };
+        auto parent = std::to_string(::getpid());
+        char memoryOption[] = "--memory";
+        char parentOption[] = "--parent";
+        std::array<char*, 6> words { program.data(), memoryOption, memory.data(), parentOption,
+            parent.data(), nullptr };
         auto environment = command.environment;
         std::vector<char*> variables;
         for (auto& variable : environment)

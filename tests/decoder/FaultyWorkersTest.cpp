@@ -1,4 +1,5 @@
 #include "decoder/PooledDecoder.h"
+#include "decoder/WorkerMain.h"
 #include "support/Children.h"
 #include "support/ForkedRun.h"
 #include "support/ImageWriters.h"
@@ -386,6 +387,27 @@ TEST_CASE("workers end with the program, even if it is killed")
         CHECK(hasEnded(worker));
     ::close(ends[0]);
     ::close(ends[1]);
+}
+
+TEST_CASE("a worker whose program ended before it began does nothing of what it was asked")
+{
+    auto ends = RecordSocket::pair();
+    auto space = SharedSpace::create(ownSpaceBytes);
+    REQUIRE(ends);
+    REQUIRE(space);
+    auto const program = options().program;
+    auto const ending = runForked([&] {
+        int const socket = ::fcntl(ends->second.get(), F_DUPFD, 100);
+        int const memory = ::fcntl(space->descriptor(), F_DUPFD, 100);
+        ::dup2(socket, WorkerDescriptors::socket);
+        ::dup2(memory, WorkerDescriptors::space);
+        // Its parent is this test, not the first process of all.
+        ::execl(program.c_str(), program.c_str(), "--memory", "2147483648", "--parent", "1",
+            static_cast<char*>(nullptr));
+        return 2;
+    });
+    CHECK(ending.signal == 0);
+    CHECK(ending.code == 1);
 }
 
 TEST_CASE("workers take the priority of those who ask, down only")

@@ -323,4 +323,29 @@ TEST_CASE("a locked process dies with its parent")
     CHECK((end.revents & POLLHUP) != 0);
 }
 
+TEST_CASE("a process that is bound to its parent is told whether that still lives")
+{
+    auto const here = ::getpid();
+    CHECK(runForked([here] { return bindToParent(here) ? 0 : 1; }).code == 0);
+
+    std::array<int, 2> pipe {};
+    REQUIRE(::pipe2(pipe.data(), O_CLOEXEC) == 0);
+    Descriptor const heard(pipe[0]);
+    Descriptor const told(pipe[1]);
+    auto const parent = runForked([&] {
+        auto const own = ::getpid();
+        startForked([&, own] {
+            while (::getppid() == own)
+                std::this_thread::yield();
+            char const answer = bindToParent(own) ? 'y' : 'n';
+            return ::write(told.get(), &answer, 1) == 1 ? 0 : 1;
+        });
+        return 0;
+    });
+    CHECK(parent.code == 0);
+    char answer = 0;
+    REQUIRE(::read(heard.get(), &answer, 1) == 1);
+    CHECK(answer == 'n');
+}
+
 TEST_SUITE_END();
