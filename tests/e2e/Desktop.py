@@ -2,13 +2,14 @@
 import atexit
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
 import time
 
 PATIENCE = 60  # seconds, for what hangs
-NEEDED = "Xvfb", "dbus-daemon", "openbox", "xdotool"
+NEEDED = "Xvfb", "dbus-daemon", "openbox", "xdotool", "xprop"
 WINDOW_MANAGER = """\
 <?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
@@ -85,6 +86,27 @@ class Desktop:
         settings.write_text(WINDOW_MANAGER)
         self._start("openbox", "--config-file", str(settings), "--startup", f"touch {started}")
         until(started.exists, "a window manager")
+
+    def property(self, window, name):
+        """What a window, or the root window if there is none, says of itself."""
+        place = ["-id", window] if window else ["-root"]
+        said = subprocess.run(
+            ["xprop", *place, name], env={**os.environ, **self.environment}, text=True, timeout=PATIENCE,
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        return said.stdout.strip()
+
+    def _windows(self, name):
+        return [str(int(number, 16)) for number in re.findall(r"0x[0-9a-f]+", self.property(None, name))]
+
+    def active_window(self):
+        """The one that has the keyboard, as the window manager says."""
+        return next(iter(self._windows("_NET_ACTIVE_WINDOW")), None)
+
+    def topmost_window(self):
+        return next(reversed(self._windows("_NET_CLIENT_LIST_STACKING")), None)
+
+    def is_iconified(self, window):
+        return "Iconic" in self.property(window, "WM_STATE")
 
     def end(self):
         for program in reversed(self._programs):
