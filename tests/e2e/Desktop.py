@@ -14,7 +14,7 @@ WINDOW_MANAGER = """\
 <?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
   <focus><focusNew>yes</focusNew></focus>
-  <keyboard></keyboard>
+  <keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
   <mouse>
     <context name="Client"><mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind></context>
   </mouse>
