@@ -36,7 +36,8 @@ void printHelp(Command const& command, Output& to)
 
 void printOverview(Output& to)
 {
-    to.write("Usage: pixelhain-cli COMMAND …\n");
+    to.write("Usage: pixelhain-cli COMMAND …\n"
+             "       pixelhain-cli --help | --version\n");
     for (auto const* const command : commands()) {
         std::string line = "  ";
         line += command->name;
@@ -84,6 +85,10 @@ ExitCode dispatch(Words words, CommandContext const& context)
     }
     if (isHelp(words.front())) {
         printOverview(context.out);
+        return ExitCode::success;
+    }
+    if (words.front() == "--version") {
+        context.out.write("pixelhain-cli " PIXELHAIN_VERSION "\n");
         return ExitCode::success;
     }
     for (auto const* const command : commands())

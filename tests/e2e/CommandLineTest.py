@@ -10,6 +10,9 @@ class CommandLineTest(Programs):
         self.assertEqual(result.returncode, code, result.stderr)
         return [line.split("\t") for line in result.stdout.splitlines()]
 
+    def test_the_version_is_told(self):
+        self.assertRegex(self.cli("--version").stdout, r"^pixelhain-cli \d+\.\d+\.\d+\n$")
+
     def test_list_prints_the_gallery_in_natural_order(self):
         result = self.cli("list", self.samples)
         self.assertEqual(result.returncode, 0, result.stderr)
