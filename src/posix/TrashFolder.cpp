@@ -95,7 +95,10 @@ std::optional<TrashFolder> openOwnTrash(
 
 FileUrl homeTrashUrl()
 {
-    char const* const data = std::getenv("XDG_DATA_HOME");
+    // A flatpak has a data folder of its own, which may be deleted with the program. The user's
+    // trash stays the desktop's.
+    bool const isFlatpak = std::getenv("FLATPAK_ID") != nullptr;
+    char const* const data = std::getenv(isFlatpak ? "HOST_XDG_DATA_HOME" : "XDG_DATA_HOME");
     if (data != nullptr && data[0] == '/')
         return FileUrl(data).standardized().child("Trash");
     auto const home = homeFolder();

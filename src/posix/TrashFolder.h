@@ -13,8 +13,8 @@ struct TrashFolder {
     Descriptor info;
 };
 
-/// Where the user's home trash is, or will be: $XDG_DATA_HOME/Trash, else ~/.local/share/Trash.
-/// Empty if there is no home.
+/// Where the user's home trash is, or will be: $XDG_DATA_HOME/Trash, else ~/.local/share/Trash; of
+/// a flatpak the same as outside of it. Empty if there is no home.
 [[nodiscard]] FileUrl homeTrashUrl();
 
 /// Whether the home trash is the one for files on `drive`, and if so the trash, made if need be;
