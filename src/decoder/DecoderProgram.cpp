@@ -9,10 +9,11 @@ std::string decoderProgram()
 {
     std::error_code error;
     auto const running = std::filesystem::read_symlink("/proc/self/exe", error);
-    auto const beside = running.parent_path() / "pixelhain-decoder";
-    if (!error && ::access(beside.c_str(), X_OK) == 0)
+    auto const folder = error ? std::filesystem::path("/") : running.parent_path();
+    auto const beside = folder / "pixelhain-decoder";
+    if (::access(beside.c_str(), X_OK) == 0)
         return beside.native();
-    return PIXELHAIN_DECODER_FOLDER "/pixelhain-decoder";
+    return (folder / PIXELHAIN_DECODER_PLACE).lexically_normal().native();
 }
 
 } // namespace pixelhain
