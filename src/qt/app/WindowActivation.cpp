@@ -21,15 +21,31 @@ std::optional<std::uint32_t> timeOfStartupId(std::string_view id)
     return time;
 }
 
+namespace {
+
+// The toolkit takes the token from the environment, and from nowhere else, when a window asks for
+// the keyboard. It is there for that moment only: programs that are started later shall not find
+// it. None of our threads reads the environment meanwhile.
+void activateByToken(QWidget& window, std::string const& token)
+{
+    constexpr auto variable = "XDG_ACTIVATION_TOKEN";
+    qputenv(variable, QByteArray::fromStdString(token));
+    window.activateWindow();
+    qunsetenv(variable);
+}
+
+} // namespace
+
 void bringForward(QWidget& window, OpenRequest const& request)
 {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
-    // The toolkit looks for it there when a window asks for the keyboard.
     if (!request.activationToken.empty()
-        && QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
-        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(request.activationToken));
+        && QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) {
+        activateByToken(window, request.activationToken);
+        return;
+    }
     // Launchers of today may give only the one of the two.
     auto const& id = request.startupId.empty() ? request.activationToken : request.startupId;
     auto const time = timeOfStartupId(id);
