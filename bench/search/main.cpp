@@ -163,7 +163,7 @@ struct World {
 
 int main(int count, char** words)
 {
-    auto const photos = count > 1 ? std::strtoull(words[1], nullptr, 10) : 1'000'000;
+    std::size_t const photos = count > 1 ? std::strtoull(words[1], nullptr, 10) : 1'000'000;
     World world(photos);
     BrowserModel model({ world.loop, world.background, world.files, world.preferences,
         world.textOrder, world.imageTypes, world.panels, world.operations, world.clipboard,
@@ -188,5 +188,6 @@ int main(int count, char** words)
     std::ranges::sort(held);
     std::printf("%zu photos, %zu keys: main thread median %.2f ms, worst %.2f ms\n", photos,
         held.size(), held[held.size() / 2], held.back());
+    std::fflush(stdout);
     std::_Exit(0);
 }
