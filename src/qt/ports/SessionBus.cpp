@@ -1,4 +1,5 @@
 #include "qt/ports/SessionBus.h"
+#include "qt/ports/BusListener.h"
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 #include <QFile>
@@ -78,29 +79,6 @@ private:
     bool isGreeting_ = false;
 };
 
-// Hears a signal as long as the process lives: so long the thread that connects it may hang.
-class Listener final : public QObject {
-    Q_OBJECT
-
-public:
-    Listener(QObject* context, std::function<void(QDBusMessage const&)> heard)
-        : context_(context)
-        , heard_(std::move(heard))
-    {
-    }
-
-public slots:
-    void take(QDBusMessage const& message)
-    {
-        if (context_)
-            heard_(message);
-    }
-
-private:
-    QPointer<QObject> context_;
-    std::function<void(QDBusMessage const&)> heard_;
-};
-
 } // namespace
 
 bool hasSessionBus()
@@ -163,7 +141,7 @@ void listenToSessionBus(QObject* context, BusSignal const& signal, std::function
 {
     if (!hasSessionBus())
         return;
-    auto* const listener = new Listener(context, std::move(heard));
+    auto* const listener = new BusListener(context, std::move(heard));
     auto const connect = [=, caller = QPointer(context)](QDBusConnection bus) {
         bus.connect(QString(), signal.path, signal.interface, signal.name, listener,
             SLOT(take(QDBusMessage)));
@@ -200,5 +178,3 @@ bool isRefused(QDBusMessage const& answer)
 }
 
 } // namespace pixelhain
-
-#include "SessionBus.moc"
