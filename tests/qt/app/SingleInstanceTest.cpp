@@ -99,11 +99,11 @@ public:
     }
 
 private:
+    QThread thread_; // outlives the object that lives in it
     std::mutex lock_;
     std::vector<OpenRequest> requests_;
     ApplicationService service_;
     BusService bus_ { ApplicationService::name(), ApplicationService::path(), service_ };
-    QThread thread_;
 };
 
 // Threads of single instances are never waited for, so what they serve is not taken away.
