@@ -1,7 +1,7 @@
 #include "qt/app/AboutDialog.h"
 #include "app/AboutText.h"
 #include "qt/ports/FileUrlText.h"
-#include "qt/window/SymbolIcon.h"
+#include "qt/window/ProgramIcon.h"
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -37,10 +37,8 @@ QLabel* heading(std::string_view text, QWidget* parent)
 
 QLabel* icon(QWidget* parent)
 {
-    auto const own = QGuiApplication::windowIcon();
     auto* const label = new QLabel(parent);
-    label->setPixmap((own.isNull() ? symbolIcon("photo") : own)
-                         .pixmap(QSize(iconEdge, iconEdge), parent->devicePixelRatio()));
+    label->setPixmap(programIcon().pixmap(QSize(iconEdge, iconEdge), parent->devicePixelRatio()));
     return label;
 }
 

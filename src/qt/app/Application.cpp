@@ -5,6 +5,7 @@
 #include "qt/app/OpenRequest.h"
 #include "qt/app/Services.h"
 #include "qt/app/WindowActivation.h"
+#include "qt/window/ProgramIcon.h"
 #include "sidebar/SidebarPorts.h"
 #include "viewer/AnimatedImageView.h"
 #include <QApplication>
@@ -111,7 +112,10 @@ void Application::addViewer()
 
 void Application::watchMilestones()
 {
-    window_.shown = [this] { milestones_.windowShown(); };
+    window_.shown = [this] {
+        milestones_.windowShown();
+        QApplication::setWindowIcon(programIcon());
+    };
     window_.content().grid().painted = [this] { milestones_.painted(); };
     window_.content().viewer()->picture().painted = [this] { milestones_.painted(); };
 }

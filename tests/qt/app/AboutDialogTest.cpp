@@ -1,9 +1,11 @@
 #include "qt/app/AboutDialog.h"
 #include "qt/app/MissingHoldsNote.h"
+#include "qt/window/ProgramIcon.h"
 #include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <algorithm>
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -34,6 +36,17 @@ TEST_CASE(
     AboutDialog const lacking("Landlock", nullptr);
     REQUIRE(texts(lacking).size() == 5);
     CHECK(texts(lacking)[4].endsWith(QStringLiteral("Dem Kernel fehlt: Landlock.")));
+}
+
+TEST_CASE("what tells about the program shows its mark")
+{
+    AboutDialog const dialog({}, nullptr);
+    auto const labels = dialog.findChildren<QLabel*>();
+    auto const mark = std::ranges::find_if(
+        labels, [](QLabel const* label) { return !label->pixmap().isNull(); });
+    REQUIRE(mark != labels.end());
+    auto const shown = (*mark)->pixmap().toImage();
+    CHECK(shown == programIcon().pixmap(QSize(64, 64), dialog.devicePixelRatio()).toImage());
 }
 
 TEST_CASE("nothing of what the program tells about itself is cut off")
