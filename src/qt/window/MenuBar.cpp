@@ -4,13 +4,12 @@
 #include "qt/window/CommandMenu.h"
 #include "qt/window/MainWindowWidget.h"
 #include "qt/window/Menus.h"
+#include "qt/window/TextKeys.h"
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <algorithm>
-#include <array>
 #include <cstdlib>
 
 namespace pixelhain {
@@ -21,19 +20,6 @@ FileUrl homeFolder()
 {
     auto const* const path = std::getenv("HOME");
     return path != nullptr && path[0] == '/' ? FileUrl(path).standardized() : FileUrl();
-}
-
-// What people press while they type, whether or not the field has a use for it now: nobody means a
-// photo by it.
-bool belongsToText(QKeyEvent const& event)
-{
-    constexpr std::array keys { Qt::CTRL | Qt::Key_Z, Qt::CTRL | Qt::SHIFT | Qt::Key_Z,
-        Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::Key_A, Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_X,
-        Qt::CTRL | Qt::Key_V, Qt::CTRL | Qt::Key_Backspace, Qt::CTRL | Qt::Key_Delete,
-        QKeyCombination(Qt::Key_Delete) };
-    QKeyCombination const pressed(
-        event.modifiers() & ~Qt::KeypadModifier, static_cast<Qt::Key>(event.key()));
-    return std::ranges::find(keys, pressed) != keys.end();
 }
 
 } // namespace
@@ -66,7 +52,7 @@ bool MenuBar::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != &window_ || event->type() != QEvent::ShortcutOverride)
         return false;
-    if (!window_.isEditingText() || !belongsToText(*static_cast<QKeyEvent*>(event)))
+    if (!window_.isEditingText() || !isTextKey(*static_cast<QKeyEvent*>(event)))
         return false;
     event->accept();
     return true;

@@ -1,11 +1,12 @@
 #include "qt/window/SearchField.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/SymbolIcon.h"
+#include "qt/window/TextKeys.h"
 #include "window/MainToolbar.h"
 #include <QAction>
 #include <QKeyEvent>
 #include <algorithm>
-#include <initializer_list>
+#include <array>
 #include <string>
 
 namespace pixelhain {
@@ -16,19 +17,17 @@ constexpr int idealLetters = 26;
 constexpr int minimumLetters = 13;
 constexpr int symbolsWidth = 60; // both, with the frame
 
-// Keys that mean something to a text belong to it, although menus have them too.
-bool isTextKey(QKeyEvent const& event)
+// They clear the field or leave it.
+bool endsTyping(QKeyEvent const& event)
 {
-    if (event.modifiers() == Qt::NoModifier || event.modifiers() == Qt::KeypadModifier)
-        for (auto const key : { Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Down })
-            if (event.key() == key)
-                return true;
-    for (auto const key : { QKeySequence::Undo, QKeySequence::Redo, QKeySequence::SelectAll,
-             QKeySequence::Copy, QKeySequence::Cut, QKeySequence::Paste, QKeySequence::Delete,
-             QKeySequence::DeleteStartOfWord, QKeySequence::DeleteEndOfWord })
-        if (event.matches(key))
-            return true;
-    return false;
+    constexpr std::array keys { Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Down };
+    return (event.modifiers() & ~Qt::KeypadModifier) == 0
+        && std::ranges::find(keys, event.key()) != keys.end();
+}
+
+bool isForTheField(QKeyEvent const& event)
+{
+    return endsTyping(event) || isTextKey(event);
 }
 
 } // namespace
@@ -83,7 +82,8 @@ int SearchField::minimumUsefulWidth() const
 
 bool SearchField::event(QEvent* event)
 {
-    if (event->type() == QEvent::ShortcutOverride && isTextKey(*static_cast<QKeyEvent*>(event))) {
+    if (event->type() == QEvent::ShortcutOverride
+        && isForTheField(*static_cast<QKeyEvent*>(event))) {
         event->accept();
         return true;
     }
@@ -92,25 +92,12 @@ bool SearchField::event(QEvent* event)
 
 void SearchField::keyPressEvent(QKeyEvent* event)
 {
-    auto const held = event->modifiers() & ~Qt::KeypadModifier;
-    auto const leave = [this] {
-        if (left)
-            left();
-    };
-    if (held == Qt::NoModifier && event->key() == Qt::Key_Escape) {
-        if (text().isEmpty())
-            leave();
-        else
-            setText({});
-        return;
-    }
-    if (held == Qt::NoModifier
-        && (event->key() == Qt::Key_Down || event->key() == Qt::Key_Return
-            || event->key() == Qt::Key_Enter)) {
-        leave();
-        return;
-    }
-    QLineEdit::keyPressEvent(event);
+    if (!endsTyping(*event))
+        QLineEdit::keyPressEvent(event);
+    else if (event->key() == Qt::Key_Escape && !text().isEmpty())
+        setText({});
+    else if (left)
+        left();
 }
 
 } // namespace pixelhain
