@@ -14,6 +14,8 @@ public:
     static constexpr double defaultWidth = 860;
     static constexpr double defaultHeight = 620;
     static constexpr std::string_view searchPrompt = "Hilfe durchsuchen";
+    static constexpr std::string_view clearTitle = "Suchtext löschen";
+    static constexpr std::string_view listName = "Themen"; ///< said by screen readers
     static constexpr std::string_view noMatches = "Keine Treffer";
     static constexpr std::string_view noTopic = "Wähle links ein Thema.";
 

@@ -56,6 +56,11 @@ std::string messages::copiedToClipboard(std::size_t count)
     return photos(count) + " in die Zwischenablage kopiert";
 }
 
+std::string messages::replaceQuestion(std::string_view name)
+{
+    return "„" + displayText(name) + "“ ist schon vorhanden. Soll die Datei ersetzt werden?";
+}
+
 std::string messages::transferQuestion(std::size_t count, Transfer transfer)
 {
     auto const* const verb = transfer == Transfer::copy ? "kopieren" : "verschieben";

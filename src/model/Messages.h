@@ -40,6 +40,10 @@ inline constexpr std::string_view slideshow = "Diashow";
 [[nodiscard]] std::string transferQuestion(std::size_t count, Transfer transfer);
 [[nodiscard]] std::string_view transferButton(Transfer transfer);
 
+/// What is asked before a file of that name is written over, and the button that does it.
+[[nodiscard]] std::string replaceQuestion(std::string_view name);
+inline constexpr std::string_view replaceButton = "Ersetzen";
+
 /// "3 von 120"
 [[nodiscard]] std::string progress(std::size_t done, std::size_t total);
 

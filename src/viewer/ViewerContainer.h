@@ -20,6 +20,7 @@ class BrowserModel;
 /// are points. Main thread only.
 class ViewerContainer {
 public:
+    static constexpr std::string_view name = "Bildbetrachter"; ///< said by screen readers
     static constexpr std::string_view pauseSymbol = "pause.fill";
     static constexpr std::string_view pauseText = "Pausiert – Leertaste setzt fort, Esc beendet";
     static constexpr double pausePaddingX = 14;

@@ -28,6 +28,7 @@ public:
     static constexpr std::chrono::milliseconds wheelPause { 250 }; ///< ends a zoom by the wheel
     static constexpr std::string_view failedSymbol = "exclamationmark.triangle";
     static constexpr std::string_view failedText = "Bild kann nicht gelesen werden";
+    static constexpr std::string_view spinnerName = "Bild wird gelesen"; ///< said by screen readers
 
     enum class Content { picture, animation, failure, spinner };
 

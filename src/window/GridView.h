@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -18,6 +19,7 @@ class BrowserModel;
 /// change of the model, of its own size and of its scroll position; both are cheap.
 class GridView {
 public:
+    static constexpr std::string_view name = "Galerie"; ///< said by screen readers
     static constexpr double spacing = GridLayout::spacing;
     static constexpr double padding = GridLayout::padding;
     static constexpr std::size_t rowsAhead = 1;

@@ -13,6 +13,8 @@ class Sharing;
 /// The ways to hand photos to somebody: what is installed, and the clipboard.
 class ShareMenu {
 public:
+    static constexpr std::string_view mailTitle = "E-Mail …";
+    static constexpr std::string_view bluetoothTitle = "Bluetooth …";
     static constexpr std::string_view copyTitle = "Dateien kopieren";
 
     ShareMenu(BrowserModel& model, Sharing& sharing, Clipboard& clipboard)

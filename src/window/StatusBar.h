@@ -11,6 +11,9 @@ class BrowserModel;
 /// the progress of long work and the link that unmarks everything.
 class StatusBar {
 public:
+    // Said by screen readers: of the bar, and of what turns while a folder is read.
+    static constexpr std::string_view name = "Status";
+    static constexpr std::string_view activityName = "Ordner wird gelesen";
     static constexpr double itemSpacing = 10;
     static constexpr double paddingX = 12;
     static constexpr double paddingY = 6;

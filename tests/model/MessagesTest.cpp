@@ -49,3 +49,9 @@ TEST_CASE("a folder that is missing is named, whatever its name is made of")
     CHECK(messages::folderIsMissing("Urlaub") == "Der Ordner \u201EUrlaub\u201C ist nicht da");
     CHECK(messages::folderIsMissing("\xFFz") == "Der Ordner \u201E\uFFFDz\u201C ist nicht da");
 }
+
+TEST_CASE("before a file is written over the question names it")
+{
+    CHECK(messages::replaceQuestion("a.pdf")
+        == "\u201Ea.pdf\u201C ist schon vorhanden. Soll die Datei ersetzt werden?");
+}

@@ -1,4 +1,5 @@
 #include "qt/app/ApplicationService.h"
+#include "app/ServiceText.h"
 #include "qt/app/OpenRequest.h"
 #include "qt/ports/FileUrlText.h"
 #include <QDBusError>
@@ -37,15 +38,14 @@ void ApplicationService::Open(QStringList const& uris, QVariantMap const& platfo
     if (file)
         ask(OpenRequest::fromPlatformData(file->standardized(), platformData));
     else if (calledFromDBus())
-        sendErrorReply(QDBusError::InvalidArgs,
-            QStringLiteral("Geöffnet werden nur Dateien und Ordner dieses Rechners."));
+        sendErrorReply(QDBusError::InvalidArgs, shownText(service::notAFile));
 }
 
 void ApplicationService::ActivateAction(
     QString const& /*action*/, QVariantList const& /*parameter*/, QVariantMap const& /*data*/)
 {
     if (calledFromDBus())
-        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Diese Aktion gibt es nicht."));
+        sendErrorReply(QDBusError::InvalidArgs, shownText(service::noSuchAction));
 }
 
 } // namespace pixelhain

@@ -1,4 +1,5 @@
 #include "qt/app/HelpTopicList.h"
+#include "app/HelpView.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/Symbols.h"
 #include "qt/window/Tones.h"
@@ -81,7 +82,7 @@ public:
 HelpTopicList::HelpTopicList(QWidget* parent)
     : QListWidget(parent)
 {
-    setAccessibleName(QStringLiteral("Themen"));
+    setAccessibleName(shownText(HelpView::listName));
     setFrameShape(QFrame::NoFrame);
     setItemDelegate(new TopicRows(this));
     setResizeMode(QListView::Adjust);

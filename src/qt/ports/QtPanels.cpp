@@ -1,4 +1,5 @@
 #include "qt/ports/QtPanels.h"
+#include "model/Messages.h"
 #include "qt/ports/FileUrlText.h"
 #include <QFile>
 #include <QFileDialog>
@@ -75,13 +76,12 @@ void QtPanels::chooseSaveFile(SavePanelRequest const& request, std::function<voi
 void QtPanels::confirmReplacing(QString const& path, std::function<void(FileUrl)> const& chosen)
 {
     auto* const question = new QMessageBox(QMessageBox::Warning, QString(),
-        QStringLiteral("„%1“ ist schon vorhanden. Soll die Datei ersetzt werden?")
-            .arg(QFileInfo(path).fileName()),
+        shownText(messages::replaceQuestion(QFileInfo(path).fileName().toStdString())),
         QMessageBox::Cancel, parent_);
     question->setAttribute(Qt::WA_DeleteOnClose);
     question->setTextFormat(Qt::PlainText);
     auto const* const replace
-        = question->addButton(QStringLiteral("Ersetzen"), QMessageBox::AcceptRole);
+        = question->addButton(shownText(messages::replaceButton), QMessageBox::AcceptRole);
     question->setDefaultButton(QMessageBox::Cancel);
     QObject::connect(replace, &QPushButton::clicked, question,
         [path, chosen] { chosen(fileUrlFromDialog(path)); });

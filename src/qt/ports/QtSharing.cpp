@@ -3,6 +3,7 @@
 #include "qt/ports/FileUrlText.h"
 #include "qt/ports/SessionBus.h"
 #include "qt/ports/UserTime.h"
+#include "window/ShareMenu.h"
 #include <QDBusArgument>
 #include <QDBusUnixFileDescriptor>
 #include <QVariantMap>
@@ -58,9 +59,9 @@ std::vector<ShareService> QtSharing::services() const
 {
     std::vector<ShareService> all;
     if (hasMailPortal_ || installed_.mailProgram)
-        all.push_back({ std::string(mail), "E-Mail …" });
+        all.push_back({ std::string(mail), std::string(ShareMenu::mailTitle) });
     if (installed_.bluetoothProgram)
-        all.push_back({ std::string(bluetooth), "Bluetooth …" });
+        all.push_back({ std::string(bluetooth), std::string(ShareMenu::bluetoothTitle) });
     for (auto const& [id, name] : devices_)
         all.push_back({ std::string(device) + id, "KDE Connect: " + name });
     return all;

@@ -97,7 +97,7 @@ LargeSpinner::LargeSpinner(QWidget* parent)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFixedSize(spinnerEdge, spinnerEdge);
     setAccessibleRole(*this, QAccessible::Animation);
-    setAccessibleName(QStringLiteral("Bild wird gelesen"));
+    setAccessibleName(shownText(ViewerImage::spinnerName));
 }
 
 void LargeSpinner::showEvent(QShowEvent*)

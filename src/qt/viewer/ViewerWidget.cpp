@@ -67,7 +67,7 @@ ViewerWidget::ViewerWidget(Services const& services, QWidget* parent)
     setFocusProxy(picture_);
     setAccessibleRole(*this, QAccessible::Pane);
     setAccessibleRole(*picture_, QAccessible::Graphic);
-    setAccessibleName(QStringLiteral("Bildbetrachter"));
+    setAccessibleName(shownText(ViewerContainer::name));
 }
 
 ViewerWidget::~ViewerWidget() = default;

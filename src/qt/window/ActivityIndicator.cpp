@@ -1,6 +1,8 @@
 #include "qt/window/ActivityIndicator.h"
+#include "qt/ports/FileUrlText.h"
 #include "qt/window/Accessibility.h"
 #include "qt/window/Tones.h"
+#include "window/StatusBar.h"
 #include <QPainter>
 
 namespace pixelhain {
@@ -18,7 +20,7 @@ ActivityIndicator::ActivityIndicator(QWidget* parent)
 {
     setFixedSize(edge, edge);
     setAccessibleRole(*this, QAccessible::Animation);
-    setAccessibleName(QStringLiteral("Ordner wird gelesen"));
+    setAccessibleName(shownText(StatusBar::activityName));
 }
 
 void ActivityIndicator::showEvent(QShowEvent*)

@@ -1,5 +1,6 @@
 #include "qt/window/GridWidget.h"
 #include "model/BrowserModel.h"
+#include "qt/ports/FileUrlText.h"
 #include "qt/window/GalleryAccessible.h"
 #include <QDrag>
 #include <QEvent>
@@ -26,7 +27,7 @@ GridWidget::GridWidget(Services const& services, QWidget* parent)
     viewport()->setAttribute(Qt::WA_NoSystemBackground);
     viewport()->setMouseTracking(true);
     GalleryAccessible::install();
-    setAccessibleName(QStringLiteral("Galerie"));
+    setAccessibleName(shownText(GridView::name));
 }
 
 GalleryAccessible* GridWidget::accessible()

@@ -74,7 +74,7 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
         label->setTextFormat(Qt::PlainText);
     setAccessibleRole(*this, QAccessible::StatusBar);
     setAccessibleRole(*message_, QAccessible::Notification);
-    setAccessibleName(QStringLiteral("Status"));
+    setAccessibleName(shownText(StatusBar::name));
     message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     selectNone_->setObjectName(QStringLiteral("selectNone"));
     selectNone_->setText(shownText(StatusBar::selectNoneTitle));
