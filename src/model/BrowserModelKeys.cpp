@@ -34,10 +34,10 @@ bool BrowserModel::handleKey(KeyEvent const& event)
     if (!window_ || event.window != window_ || event.windowIsSheet || event.windowHasSheet)
         return false;
     KeyActions keys { *this };
-    if (isEscape(event) && keys.cancelShownWork())
-        return true;
     if (event.focus == KeyFocus::textView)
         return false;
+    if (isEscape(event) && keys.cancelShownWork())
+        return true;
     if (event.focus == KeyFocus::tableView && isArrowKey(event))
         return false;
     if (*viewerIndex)
@@ -45,11 +45,12 @@ bool BrowserModel::handleKey(KeyEvent const& event)
     return keys.performInGallery(galleryAction(event), event.shift ? Extend::yes : Extend::no);
 }
 
-// A document may take minutes: whoever looks at a photo meanwhile wants to leave that.
+// Only where the bar can be seen that says so: whoever types wants to be rid of what was typed, and
+// whoever looks at a photo meanwhile wants to leave that.
 bool BrowserModel::KeyActions::cancelShownWork()
 {
     bool const cancelsFiles = model.fileProgress->has_value();
-    if (!cancelsFiles && (!*model.pageProgress || *model.viewerIndex))
+    if (*model.viewerIndex || (!cancelsFiles && !*model.pageProgress))
         return false;
     (cancelsFiles ? model.fileWork_ : model.pageWork_).cancel();
     return true;

@@ -206,7 +206,7 @@ TEST_CASE("Escape cancels long work first; what was done stands and is told")
     bool stillMarked = false;
     desk.during(3, [&] {
         desk.loop.advance(200ms);
-        consumed = desk.press({ .keyCode = keyCodes::escape, .focus = KeyFocus::textView });
+        consumed = desk.press({ .keyCode = keyCodes::escape, .focus = KeyFocus::tableView });
         stillMarked = desk.marked().size() == 5;
     });
     desk.model().trashTargets();
@@ -237,6 +237,34 @@ TEST_CASE("while no progress shows Escape has its other meaning")
     desk.settle();
     CHECK_FALSE(desk.viewer().has_value());
     CHECK(desk.names().size() == 4);
+}
+
+TEST_CASE("Escape in a text is the text's, and long work goes on")
+{
+    Gallery desk;
+    desk.model().selectAll();
+    desk.during(1, [&] {
+        desk.loop.advance(200ms);
+        CHECK_FALSE(desk.press({ .keyCode = keyCodes::escape, .focus = KeyFocus::textView }));
+    });
+    desk.model().trashTargets();
+    desk.settle();
+    CHECK(desk.operations.calls.size() == 5);
+}
+
+TEST_CASE("Escape leaves a photo that is shown large, and long work goes on")
+{
+    Gallery desk;
+    desk.model().selectAll();
+    desk.during(1, [&] {
+        desk.loop.advance(200ms);
+        desk.model().openViewer(4);
+        CHECK(desk.press(keyCodes::escape));
+        CHECK_FALSE(desk.viewer().has_value());
+    });
+    desk.model().trashTargets();
+    desk.settle();
+    CHECK(desk.operations.calls.size() == 5);
 }
 
 TEST_CASE("Escape under a dialog is the dialog's")
