@@ -54,12 +54,12 @@ public:
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(Qt::NoPen);
         if (isSelected) {
-            painter->setBrush(hasFocus ? palette.color(QPalette::Highlight)
+            painter->setBrush(hasFocus ? tones.selection()
                                        : tones.of(Tint { ColorRole::primary, selectedShare }));
             painter->drawRoundedRect(area, corner, corner);
         }
         bool const onAccent = isSelected && hasFocus;
-        auto const strong = palette.color(QPalette::HighlightedText);
+        auto const strong = tones.selectedText();
         auto const scale = painter->device()->devicePixelRatioF();
         auto const snapped = [&](double points) { return std::round(points * scale) / scale; };
         auto symbol = symbolImage(index.data(symbolRole).toString().toStdString(),

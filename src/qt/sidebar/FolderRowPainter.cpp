@@ -28,7 +28,6 @@ FolderRowPainter::FolderRowPainter(QFont const& font, QPalette const& palette, d
     : font_(font)
     , rootFont_(font)
     , countFont_(scaledFont(font, captionScale))
-    , palette_(palette)
     , tones_(palette)
     , scale_(scale)
 {
@@ -58,7 +57,7 @@ void FolderRowPainter::draw(
     painter.setRenderHint(QPainter::Antialiasing);
     drawGround(painter, look);
     bool const onAccent = look.isSelected && look.hasFocus;
-    auto const strong = palette_.color(QPalette::HighlightedText);
+    auto const strong = tones_.selectedText();
     auto const text = onAccent ? strong : tones_.of(ColorRole::primary);
     QRectF const area(look.rect);
     if (look.isBranch)
@@ -90,7 +89,7 @@ void FolderRowPainter::drawGround(QPainter& painter, FolderRowLook const& look) 
     bool const onAccent = look.isSelected && look.hasFocus;
     if (look.isSelected) {
         auto color = tones_.of(Tint { ColorRole::primary, selectedShare });
-        painter.setBrush(onAccent ? palette_.color(QPalette::Highlight) : color);
+        painter.setBrush(onAccent ? tones_.selection() : color);
         painter.drawRoundedRect(area, corner, corner);
     }
     bool const isMarked = look.isMarked && look.hasFocus && !look.isSelected;
@@ -99,7 +98,7 @@ void FolderRowPainter::drawGround(QPainter& painter, FolderRowLook const& look) 
     auto const pen = (look.hasMenu ? 2 : 1) / scale_ * std::max(1.0, std::floor(scale_));
     auto const half = pen / 2 + (onAccent ? pen : 0);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(onAccent ? palette_.color(QPalette::HighlightedText) : tones_.link(), pen));
+    painter.setPen(QPen(onAccent ? tones_.selectedText() : tones_.link(), pen));
     painter.drawRoundedRect(area.adjusted(half, half, -half, -half), corner, corner);
 }
 
@@ -136,10 +135,10 @@ double FolderRowPainter::drawCount(
     QRectF const pill(
         snapped(right - width), snapped(row.center().y() - height / 2), width, height);
     bool const onAccent = look.isSelected && look.hasFocus;
-    auto const strong = palette_.color(QPalette::HighlightedText);
+    auto const strong = tones_.selectedText();
     auto fill = tones_.of(Tint { ColorRole::primary, FolderRow::countFillOpacity });
     if (onAccent) {
-        fill = strong;
+        fill = strong.lightness() > 127 ? Qt::black : Qt::white; // away from the letters
         fill.setAlphaF(onAccentOpacity);
     }
     painter.setPen(Qt::NoPen);

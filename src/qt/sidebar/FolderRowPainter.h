@@ -43,7 +43,6 @@ private:
     QFont font_;
     QFont rootFont_;
     QFont countFont_;
-    QPalette palette_;
     Tones tones_;
     double scale_;
 };

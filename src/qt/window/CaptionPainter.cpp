@@ -40,6 +40,7 @@ double baseline(QPainter const& painter)
 
 CaptionPainter::CaptionPainter(Tones const& tones, QFont const& font, double scale)
     : tones_(tones)
+    , markedName_(tones.link())
     , scale_(scale)
     , nameFont_(scaledFont(font, captionScale))
     , resolutionFont_(scaledFont(font, smallCaptionScale))
@@ -59,7 +60,7 @@ int CaptionPainter::width(ThumbnailCell const& cell) const
 void CaptionPainter::draw(ThumbnailCell const& cell, DrawnCell& drawn)
 {
     if (!isNameDrawn(cell, drawn.name))
-        drawn.name = { drawnName(cell), tones_.of(cell.nameTint()).rgba(), std::nullopt };
+        drawn.name = { drawnName(cell), nameColor(cell).rgba(), std::nullopt };
     if (!isResolutionDrawn(cell, drawn.resolution))
         drawn.resolution = { drawnResolution(cell), 0, sizeOf(cell) };
 }
@@ -72,12 +73,19 @@ bool CaptionPainter::isDrawn(ThumbnailCell const& cell, DrawnCell const& drawn) 
 bool CaptionPainter::isNameDrawn(ThumbnailCell const& cell, DrawnLine const& line) const
 {
     return !cell.showName
-        || (line.image.width() == width(cell) && line.color == tones_.of(cell.nameTint()).rgba());
+        || (line.image.width() == width(cell) && line.color == nameColor(cell).rgba());
 }
 
 bool CaptionPainter::isResolutionDrawn(ThumbnailCell const& cell, DrawnLine const& line) const
 {
     return !cell.showResolution || (line.image.width() == width(cell) && line.size == sizeOf(cell));
+}
+
+// Asked for every cell of every frame.
+QColor CaptionPainter::nameColor(ThumbnailCell const& cell) const
+{
+    auto const tint = cell.nameTint();
+    return tint.role == ColorRole::accent ? markedName_ : tones_.of(tint);
 }
 
 QImage CaptionPainter::emptyLine(int width, QFont const& font) const
@@ -93,7 +101,7 @@ QImage CaptionPainter::drawnName(ThumbnailCell const& cell) const
     auto line = emptyLine(width(cell), nameFont_);
     QPainter painter(&line);
     painter.setFont(enlarged(nameFont_, scale_));
-    painter.setPen(tones_.of(cell.nameTint()));
+    painter.setPen(nameColor(cell));
     auto name = shownText(cell.nameText());
     std::replace_if(
         name.begin(), name.end(), [](QChar letter) { return letter < u' '; }, QChar(u' '));

@@ -19,7 +19,8 @@ public:
     /// In points.
     GridView::LineHeights lineHeights() const;
 
-    /// Draws the lines that are missing or out of date.
+    /// Draws the lines that are missing or out of date. Marked photos have their names in the
+    /// accent, as far as that can be read.
     void draw(ThumbnailCell const& cell, DrawnCell& drawn);
     bool isDrawn(ThumbnailCell const& cell, DrawnCell const& drawn) const;
 
@@ -27,12 +28,14 @@ private:
     bool isNameDrawn(ThumbnailCell const& cell, DrawnLine const& line) const;
     bool isResolutionDrawn(ThumbnailCell const& cell, DrawnLine const& line) const;
     int width(ThumbnailCell const& cell) const;
+    QColor nameColor(ThumbnailCell const& cell) const;
     QImage emptyLine(int width, QFont const& font) const;
     QImage drawnName(ThumbnailCell const& cell) const;
     QImage drawnResolution(ThumbnailCell const& cell);
     void drawDigitsEvenly(QPainter& painter, QString const& text) const;
 
     Tones tones_;
+    QColor markedName_;
     double scale_;
     QFont nameFont_; ///< points
     QFont resolutionFont_;

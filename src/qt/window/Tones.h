@@ -5,8 +5,8 @@
 
 namespace pixelhain {
 
-/// The colours that roles stand for under one palette. Secondary and tertiary tones keep a contrast
-/// of at least 4.5 to 1 on the ground that they are mixed with.
+/// The colours that roles stand for under one palette. What letters are drawn in keeps a contrast
+/// of at least 4.5 to 1 on its ground.
 class Tones {
 public:
     enum class Ground { gallery, window };
@@ -15,8 +15,11 @@ public:
 
     QColor ground() const { return ground_; }
     QColor separator() const;
-    /// The accent, strong enough for letters.
+    /// The accent, strong enough for letters on the ground.
     QColor link() const;
+    /// The accent under a selected row, strong enough for `selectedText` on it.
+    QColor selection() const;
+    QColor selectedText() const { return selectedText_; }
     QColor of(Tint const& tint) const;
     QColor of(ColorRole role) const { return of(Tint { role }); }
 
@@ -26,6 +29,7 @@ private:
     QColor ground_;
     QColor primary_;
     QColor accent_;
+    QColor selectedText_;
 };
 
 /// The desktop's font in a size relative to its own, never too small to read.

@@ -46,9 +46,33 @@ TEST_CASE("every text tone can be read on its ground, in light and dark colours"
             Tones const tones(palette, ground);
             CHECK(contrast(tones.of(ColorRole::primary), tones.ground()) >= 7);
             CHECK(contrast(tones.of(ColorRole::secondary), tones.ground()) >= 4.5);
-            CHECK(contrast(tones.link(), tones.ground()) >= 4);
-            CHECK(contrast(tones.of(ColorRole::tertiary), tones.ground()) >= 4);
+            CHECK(contrast(tones.link(), tones.ground()) >= 4.5);
+            CHECK(contrast(tones.of(ColorRole::tertiary), tones.ground()) >= 4.5);
+            CHECK(contrast(tones.selectedText(), tones.selection()) >= 4.5);
         }
+}
+
+TEST_CASE("letters on an accent and in its color can be read, whatever accent the desktop has")
+{
+    for (auto palette : { QApplication::palette(), darkPalette() })
+        for (auto const& accent : { QColor(255, 220, 0), QColor(240, 240, 240), QColor(20, 20, 20),
+                 QColor(0, 160, 60), QColor(200, 40, 90) })
+            for (auto const& text : { QColor(Qt::white), QColor(Qt::black) }) {
+                palette.setColor(QPalette::Highlight, accent);
+                palette.setColor(QPalette::HighlightedText, text);
+                Tones const tones(palette, Tones::Ground::gallery);
+                CAPTURE(accent.name().toStdString());
+                CHECK(contrast(tones.link(), tones.ground()) >= 4.5);
+                CHECK(contrast(tones.selectedText(), tones.selection()) >= 4.5);
+            }
+}
+
+TEST_CASE("an accent that can be read stays as it is")
+{
+    auto palette = QApplication::palette();
+    palette.setColor(QPalette::Highlight, QColor(0, 60, 150));
+    CHECK(Tones(palette).link() == QColor(0, 60, 150));
+    CHECK(Tones(palette).selection() == QColor(0, 60, 150));
 }
 
 TEST_CASE("the accent stands out from the ground of both palettes")
