@@ -2,6 +2,7 @@
 #include "model/BrowserModel.h"
 #include "model/RecentFolders.h"
 #include <iterator>
+#include <utility>
 
 namespace pixelhain {
 
@@ -68,22 +69,42 @@ AppCommand AppCommands::recentFolders() const
 AppMenu AppCommands::edit() const
 {
     auto& model = model_;
-    auto const text = [&windows = windows_](char const* title, char const* key, TextEdit edit) {
-        auto command = AppCommand::button(title, key, [&windows, edit] { windows.edit(edit); });
-        command.isKeyOfText = true;
-        command.isEnabled = [&windows, edit] { return windows.canEdit(edit); };
-        return command;
-    };
     return { "Bearbeiten",
         {
             AppCommand::button("Papierkorb rückgängig", "Ctrl+Z", [&model] { model.undoTrash(); })
                 .onlyWhile([&model]() -> bool { return model.canUndoTrash; }),
             divider(),
-            text("Ausschneiden", "Ctrl+X", TextEdit::cut),
-            text("Kopieren", "Ctrl+C", TextEdit::copy),
-            text("Einfügen", "Ctrl+V", TextEdit::paste),
-            text("Alles auswählen", "Ctrl+A", TextEdit::selectAll),
+            textCommand("Ausschneiden", "Ctrl+X", TextEdit::cut),
+            textOrPhotos(
+                textCommand("Kopieren", "Ctrl+C", TextEdit::copy), &BrowserModel::copyToClipboard),
+            textCommand("Einfügen", "Ctrl+V", TextEdit::paste),
+            textOrPhotos(textCommand("Alles auswählen", "Ctrl+A", TextEdit::selectAll),
+                &BrowserModel::selectAll),
         } };
+}
+
+AppCommand AppCommands::textCommand(std::string title, std::string key, TextEdit edit) const
+{
+    auto& windows = windows_;
+    auto command = AppCommand::button(
+        std::move(title), std::move(key), [&windows, edit] { windows.edit(edit); });
+    command.isKeyOfText = true;
+    command.isEnabled = [&windows, edit] { return windows.canEdit(edit); };
+    return command;
+}
+
+// As its key: without a text to edit the command is for the photos.
+AppCommand AppCommands::textOrPhotos(AppCommand command, void (BrowserModel::*operation)()) const
+{
+    auto& model = model_;
+    auto& windows = windows_;
+    command.run = [&model, &windows, operation, edit = std::move(command.run)] {
+        windows.isEditingText() ? edit() : (model.*operation)();
+    };
+    command.isEnabled = [&model, &windows, canEdit = std::move(command.isEnabled)] {
+        return windows.isEditingText() ? canEdit() : !model.items->empty();
+    };
+    return command;
 }
 
 AppMenu AppCommands::view() const

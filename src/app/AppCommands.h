@@ -36,6 +36,9 @@ public:
 
 private:
     [[nodiscard]] AppCommand recentFolders() const;
+    [[nodiscard]] AppCommand textCommand(std::string title, std::string key, TextEdit edit) const;
+    [[nodiscard]] AppCommand textOrPhotos(
+        AppCommand command, void (BrowserModel::*operation)()) const;
     [[nodiscard]] AppCommand slideshow() const;
     [[nodiscard]] AppCommand slideshowInterval() const;
     [[nodiscard]] std::vector<AppCommand> fileCommands() const;

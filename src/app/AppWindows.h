@@ -24,6 +24,8 @@ public:
     [[nodiscard]] virtual bool isFullScreen() const = 0;
     virtual void toggleFullScreen() = 0;
 
+    /// Whether what is typed goes into a text.
+    [[nodiscard]] virtual bool isEditingText() const = 0;
     /// Whether a text is being edited that this can be done with now.
     [[nodiscard]] virtual bool canEdit(TextEdit edit) const = 0;
     virtual void edit(TextEdit edit) = 0;

@@ -315,6 +315,23 @@ TEST_CASE("text can be cut, copied and pasted only where it is edited")
         == std::vector { TextEdit::copy, TextEdit::paste, TextEdit::selectAll });
 }
 
+TEST_CASE("where no text is edited photos are copied and selected, as by the same keys")
+{
+    Commands commands;
+    commands.desk.open("/b", { "1.jpg", "2.jpg" });
+    commands.run("Alles auswählen");
+    CHECK(commands.model.selection->size() == 2);
+    commands.run("Kopieren");
+    CHECK(commands.desk.clipboard.contents
+        == std::vector { FileUrl("/b/1.jpg"), FileUrl("/b/2.jpg") });
+    CHECK(commands.windows.edits.empty());
+    for (char const* title : { "Ausschneiden", "Einfügen" })
+        CHECK_FALSE(commands[title].canRun());
+    commands.windows.isEditing = true;
+    commands.windows.unavailable = TextEdit::copy;
+    CHECK_FALSE(commands["Kopieren"].canRun());
+}
+
 TEST_CASE("the folders opened last are offered with what tells them apart, and can be forgotten")
 {
     Commands commands;

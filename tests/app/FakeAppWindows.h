@@ -15,6 +15,7 @@ struct FakeAppWindows final : AppWindows {
     void toggleSidebar() override { hasSidebar = !hasSidebar; }
     bool isFullScreen() const override { return fillsScreen; }
     void toggleFullScreen() override { fillsScreen = !fillsScreen; }
+    bool isEditingText() const override { return isEditing; }
     bool canEdit(TextEdit edit) const override { return isEditing && edit != unavailable; }
     void edit(TextEdit edit) override { edits.push_back(edit); }
 

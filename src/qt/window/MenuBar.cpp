@@ -107,6 +107,11 @@ void MenuBar::toggleFullScreen()
     window_.toggleFullScreen();
 }
 
+bool MenuBar::isEditingText() const
+{
+    return text_ != nullptr;
+}
+
 // Whether there is something to paste is not looked at: the program that holds it would have to be
 // asked and waited for.
 bool MenuBar::canEdit(TextEdit edit) const

@@ -32,6 +32,7 @@ private:
     void toggleSidebar() override;
     [[nodiscard]] bool isFullScreen() const override;
     void toggleFullScreen() override;
+    [[nodiscard]] bool isEditingText() const override;
     [[nodiscard]] bool canEdit(TextEdit edit) const override;
     void edit(TextEdit edit) override;
 
