@@ -1,6 +1,7 @@
 #include "qt/sidebar/FolderTreeWidget.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/sidebar/FolderRowPainter.h"
+#include "qt/window/Menus.h"
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -264,12 +265,13 @@ QMenu* FolderTreeWidget::showMenu(QModelIndex const& index, QPoint const& at)
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     auto const& node = *FolderTreeModel::nodeAt(index);
+    QString taken;
     for (auto const command : tree_.view().menu(node)) {
         if (command == FolderCommand::divider) {
             menu->addSeparator();
             continue;
         }
-        auto* const action = menu->addAction(shownText(titleOf(command)));
+        auto* const action = menu->addAction(withMnemonic(shownText(titleOf(command)), taken));
         connect(action, &QAction::triggered, this,
             [this, command, url = node.url()] { tree_.view().perform(command, url); });
     }

@@ -359,8 +359,17 @@ TEST_CASE("the menu has the entries of its row, and a right click chooses nothin
     CHECK(w.shown() == Names { "/r" });
     auto* const menu = w.tree.showMenu(w.index("/r/b"), {});
     QStringList titles;
-    for (auto* const action : menu->actions())
-        titles += action->isSeparator() ? QStringLiteral("-") : action->text();
+    QString letters;
+    for (auto* const action : menu->actions()) {
+        titles += action->isSeparator() ? QStringLiteral("-")
+                                        : action->text().remove(QLatin1Char('&'));
+        if (action->isSeparator())
+            continue;
+        auto const letter = action->text().section(QLatin1Char('&'), 1, 1).left(1).toLower();
+        CHECK(letter.size() == 1);
+        CHECK_FALSE(letters.contains(letter));
+        letters += letter;
+    }
     CHECK(titles
         == QStringList { QStringLiteral("Nur diesen Ordner anzeigen"),
             QStringLiteral("Zur Auswahl hinzufügen"), QStringLiteral("Als oberste Ebene festlegen"),
