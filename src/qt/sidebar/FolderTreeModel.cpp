@@ -1,6 +1,6 @@
 #include "qt/sidebar/FolderTreeModel.h"
 #include "qt/ports/FileUrlText.h"
-#include <QTextDocument>
+#include "qt/window/PlainTip.h"
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -8,15 +8,6 @@
 namespace pixelhain {
 
 namespace {
-
-// The toolkit takes a text for HTML when it looks like that, and folders may have any name.
-QString plainTip(std::string const& text)
-{
-    auto const shown = shownText(text);
-    if (!Qt::mightBeRichText(shown))
-        return shown;
-    return QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(shown.toHtmlEscaped());
-}
 
 int rowsOf(std::size_t count)
 {
@@ -88,7 +79,7 @@ QVariant FolderTreeModel::data(QModelIndex const& index, int role) const
     case Qt::AccessibleDescriptionRole:
         return shownText(view_.row(node).spokenDetails(node.level()));
     case Qt::ToolTipRole:
-        return plainTip(view_.row(node).helpText());
+        return plainTip(shownText(view_.row(node).helpText()));
     default:
         return {};
     }

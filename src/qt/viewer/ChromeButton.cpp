@@ -1,5 +1,6 @@
 #include "qt/viewer/ChromeButton.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/viewer/DarkLook.h"
 #include "qt/window/Symbols.h"
 #include "qt/window/Tones.h"
 #include <QPainter>
@@ -61,6 +62,11 @@ void ChromeButton::show(ViewerChrome::Button const& look)
 QSize ChromeButton::sizeHint() const
 {
     return { symbolEdge + 2 * reach, symbolEdge + 2 * reach };
+}
+
+bool ChromeButton::event(QEvent* event)
+{
+    return showViewerTip(*this, *event) || QAbstractButton::event(event);
 }
 
 void ChromeButton::paintEvent(QPaintEvent*)

@@ -1,7 +1,10 @@
 #include "qt/viewer/DarkLook.h"
+#include "qt/window/PlainTip.h"
 #include <QApplication>
 #include <QFontInfo>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
@@ -38,6 +41,26 @@ QPalette viewerPalette()
     for (auto const role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
         dark.setColor(QPalette::Disabled, role, QColor(130, 130, 134));
     return dark;
+}
+
+QPalette viewerMenuPalette()
+{
+    auto palette = viewerPalette();
+    palette.setColor(QPalette::Base, ground.lighter(165));
+    return palette;
+}
+
+// The toolkit has one tip for all, in the colours of the desktop.
+bool showViewerTip(QWidget& widget, QEvent& event)
+{
+    if (event.type() != QEvent::ToolTip || widget.toolTip().isEmpty())
+        return false;
+    QToolTip::showText(
+        static_cast<QHelpEvent&>(event).globalPos(), plainTip(widget.toolTip()), &widget);
+    for (auto* const window : QApplication::topLevelWidgets())
+        if (window->inherits("QTipLabel"))
+            window->setPalette(viewerPalette());
+    return true;
 }
 
 void paintMaterial(QPainter& painter, QRectF const& rect, double cornerRadius)

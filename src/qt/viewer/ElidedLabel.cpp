@@ -1,4 +1,5 @@
 #include "qt/viewer/ElidedLabel.h"
+#include "qt/viewer/DarkLook.h"
 #include "qt/window/Accessibility.h"
 #include <QPainter>
 
@@ -40,6 +41,11 @@ QSize ElidedLabel::minimumSizeHint() const
 void ElidedLabel::resizeEvent(QResizeEvent*)
 {
     setToolTip(shownText() == text_ ? QString() : text_);
+}
+
+bool ElidedLabel::event(QEvent* event)
+{
+    return showViewerTip(*this, *event) || QWidget::event(event);
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*)

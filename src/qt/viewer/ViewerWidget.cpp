@@ -17,6 +17,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QNativeGestureEvent>
+#include <QToolTip>
 #include <QVariantAnimation>
 #include <QWheelEvent>
 #include <algorithm>
@@ -232,6 +233,7 @@ void ViewerWidget::close()
     pause_->hide();
     infoPanel_->hide();
     setAttribute(Qt::WA_TransparentForMouseEvents);
+    QToolTip::hideText(); // it has the viewer's colours
     if (closing)
         closing();
     fade(1, 0);
@@ -289,6 +291,7 @@ void ViewerWidget::share(QPoint below)
         return;
     services_.share->prepare();
     auto* const menu = new QMenu(this);
+    menu->setPalette(viewerMenuPalette());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(*menu, services_.share->entries({ image->item().url }));
     menu->popup(below);

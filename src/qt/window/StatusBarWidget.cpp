@@ -2,6 +2,7 @@
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/Accessibility.h"
 #include "qt/window/ActivityIndicator.h"
+#include "qt/window/PlainTip.h"
 #include "qt/window/Tones.h"
 #include <QHBoxLayout>
 #include <QHelpEvent>
@@ -43,7 +44,7 @@ protected:
     {
         if (event->type() != QEvent::ToolTip)
             return QLabel::event(event);
-        auto const whole = shown() == text() ? QString() : text().toHtmlEscaped();
+        auto const whole = shown() == text() ? QString() : plainTip(text());
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole, this);
         return true;
     }

@@ -1,3 +1,4 @@
+#include "qt/Contrast.h"
 #include "qt/viewer/ChromeButton.h"
 #include "qt/viewer/ElidedLabel.h"
 #include "qt/viewer/InfoPanelWidget.h"
@@ -6,10 +7,12 @@
 #include "qt/window/Gallery.h"
 #include <QAbstractEventDispatcher>
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <doctest/doctest.h>
 
@@ -161,9 +164,39 @@ TEST_CASE("the buttons of the bar do what they say")
     REQUIRE(menu);
     CHECK(menu->actions().last()->text().remove(QLatin1Char('&'))
         == QStringLiteral("Dateien kopieren"));
+    CHECK(menu->palette().color(QPalette::Base).lightness() < 80);
+    CHECK(contrast(menu->palette().color(QPalette::Text), menu->palette().color(QPalette::Base))
+        >= 7);
     menu->close();
     click(Action::close);
     CHECK_FALSE(model.viewerIndex->has_value());
+}
+
+TEST_CASE("tips over the dark viewer are dark, and read like the name of the file")
+{
+    auto const shownTip = []() -> QWidget* {
+        for (auto* const window : QApplication::topLevelWidgets())
+            if (window->inherits("QTipLabel") && window->isVisible())
+                return window;
+        return nullptr;
+    };
+    auto const ask = [](QWidget& widget) {
+        auto const at = widget.rect().center();
+        QHelpEvent help(QEvent::ToolTip, at, widget.mapToGlobal(at));
+        QApplication::sendEvent(&widget, &help);
+    };
+    ViewerDesk v;
+    v.desk.open("/Lang", { "<b>" + std::string(150, 'a') + "</b>.jpg" });
+    v.open(0, plainPicture(90, 50, Qt::red));
+    ask(*v.widget.chrome().button(Action::info));
+    REQUIRE(shownTip());
+    auto const colors = shownTip()->palette();
+    CHECK(QToolTip::text() == QStringLiteral("Infos (I)"));
+    CHECK(colors.color(QPalette::ToolTipBase).lightness() < 80);
+    CHECK(contrast(colors.color(QPalette::ToolTipText), colors.color(QPalette::ToolTipBase)) >= 7);
+    ask(*partOf<ElidedLabel>(v.widget.chrome()));
+    CHECK(QToolTip::text().contains(QStringLiteral("&lt;b&gt;")));
+    QToolTip::hideText();
 }
 
 TEST_CASE("a long name is cut in its middle and told by its tip")
