@@ -27,6 +27,8 @@ public:
     static constexpr std::string_view refreshSymbol = "arrow.clockwise";
     static constexpr std::string_view refreshTip = "Ordnerliste aktualisieren";
     static constexpr std::string_view goUpSymbol = "arrow.up";
+    /// Said by screen readers, which tell the keys by themselves.
+    static constexpr std::string_view goUpName = "Übergeordneten Ordner anzeigen";
     static constexpr std::string_view goUpTip = "Übergeordneten Ordner anzeigen (⌘↑)";
     static constexpr std::string_view openSymbol = "folder.badge.plus";
     static constexpr std::string_view openTitle = "Ordner öffnen …";

@@ -13,8 +13,13 @@ std::string StatusBar::countText() const
 {
     auto text = messages::photoCount(model_.items->size());
     if (!model_.selection->empty())
-        text += " · " + std::to_string(model_.selection->size()) + " ausgewählt";
+        text += " · " + spokenMarks();
     return text;
+}
+
+std::string StatusBar::spokenMarks() const
+{
+    return std::to_string(model_.selection->size()) + " ausgewählt";
 }
 
 std::optional<std::string> StatusBar::message() const

@@ -31,6 +31,8 @@ public:
 
     /// "40 Fotos · 3 ausgewählt", secondary colour.
     [[nodiscard]] std::string countText() const;
+    /// "3 ausgewählt", to be read out when it changes: whoever marks photos cannot see the count.
+    [[nodiscard]] std::string spokenMarks() const;
     [[nodiscard]] std::optional<std::string> message() const;
     /// "3 von 120": how far a long change of files has come, or "Seite 3 von 34" of a document,
     /// before the link at the right end. Escape cancels what is shown.

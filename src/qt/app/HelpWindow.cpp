@@ -64,6 +64,7 @@ HelpWindow::HelpWindow(TextOrder const& order)
     columns_->setHandleWidth(1);
     columns_->addWidget(leftColumn());
     columns_->addWidget(rightColumn());
+    columns_->widget(0)->lower(); // found first by screen readers; the splitter turned them round
     columns_->setStretchFactor(0, 0);
     columns_->setStretchFactor(1, 1);
     connect(columns_, &QSplitter::splitterMoved, this, [this](int at) { columnWidth_ = at; });

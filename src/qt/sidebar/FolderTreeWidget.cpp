@@ -99,6 +99,8 @@ void FolderTreeWidget::remember()
 void FolderTreeWidget::restore()
 {
     auto& view = tree_.view();
+    // Without rows there is nothing to be done here with the keyboard.
+    setFocusPolicy(view.root() ? Qt::StrongFocus : Qt::NoFocus);
     if (!view.root())
         return;
     open(tree_.indexOf(*view.root()));

@@ -13,11 +13,12 @@ namespace pixelhain {
 
 namespace {
 
-SymbolButton* iconButton(std::string_view symbol, std::string_view tip, QWidget* parent)
+SymbolButton* iconButton(
+    std::string_view symbol, std::string_view name, std::string_view tip, QWidget* parent)
 {
     auto* const button = new SymbolButton(symbol, QString(), parent);
     button->setToolTip(shownText(tip));
-    button->setAccessibleName(shownText(tip));
+    button->setAccessibleName(shownText(name));
     return button;
 }
 
@@ -27,8 +28,9 @@ SidebarWidget::SidebarWidget(BrowserModel& model, SidebarPorts const& ports, QWi
     : QWidget(parent)
     , model_(model, ports)
     , header_(new QLabel(shownText(SidebarView::header), this))
-    , refresh_(iconButton(SidebarView::refreshSymbol, SidebarView::refreshTip, this))
-    , goUp_(iconButton(SidebarView::goUpSymbol, SidebarView::goUpTip, this))
+    , refresh_(iconButton(
+          SidebarView::refreshSymbol, SidebarView::refreshTip, SidebarView::refreshTip, this))
+    , goUp_(iconButton(SidebarView::goUpSymbol, SidebarView::goUpName, SidebarView::goUpTip, this))
     , tree_(new FolderTreeWidget(model_, this))
     , open_(new SymbolButton(SidebarView::openSymbol, shownText(SidebarView::openTitle), this))
 {

@@ -102,6 +102,7 @@ ContentWidget::ContentWidget(
     stack->addWidget(statusBar_);
     columns_->addWidget(sidebar_);
     columns_->addWidget(detailColumn);
+    sidebar_->lower(); // the splitter has turned the order round in which screen readers find them
     columns_->setStretchFactor(1, 1);
     setSidebarWidth(sidebarWidth_);
     connect(columns_, &QSplitter::splitterMoved, this, [this](int at) {

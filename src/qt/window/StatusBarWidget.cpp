@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QToolButton>
 #include <QToolTip>
+#include <utility>
 
 namespace pixelhain {
 
@@ -65,6 +66,8 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     , progress_(new QLabel(this))
     , cancelHint_(new QLabel(shownText(StatusBar::cancelHint), this))
     , selectNone_(new QToolButton(this))
+    , marks_(new QWidget(this))
+    , toldMarks_(bar_.spokenMarks())
 {
     auto* row = new QHBoxLayout(this);
     constexpr int x = static_cast<int>(StatusBar::paddingX);
@@ -75,6 +78,9 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
         label->setTextFormat(Qt::PlainText);
     setAccessibleRole(*this, QAccessible::StatusBar);
     setAccessibleRole(*message_, QAccessible::Notification);
+    setAccessibleRole(*marks_, QAccessible::Notification);
+    marks_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    marks_->setGeometry(0, 0, 1, 1); // nothing is drawn there
     setAccessibleName(shownText(StatusBar::name));
     message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     selectNone_->setObjectName(QStringLiteral("selectNone"));
@@ -105,6 +111,18 @@ void StatusBarWidget::modelChanged()
     progress_->setText(progress ? shownText(*progress) : QString());
     cancelHint_->setVisible(progress.has_value());
     selectNone_->setVisible(bar_.showsSelectNone());
+    tellMarks();
+}
+
+// The label beside it says more than has changed.
+void StatusBarWidget::tellMarks()
+{
+    auto marks = bar_.spokenMarks();
+    if (marks == toldMarks_)
+        return;
+    toldMarks_ = std::move(marks);
+    setSpokenText(*marks_, shownText(toldMarks_));
+    announceAppearance(*marks_);
 }
 
 void StatusBarWidget::showMessage(QString const& text)

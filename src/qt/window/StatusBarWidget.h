@@ -1,6 +1,7 @@
 #pragma once
 #include "window/StatusBar.h"
 #include <QWidget>
+#include <string>
 
 class QLabel;
 class QToolButton;
@@ -22,6 +23,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void tellMarks();
     void showMessage(QString const& text);
     void useTones();
 
@@ -33,6 +35,8 @@ private:
     QLabel* progress_;
     QLabel* cancelHint_;
     QToolButton* selectNone_;
+    QWidget* marks_; ///< says how many are marked, and shows nothing
+    std::string toldMarks_;
 };
 
 } // namespace pixelhain

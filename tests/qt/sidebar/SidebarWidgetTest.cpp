@@ -416,6 +416,11 @@ TEST_CASE("the header's buttons and the one below do what their tips say")
     CHECK(refresh->toolTip() == QStringLiteral("Ordnerliste aktualisieren"));
     CHECK(goUp->toolTip() == QStringLiteral("Übergeordneten Ordner anzeigen (⌘↑)"));
     CHECK(open->text() == QStringLiteral("Ordner öffnen …"));
+    auto const name = [](QWidget* button) {
+        return QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name);
+    };
+    CHECK(name(refresh) == QStringLiteral("Ordnerliste aktualisieren"));
+    CHECK(name(goUp) == QStringLiteral("Übergeordneten Ordner anzeigen"));
     int const version = w.desk.model().treeVersion;
     QTest::mouseClick(refresh, Qt::LeftButton);
     CHECK(w.desk.model().treeVersion == version + 1);

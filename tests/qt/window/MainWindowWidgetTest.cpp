@@ -1,5 +1,6 @@
 #include "qt/window/MainWindowWidget.h"
 #include "qt/Heard.h"
+#include "qt/sidebar/FolderTreeWidget.h"
 #include "qt/sidebar/SidebarWidget.h"
 #include "qt/window/Gallery.h"
 #include "qt/window/StatusBarWidget.h"
@@ -13,6 +14,7 @@
 #include <QTest>
 #include <QToolButton>
 #include <doctest/doctest.h>
+#include <functional>
 
 using namespace pixelhain;
 
@@ -250,6 +252,58 @@ TEST_CASE("the file menu opens and reloads")
     CHECK(w.desk.model().scanGeneration() == generation + 2);
     trigger(QKeySequence(Qt::CTRL | Qt::Key_W));
     CHECK_FALSE(w.window.isVisible());
+}
+
+TEST_CASE("how many photos are marked is read out when it changes, and only then")
+{
+    Heard heard;
+    WindowDesk w;
+    w.desk.open("/Fotos", { "a.jpg", "b.jpg", "c.jpg" });
+    heard.events.clear();
+    auto const spoken = [&] {
+        QStringList texts;
+        for (auto const& event : heard.events)
+            if (event.type == QAccessible::ObjectShow && event.role == QAccessible::Notification)
+                texts += event.name;
+        heard.events.clear();
+        return texts;
+    };
+    w.desk.model().toggle(1);
+    w.desk.settle();
+    CHECK(spoken() == QStringList { QStringLiteral("1 ausgewählt") });
+    w.desk.model().moveCursor(+1, Extend::no);
+    w.desk.settle();
+    CHECK(spoken().isEmpty());
+    w.desk.model().selectAll();
+    w.desk.settle();
+    CHECK(spoken() == QStringList { QStringLiteral("3 ausgewählt") });
+    w.desk.model().selectNone();
+    w.desk.settle();
+    CHECK(spoken() == QStringList { QStringLiteral("0 ausgewählt") });
+}
+
+TEST_CASE("screen readers find the folders before the photos")
+{
+    WindowDesk w;
+    w.desk.open("/Fotos", { "a.jpg" });
+    QStringList found;
+    std::function<void(QAccessibleInterface*)> const walk = [&](QAccessibleInterface* thing) {
+        if (thing->role() == QAccessible::Tree || thing->role() == QAccessible::List)
+            found += thing->text(QAccessible::Name);
+        for (int i = 0; i < thing->childCount(); ++i)
+            walk(thing->child(i));
+    };
+    walk(QAccessible::queryAccessibleInterface(&w.window));
+    CHECK(found == QStringList { QStringLiteral("Ordner"), QStringLiteral("Galerie") });
+}
+
+TEST_CASE("Tab stops at the folders only while there are some")
+{
+    WindowDesk w;
+    auto const& folders = w.window.content().sidebar().tree();
+    CHECK(folders.focusPolicy() == Qt::NoFocus);
+    w.desk.open("/Fotos", { "a.jpg" });
+    CHECK(folders.focusPolicy() == Qt::StrongFocus);
 }
 
 TEST_CASE("a message of the status bar is read out, also the same one once more")
