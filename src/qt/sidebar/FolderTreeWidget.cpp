@@ -258,6 +258,8 @@ void FolderTreeWidget::contextMenuEvent(QContextMenuEvent* event)
     auto const index = byMouse ? indexAt(event->pos()) : currentIndex();
     if (!index.isValid())
         return;
+    if (!byMouse)
+        scrollTo(index);
     showMenu(
         index, byMouse ? event->globalPos() : viewport()->mapToGlobal(visualRect(index).center()));
 }

@@ -6,10 +6,12 @@
 #include "qt/window/Menus.h"
 #include "qt/window/TextKeys.h"
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 #include <cstdlib>
 
 namespace pixelhain {
@@ -35,10 +37,41 @@ MenuBar::MenuBar(MainWindowWidget& window, BrowserModel& model)
         menus_.push_back(new CommandMenu(*added, std::move(menu.commands)));
         connect(
             added, &QMenu::aboutToShow, menus_.back(), [made = menus_.back()] { made->refresh(); });
+        connect(added, &QMenu::aboutToHide, this, [this] { menuCloses(); });
     }
+    addKeys();
     connect(qApp, &QApplication::focusChanged, this,
         [this](QWidget*, QWidget* now) { focusChanged(now); });
     window.installEventFilter(this);
+}
+
+void MenuBar::addKeys()
+{
+    auto const add = [this](QKeySequence const& key, void (MenuBar::*pressed)()) {
+        auto* const shortcut = new QShortcut(key, &window_);
+        shortcut->setAutoRepeat(false);
+        connect(shortcut, &QShortcut::activated, this, pressed);
+    };
+    add(QKeySequence(Qt::Key_F10), &MenuBar::openFirstMenu);
+    add(QKeySequence(Qt::SHIFT | Qt::Key_F10), &MenuBar::openContextMenu);
+}
+
+void MenuBar::openFirstMenu()
+{
+    auto* const first = window_.menuBar()->actions().constFirst();
+    window_.menuBar()->setActiveAction(first);
+    for (auto* const line : first->menu()->actions())
+        if (line->isEnabled() && !line->isSeparator())
+            return first->menu()->setActiveAction(line);
+}
+
+// As the key does that keyboards have for it.
+void MenuBar::openContextMenu()
+{
+    auto* const widget = window_.focusWidget() ? window_.focusWidget() : &window_;
+    auto const middle = widget->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, middle, widget->mapToGlobal(middle));
+    QApplication::sendEvent(widget, &event);
 }
 
 void MenuBar::refresh()
@@ -60,8 +93,43 @@ bool MenuBar::eventFilter(QObject* watched, QEvent* event)
 
 void MenuBar::focusChanged(QWidget* now)
 {
-    if (now && now->window() == &window_ && now != window_.menuBar())
+    if (!now || now->window() != &window_)
+        return;
+    if (now != window_.menuBar()) {
+        before_ = now;
         text_ = qobject_cast<QLineEdit*>(now);
+    } else if (isMenuClosing_ || QApplication::activePopupWidget()) {
+        giveKeyboardBack();
+    } else if (!window_.menuBar()->activeAction()) {
+        // The bar had the keyboard when another window took it, and has forgotten what for.
+        QMetaObject::invokeMethod(this, &MenuBar::giveKeyboardBack, Qt::QueuedConnection);
+    }
+}
+
+// Where menus are opened and closed by keys the toolkit gives the keyboard to the bar, which is
+// then dead until Escape is pressed once more. An open menu has the keys by itself, and keys that
+// are pressed right after it was closed are not for the bar either.
+void MenuBar::menuCloses()
+{
+    isMenuClosing_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            isMenuClosing_ = false;
+            if (!QApplication::activePopupWidget())
+                giveKeyboardBack();
+        },
+        Qt::QueuedConnection);
+}
+
+void MenuBar::giveKeyboardBack()
+{
+    if (window_.focusWidget() != window_.menuBar())
+        return;
+    if (before_ && before_->isVisible() && before_->isEnabled())
+        before_->setFocus(Qt::MenuBarFocusReason);
+    else
+        window_.focusGallery();
 }
 
 void MenuBar::openHelp()

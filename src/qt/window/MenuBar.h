@@ -36,10 +36,17 @@ private:
     [[nodiscard]] bool canEdit(TextEdit edit) const override;
     void edit(TextEdit edit) override;
 
+    void addKeys();
+    void openFirstMenu();
+    void openContextMenu();
     void focusChanged(QWidget* now);
+    void menuCloses();
+    void giveKeyboardBack();
 
     MainWindowWidget& window_;
     std::vector<CommandMenu*> menus_;
+    bool isMenuClosing_ = false;
+    QPointer<QWidget> before_; ///< what had the keyboard before the bar
     QPointer<QLineEdit> text_; ///< being edited, also while somebody walks through the menus
 };
 

@@ -56,6 +56,8 @@ struct Menus {
         return text;
     }
 
+    static QMenu* openMenu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
+
     QMenu* menu(char const* name) const
     {
         for (auto* action : window.menuBar()->actions())
@@ -319,6 +321,48 @@ TEST_CASE(
     menus.window.focusGallery();
     look();
     CHECK_FALSE(paste->isEnabled());
+}
+
+TEST_CASE("one Escape closes a menu and gives the keyboard back to what had it")
+{
+    Menus menus;
+    auto const hasKeyboard = [&](QWidget& widget) {
+        return eventually(
+            [&] { return menus.window.focusWidget() == &widget && !menus.openMenu(); });
+    };
+    for (bool const isTyping : { false, true }) {
+        QWidget& before
+            = isTyping ? static_cast<QWidget&>(*menus.field) : menus.window.content().grid();
+        before.setFocus();
+        menus.type(Qt::Key_D, Qt::AltModifier);
+        REQUIRE(menus.openMenu() == menus.menu("Datei"));
+        QTest::keyClick(menus.openMenu(), Qt::Key_Right);
+        REQUIRE(menus.openMenu() == menus.menu("Bearbeiten"));
+        QTest::keyClick(menus.openMenu(), Qt::Key_Escape);
+        CHECK(hasKeyboard(before));
+    }
+    menus.window.focusGallery();
+    menus.type(Qt::Key_Right);
+    CHECK(*menus.model.cursor == 0U);
+}
+
+TEST_CASE("F10 opens the first menu at its first line, and Escape gives the keyboard back")
+{
+    Menus menus;
+    menus.type(Qt::Key_F10);
+    REQUIRE(menus.openMenu() == menus.menu("Datei"));
+    CHECK(menus.openMenu()->activeAction() == menus["Ordner öffnen …"]);
+    QTest::keyClick(menus.openMenu(), Qt::Key_Escape);
+    CHECK(eventually([&] {
+        return !menus.openMenu() && menus.window.focusWidget() == &menus.window.content().grid();
+    }));
+}
+
+TEST_CASE("a bar that had the keyboard when another window took it does not keep it")
+{
+    Menus menus;
+    menus.window.menuBar()->setFocus();
+    CHECK(eventually([&] { return menus.window.focusWidget() == &menus.window.content().grid(); }));
 }
 
 TEST_CASE("while a dialog is open no key reaches the menus")

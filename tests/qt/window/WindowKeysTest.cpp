@@ -1,9 +1,12 @@
+#include "qt/sidebar/FolderTreeWidget.h"
+#include "qt/sidebar/SidebarWidget.h"
 #include "qt/window/Gallery.h"
 #include "qt/window/MainWindowWidget.h"
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QMenuBar>
 #include <doctest/doctest.h>
 
@@ -170,10 +173,34 @@ TEST_CASE("while a dialog is open, and in other windows, keys do nothing to the 
     CHECK(keys.desk.model().cursor->has_value());
 }
 
+TEST_CASE("Shift+F10 opens the menu of the cursor's photo, or of the folder that the keys are at")
+{
+    Keyboard keys;
+    auto const lines = [] {
+        QStringList titles;
+        if (auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+            for (auto const* line : menu->actions())
+                titles += line->text().remove(QLatin1Char('&'));
+            menu->close();
+        }
+        return titles;
+    };
+    keys.type(Qt::Key_F10, Qt::ShiftModifier);
+    CHECK(lines().isEmpty()); // no cursor yet
+    keys.type(Qt::Key_Right);
+    keys.type(Qt::Key_F10, Qt::ShiftModifier);
+    CHECK(lines().contains(QStringLiteral("Öffnen")));
+    QCoreApplication::processEvents(); // only rows that are drawn are there
+    keys.desk.settle();
+    keys.window.content().sidebar().tree().setFocus();
+    keys.type(Qt::Key_F10, Qt::ShiftModifier);
+    CHECK(lines().contains(QStringLiteral("Ordnerbaum neu laden")));
+}
+
 TEST_CASE("who walks through the menu bar moves no cursor")
 {
     Keyboard keys;
-    keys.window.menuBar()->setFocus();
+    QTest::keyClick(&keys.window, Qt::Key_Alt);
     REQUIRE(keys.window.focusWidget() == keys.window.menuBar());
     keys.type(Qt::Key_Right);
     CHECK_FALSE(keys.desk.model().cursor->has_value());
