@@ -79,13 +79,17 @@ void writePlacement(Preferences& preferences, WindowPlacement const& placement)
     preferences.setNumber("sidebarWidth", placement.sidebarWidth);
 }
 
-WindowPlacement fitted(WindowPlacement placement, std::span<Rect const> screens)
+WindowPlacement fitted(
+    WindowPlacement placement, std::span<Rect const> screens, WindowFrame const& frame)
 {
     if (screens.empty())
         return placement;
+    auto const frameWidth = frame.left + frame.right;
+    auto const frameHeight = frame.top + frame.bottom;
     auto screen = screens.front();
     if (auto& at = placement.position) {
-        Rect const window { at->x, at->y, placement.width, placement.height };
+        Rect const window { at->x, at->y, placement.width + frameWidth,
+            placement.height + frameHeight };
         auto const inView = [&](Rect const& candidate) { return edgeInView(window, candidate); };
         screen = *std::ranges::max_element(screens, {}, inView);
         if (inView(screen) == 0) {
@@ -93,13 +97,25 @@ WindowPlacement fitted(WindowPlacement placement, std::span<Rect const> screens)
             at.reset();
         }
     }
-    placement.width = std::min(placement.width, screen.width);
-    placement.height = std::min(placement.height, screen.height);
+    placement.width = std::min(placement.width, screen.width - frameWidth);
+    placement.height = std::min(placement.height, screen.height - frameHeight);
     if (auto& at = placement.position) {
-        at->x = within(at->x, placement.width, screen.x, screen.width);
-        at->y = within(at->y, placement.height, screen.y, screen.height);
+        at->x = within(at->x, placement.width + frameWidth, screen.x, screen.width);
+        at->y = within(at->y, placement.height + frameHeight, screen.y, screen.height);
     }
     return placement;
+}
+
+WindowPlacement kept(
+    WindowPlacement const& wanted, WindowPlacement const& placed, WindowPlacement now)
+{
+    if (now.width == placed.width)
+        now.width = wanted.width;
+    if (now.height == placed.height)
+        now.height = wanted.height;
+    if (now.position == placed.position)
+        now.position = wanted.position;
+    return now;
 }
 
 } // namespace pixelhain

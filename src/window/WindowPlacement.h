@@ -25,9 +25,25 @@ struct WindowPlacement {
 [[nodiscard]] WindowPlacement readPlacement(Preferences const& preferences);
 void writePlacement(Preferences& preferences, WindowPlacement const& placement);
 
-/// What fits the areas that the screens leave to windows, the main screen's first: no larger than
-/// its screen, and all of it in view. Where the window's place is on no screen any more the desktop
-/// is to find one.
-[[nodiscard]] WindowPlacement fitted(WindowPlacement placement, std::span<Rect const> screens);
+/// What the desktop puts around a window, in points; nothing while that is not known.
+struct WindowFrame {
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+
+    bool operator==(WindowFrame const&) const = default;
+};
+
+/// What fits the areas that the screens leave to windows, the main screen's first: with its frame
+/// no larger than its screen, and all of it in view. Where the window's place is on no screen any
+/// more the desktop is to find one.
+[[nodiscard]] WindowPlacement fitted(
+    WindowPlacement placement, std::span<Rect const> screens, WindowFrame const& frame = {});
+
+/// What to keep of a window that stands as `now` after it was put where `placed` says, because
+/// `wanted` did not fit: what nobody has changed since is still wanted, on a larger screen.
+[[nodiscard]] WindowPlacement kept(
+    WindowPlacement const& wanted, WindowPlacement const& placed, WindowPlacement now);
 
 } // namespace pixelhain

@@ -97,6 +97,26 @@ TEST_CASE("the place of a window on a screen that is gone is left to the desktop
     CHECK_FALSE(fitted(placed({ 1900, 0 }), one).position);
 }
 
+TEST_CASE("a window fits its screen with its frame, which has room at the screen's edges")
+{
+    WindowFrame const frame { 3, 24, 5, 6 };
+    auto const whole = fitted(placed({ 0, 0 }, 1920, 1080), one, frame);
+    CHECK(whole == placed({ 0, 0 }, 1912, 1050));
+    auto const corner = fitted(placed({ 1800, 1000 }, 1200, 800), one, frame);
+    CHECK(corner == placed({ 1920 - 1208, 1080 - 830 }));
+    CHECK(fitted(placed({ 300, 200 }), one, frame) == placed({ 300, 200 }));
+}
+
+TEST_CASE("a size that a small screen had no room for is kept for a larger one")
+{
+    auto const wanted = placed({ 300, 200 }, 1800, 1000);
+    auto const shrunken = placed({ 0, 0 }, 960, 520);
+    CHECK(kept(wanted, shrunken, shrunken) == wanted);
+    CHECK(kept(wanted, shrunken, placed({ 0, 0 }, 960, 480)) == placed({ 300, 200 }, 1800, 480));
+    CHECK(kept(wanted, shrunken, placed({ 9, 0 }, 800, 520)) == placed({ 9, 0 }, 800, 1000));
+    CHECK(kept(wanted, wanted, placed({ 5, 6 }, 700, 500)) == placed({ 5, 6 }, 700, 500));
+}
+
 TEST_CASE("without any screen nothing is changed")
 {
     CHECK(fitted(placed({ 300, 200 }), {}) == placed({ 300, 200 }));

@@ -10,7 +10,8 @@ class MainWindowWidget;
 class Preferences;
 
 /// Puts the main window where it was the last time, and keeps where it is with the settings: soon
-/// after it came to rest, and when it closes.
+/// after it came to rest, and when it closes. A window that was made smaller because its screen is
+/// keeps its size for a larger one.
 class WindowKeeper final : public QObject {
 public:
     /// To be made before the window is first shown. All outlive this.
@@ -24,12 +25,18 @@ protected:
 
 private:
     void place();
+    void fitFrame();
     void look();
+    WindowPlacement now() const;
 
     MainWindowWidget& window_;
     Preferences& preferences_;
     MainLoop& loop_;
-    WindowPlacement placement_;
+    WindowPlacement placement_; ///< as it is kept
+    WindowPlacement wanted_; ///< of the last time
+    WindowPlacement placed_; ///< what of it fitted
+    bool knowsFrame_ = false;
+    Task fitting_;
     Task resting_;
 };
 
