@@ -53,6 +53,12 @@ std::size_t GridLayout::rows() const
     return measures_.count / columns + (measures_.count % columns == 0 ? 0 : 1);
 }
 
+std::size_t GridLayout::rowsPerPage(double height) const
+{
+    auto const fitting = std::floor((height + spacing) / rowStep());
+    return fitting > 1 ? static_cast<std::size_t>(fitting) : 1;
+}
+
 double GridLayout::cellHeight() const
 {
     return measures_.thumbSize + captionHeight(measures_.nameLineHeight)

@@ -45,6 +45,10 @@ public:
     Measures const& measures() const { return measures_; }
     int columns() const { return columns_; }
     std::size_t rows() const;
+    /// Whole rows that a viewport of `height` has room for, at least 1.
+    std::size_t rowsPerPage(double height) const;
+    /// From the top of a row to that of the next.
+    double rowStep() const { return cellHeight() + spacing; }
     double contentHeight() const;
 
     /// A cell with its captions, and its parts. The line of a caption that is off is empty.
@@ -73,7 +77,6 @@ public:
 
 private:
     double cellHeight() const;
-    double rowStep() const { return cellHeight() + spacing; }
     std::size_t rowAt(double y) const;
 
     Measures measures_;

@@ -1,6 +1,7 @@
 #include "window/GridView.h"
 #include "model/BrowserModel.h"
 #include "model/SelectionRules.h"
+#include <algorithm>
 #include <utility>
 
 namespace pixelhain {
@@ -132,6 +133,28 @@ std::vector<FileUrl> GridView::dragged(std::size_t index) const
     if (!model_.selection->contains(photo))
         return { photo };
     return markedPhotos(model_.selection, items);
+}
+
+GridView::Page GridView::page(PageTurn turn, double top, double height) const
+{
+    bool const isForward = turn == PageTurn::forward;
+    auto const way = isForward ? 1.0 : -1.0;
+    auto const count = layout_.measures().count;
+    auto const cursor = model_.cursor.get();
+    if (!cursor || *cursor >= count || !layout_.visible(top, height, 0).contains(*cursor)) {
+        auto const step = std::max(height - pageOverlap, height / 2);
+        return { 0, layout_.clampedScroll(top + way * step, height) };
+    }
+    auto const columns = static_cast<std::size_t>(layout_.columns());
+    auto const rows = layout_.rowsPerPage(height);
+    auto const row = *cursor / columns;
+    auto const last = layout_.rows() - 1;
+    auto const target = isForward ? std::min(row + rows, last) : row - std::min(rows, row);
+    auto const index = std::min(target * columns + *cursor % columns, count - 1);
+    auto const turned
+        = layout_.clampedScroll(top + way * static_cast<double>(rows) * layout_.rowStep(), height);
+    return { static_cast<std::ptrdiff_t>(index) - static_cast<std::ptrdiff_t>(*cursor),
+        layout_.scrollToShow(index, turned, height) };
 }
 
 std::optional<double> GridView::scrollWish(double top, double height)

@@ -43,6 +43,9 @@ public:
         bool operator==(Hit const&) const = default;
     };
 
+    /// What stays in view of a page that is turned, so that the eye keeps its place, points.
+    static constexpr double pageOverlap = 40;
+
     /// Device pixels per point of the window's screen.
     double displayScale = 1;
 
@@ -78,6 +81,17 @@ public:
     /// The photos that are dragged along when the one at `index` is: all visible marked ones if it
     /// is one of them.
     [[nodiscard]] std::vector<FileUrl> dragged(std::size_t index) const;
+
+    enum class PageTurn { back, forward };
+    struct Page {
+        std::ptrdiff_t cursorStep = 0; ///< for the model
+        double top = 0;
+    };
+
+    /// Where a page key leads from scroll position `top`. A cursor in view is taken along, by as
+    /// many whole rows as there is room for, in its column as far as that goes: the next arrow key
+    /// goes on from what is seen. Elsewhere only the page turns.
+    [[nodiscard]] Page page(PageTurn turn, double top, double height) const;
 
     /// Where the last changes of the model want the grid to be scrolled to: to the cursor's cell,
     /// or with it in the middle after the viewer was closed. Nothing if nothing asks for it.

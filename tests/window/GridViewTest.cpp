@@ -43,6 +43,49 @@ TEST_CASE("the grid tells the model its columns whenever it is laid out")
     CHECK(gallery.desk.model().columns() == 1);
 }
 
+TEST_CASE("a page key takes a cursor in view along by whole rows, in its column")
+{
+    using Turn = GridView::PageTurn;
+    Gallery gallery;
+    constexpr double height = 350; // three whole rows
+    gallery.desk.model().moveCursor(+3, Extend::no); // index 2
+    auto const page = gallery.grid->page(Turn::forward, 0, height);
+    CHECK(page.cursorStep == 12);
+    CHECK(page.top == 3 * rowStep);
+    auto const back = gallery.grid->page(Turn::back, 0, height);
+    CHECK(back.cursorStep == 0);
+    CHECK(back.top == 0);
+    gallery.desk.model().cursor = 33U; // of rows 0 to 9
+    auto const end = gallery.grid->page(Turn::forward, 6 * rowStep, height);
+    CHECK(end.cursorStep == 4);
+    CHECK(end.top == gallery.grid->layout().contentHeight() - height);
+}
+
+TEST_CASE("a page key in the last rows does not leave the list")
+{
+    using Turn = GridView::PageTurn;
+    Gallery gallery(38); // two photos in the last row
+    gallery.desk.model().cursor = 31U;
+    auto const top = gallery.grid->layout().scrollToShow(31, 0, 350);
+    CHECK(gallery.grid->page(Turn::forward, top, 350).cursorStep == 6); // to 37
+    gallery.desk.model().cursor = 37U;
+    auto const end = gallery.grid->layout().scrollToShow(37, 0, 350);
+    CHECK(gallery.grid->page(Turn::forward, end, 350).cursorStep == 0);
+    CHECK(gallery.grid->page(Turn::back, end, 350).cursorStep == -12);
+}
+
+TEST_CASE("without a cursor in view a page key turns nearly one page")
+{
+    using Turn = GridView::PageTurn;
+    Gallery gallery;
+    CHECK(gallery.grid->page(Turn::forward, 0, 350).top == 310);
+    CHECK(gallery.grid->page(Turn::back, 400, 350).top == 90);
+    gallery.desk.model().moveCursor(+1, Extend::no);
+    auto const page = gallery.grid->page(Turn::forward, 500, 350);
+    CHECK(page.cursorStep == 0);
+    CHECK(page.top == 768); // the end
+}
+
 TEST_CASE("captions that are switched off take no room")
 {
     Gallery gallery;

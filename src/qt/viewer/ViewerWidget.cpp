@@ -316,9 +316,14 @@ bool ViewerWidget::focusNextPrevChild(bool next)
     return true;
 }
 
+// Whoever turns the pages of the gallery turns the photos alike.
 void ViewerWidget::keyPressEvent(QKeyEvent* event)
 {
-    if (!picture_->takeKey(*event))
+    auto const key = event->key();
+    bool const isPageKey = key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+    if (isPageKey && (event->modifiers() & ~Qt::KeypadModifier) == 0)
+        services_.model.stepViewer(key == Qt::Key_PageUp ? -1 : +1);
+    else if (!picture_->takeKey(*event))
         QWidget::keyPressEvent(event);
 }
 

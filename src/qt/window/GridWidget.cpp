@@ -56,7 +56,10 @@ void GridWidget::modelChanged()
         top_ = 0;
     }
     layOut();
-    if (auto const wish = view_.scrollWish(top_, viewportHeight())) {
+    // A page that is being turned may bring the cursor into view by itself.
+    auto const goal = scrollGoal();
+    auto const wish = view_.scrollWish(goal, viewportHeight());
+    if (wish && std::abs(*wish - goal) >= 1) {
         motion_.stop();
         moveTo(*wish);
     }

@@ -106,6 +106,9 @@ private:
     void cellChanged(FileUrl const& url);
     void updateCell(std::size_t index);
     void glideTo(double goal);
+    void goTo(double goal);
+    void turnPage(GridView::PageTurn turn, Qt::KeyboardModifiers held);
+    double scrollGoal() const { return motion_.isMoving() ? motion_.goal() : top_; }
     void paintCells(QPainter& painter, QRegion const& dirty);
     bool isEachInFinalState() const;
     Point contentPoint(QPointF viewportPoint) const;

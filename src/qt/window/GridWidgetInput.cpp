@@ -25,7 +25,6 @@ namespace pixelhain {
 namespace {
 
 constexpr double wheelNotch = 120; ///< what Qt reports for one notch
-constexpr double pageOverlap = 40; ///< stays in view when paging, so that the eye keeps its place
 
 ClickModifiers clickModifiers(QMouseEvent const& event)
 {
@@ -37,7 +36,7 @@ ClickModifiers clickModifiers(QMouseEvent const& event)
 
 void GridWidget::wheelEvent(QWheelEvent* event)
 {
-    auto const now = motion_.isMoving() ? motion_.goal() : top_;
+    auto const now = scrollGoal();
     auto const limited
         = [&](double goal) { return view_.layout().clampedScroll(goal, viewportHeight()); };
     auto const turned = event->angleDelta().y();
@@ -62,33 +61,40 @@ void GridWidget::glideTo(double goal)
 
 void GridWidget::keyPressEvent(QKeyEvent* event)
 {
-    auto const height = viewportHeight();
-    auto const page = std::max(height - pageOverlap, height / 2);
-    auto const now = motion_.isMoving() ? motion_.goal() : top_;
-    double goal = 0;
     switch (event->key()) {
     case Qt::Key_PageUp:
-        goal = now - page;
-        break;
+        return turnPage(GridView::PageTurn::back, event->modifiers());
     case Qt::Key_PageDown:
-        goal = now + page;
-        break;
+        return turnPage(GridView::PageTurn::forward, event->modifiers());
     case Qt::Key_Home:
-        break;
+        return goTo(0);
     case Qt::Key_End:
-        goal = view_.layout().contentHeight();
-        break;
+        return goTo(view_.layout().contentHeight());
     default:
         event->ignore();
-        return;
     }
-    // A long way is not worth watching, and every cell along it would be asked for.
+}
+
+void GridWidget::turnPage(GridView::PageTurn turn, Qt::KeyboardModifiers held)
+{
+    catchUp();
+    auto const page = view_.page(turn, scrollGoal(), viewportHeight());
+    if (page.cursorStep != 0)
+        services_.model.moveCursor(
+            page.cursorStep, held.testFlag(Qt::ShiftModifier) ? Extend::yes : Extend::no);
+    goTo(page.top);
+}
+
+// A long way is not worth watching, and every cell along it would be asked for.
+void GridWidget::goTo(double goal)
+{
     constexpr double longWay = 3;
-    goal = view_.layout().clampedScroll(goal, height);
-    if (std::abs(goal - top_) > longWay * height)
-        scrollTo(goal);
+    auto const height = viewportHeight();
+    auto const limited = view_.layout().clampedScroll(goal, height);
+    if (std::abs(limited - top_) > longWay * height)
+        scrollTo(limited);
     else
-        glideTo(goal);
+        glideTo(limited);
 }
 
 Point GridWidget::contentPoint(QPointF viewportPoint) const

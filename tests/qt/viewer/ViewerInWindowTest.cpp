@@ -75,6 +75,17 @@ TEST_CASE("Return opens the photo over the whole window, Escape gives the galler
     CHECK(*keys.desk.model().cursor == 3U);
 }
 
+TEST_CASE("the page keys turn photos as they turn the gallery's pages")
+{
+    Keyboard keys;
+    keys.type(Qt::Key_Return);
+    keys.type(Qt::Key_PageDown);
+    keys.type(Qt::Key_PageDown);
+    CHECK(keys.shown() == 2U);
+    keys.type(Qt::Key_PageUp);
+    CHECK(keys.shown() == 1U);
+}
+
 TEST_CASE("the space key closes the viewer, unless somebody went to a button with Tab")
 {
     Keyboard keys;

@@ -292,6 +292,30 @@ TEST_CASE("the page keys turn pages, Home and End go to the ends")
     CHECK(gallery.grid.top() == 0);
 }
 
+TEST_CASE("the page keys take the cursor along, and mark with Shift")
+{
+    Gallery gallery(1000);
+    auto& model = gallery.desk.model();
+    model.moveCursor(+1, Extend::no);
+    gallery.frame();
+    QTest::keyClick(&gallery.grid, Qt::Key_PageDown);
+    gallery.frame();
+    auto const cursor = model.cursor->value_or(0);
+    auto const columns = static_cast<std::size_t>(model.columns());
+    CHECK(cursor >= 2 * columns);
+    CHECK(cursor % columns == 0);
+    auto const goal
+        = static_cast<double>(cursor / columns) * gallery.grid.view().layout().rowStep();
+    CHECK(eventually([&] { return std::abs(gallery.grid.top() - goal) < 1; }));
+    QTest::keyClick(&gallery.grid, Qt::Key_PageDown, Qt::ShiftModifier);
+    gallery.frame();
+    CHECK(model.selection->size() == cursor + 1);
+    QTest::keyClick(&gallery.grid, Qt::Key_PageUp);
+    QTest::keyClick(&gallery.grid, Qt::Key_PageUp);
+    gallery.frame();
+    CHECK(*model.cursor == 0U);
+}
+
 TEST_CASE("after the viewer closes, the cursor's photo stands in the middle")
 {
     Gallery gallery(1000);
