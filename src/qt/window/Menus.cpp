@@ -2,19 +2,16 @@
 #include "qt/ports/FileUrlText.h"
 #include <QActionGroup>
 #include <QMenu>
-#include <QStyle>
 
 namespace pixelhain {
 
 namespace {
 
-// A desktop's style may draw a mere line where a menu has a heading.
+// What the toolkit has for headings is drawn beside the column of the other titles, or as a mere
+// line.
 void addHeading(QMenu& menu, QString const& title)
 {
-    if (menu.style()->styleHint(QStyle::SH_Menu_SupportsSections, nullptr, &menu))
-        menu.addSection(title);
-    else
-        menu.addAction(title)->setEnabled(false);
+    menu.addAction(title)->setEnabled(false);
 }
 
 QAction* addCheckable(QMenu& menu, QString const& title, MenuEntry const& entry)

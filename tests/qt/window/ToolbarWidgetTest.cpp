@@ -288,7 +288,10 @@ TEST_CASE("a choice in the view menu sorts the photos, and the menu shows it the
         CHECK_FALSE(Window::find(opened, "Aufsteigend")->isChecked());
         CHECK(Window::find(opened, "Dateinamen anzeigen")->isChecked());
         CHECK(Window::find(opened, "Name")->actionGroup()->isExclusive());
-        CHECK(opened.actions().front()->text() == QStringLiteral("Sortieren nach"));
+        auto const* const heading = opened.actions().front();
+        CHECK(heading->text() == QStringLiteral("Sortieren nach"));
+        CHECK_FALSE(heading->isSeparator()); // it stands in the column of the titles
+        CHECK_FALSE(heading->isEnabled());
     });
 }
 
