@@ -112,8 +112,24 @@ class KeyboardTest(Programs):
         session.find("menu item", "Neu laden")
         session.keys("Right", "Right")
         session.find("menu item", "Seitenleiste ausblenden")
-        session.keys("Escape", "Escape")
-        until(lambda: self.gallery.is_("focused"))
+        session.keys("Escape", "Right")
+        self.wait_for_photo(0, "focused")
+        session.keys("F10")
+        session.find("menu item", "Neu laden")
+        session.keys("Escape", "Right")
+        self.wait_for_photo(1, "focused")
+        self.assertEqual(session.end(), 0)
+
+    def test_the_keyboard_is_the_gallery_s_after_a_menu_and_another_window(self):
+        session = self.start("menu and help")
+        session.keys("alt+d")
+        session.find("menu item", "Neu laden")
+        session.keys("Escape", "F1")
+        help_window = session.wait_for_focus("frame", "Pixelhain-Hilfe")
+        session.keys("Escape")
+        session.wait_for_focus("frame", other_than=help_window)
+        session.keys("Right")
+        self.wait_for_photo(0, "focused")
         self.assertEqual(session.end(), 0)
 
     def test_the_menu_of_a_photo_opens_where_the_keyboard_is(self):
@@ -121,14 +137,15 @@ class KeyboardTest(Programs):
         session.bus.listen("object:state-changed:focused")
         session.keys("Right")
         self.wait_for_photo(0, "focused")
-        session.bus.forget()
-        session.keys("Menu", "Down")
-        until(lambda: ("menu item", "Öffnen") in [
-            (thing.role, thing.name) for _, detail, number, thing in session.bus.hear()
-            if (detail, number) == ("focused", 1)], "the menu opens")
-        session.keys("Escape")
-        session.keys("Right")
-        self.wait_for_photo(1, "focused")
+        for index, key in enumerate(("Menu", "shift+F10")):
+            session.bus.forget()
+            session.keys(key, "Down")
+            until(lambda: ("menu item", "Öffnen") in [
+                (thing.role, thing.name) for _, detail, number, thing in session.bus.hear()
+                if (detail, number) == ("focused", 1)], "the menu opens")
+            session.keys("Escape")
+            session.keys("Right")
+            self.wait_for_photo(index + 1, "focused")
         self.assertEqual(session.end(), 0)
 
     def test_the_smallest_window_shows_everything_whole(self):

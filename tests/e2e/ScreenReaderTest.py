@@ -36,6 +36,10 @@ class ScreenReaderTest(Programs):
         self.assertEqual(session.find("status bar").name, "Status")
         session.find("label", f"{len(GALLERY)} Fotos")
         session.find("tree", "Ordner")
+        found = [thing.role for thing in session.frame.below() if thing.role in ("tree", "list")]
+        self.assertEqual(found, ["tree", "list"])
+        keys = [thing for thing in session.frame.below() if "⌘" in thing.name and "item" not in thing.role]
+        self.assertEqual(keys, [])
         self.assertEqual([thing for thing in session.frame.below() if self.is_nameless_control(thing)], [])
         self.assertEqual(session.end(), 0)
 
@@ -68,7 +72,10 @@ class ScreenReaderTest(Programs):
         session.bus.forget()
         session.keys("ctrl+a")
         session.find("label", f"{len(GALLERY)} Fotos · {len(GALLERY)} ausgewählt")
-        self.assertLess(len(session.bus.hear()), 5)
+        self.assertLess(len(session.bus.hear()), 7)
+        until(lambda: any(
+            event[1:3] == ("showing", 1) and event[3].name == f"{len(GALLERY)} ausgewählt"
+            for event in session.bus.hear()), "the number of marks is read out")
         session.keys("ctrl+c")
         message = f"{len(GALLERY)} Fotos in die Zwischenablage kopiert"
         until(lambda: any(
@@ -107,6 +114,12 @@ class ScreenReaderTest(Programs):
         session = self.start("nothing", "--")
         session.find("label", "Ordner wählen oder hierher ziehen")
         session.find("push button", "Ordner öffnen …")
+        seen = []
+        while (focused := session.focused()) not in seen:
+            seen.append(focused)
+            session.keys("Tab")
+            until(lambda: session.focused() not in (None, focused), f"Tab leaves {focused}")
+        self.assertNotIn("tree", [thing.role for thing in seen])
         self.assertEqual(session.end(), 0)
 
 
