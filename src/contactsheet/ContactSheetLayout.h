@@ -1,7 +1,7 @@
 #pragma once
 #include "base/Geometry.h"
 #include "contactsheet/ContactSheetOptions.h"
-#include "ports/PdfCanvas.h"
+#include "ports/PdfPage.h"
 #include <cstddef>
 #include <string>
 #include <string_view>

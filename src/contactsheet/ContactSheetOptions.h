@@ -1,5 +1,5 @@
 #pragma once
-#include "ports/PdfCanvas.h"
+#include "ports/PdfPage.h"
 #include <array>
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 #include "contactsheet/ContactSheetOptions.h"
 #include "model/PhotoItem.h"
-#include "ports/PdfCanvas.h"
+#include "ports/PdfWriter.h"
 #include <cstddef>
 #include <memory>
 #include <span>

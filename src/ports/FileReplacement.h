@@ -1,5 +1,6 @@
 #pragma once
 #include "base/FileUrl.h"
+#include "ports/WriteProblem.h"
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -7,19 +8,6 @@
 #include <variant>
 
 namespace pixelhain {
-
-/// Why a file could not be written.
-enum class WriteProblem : std::uint8_t {
-    noSpace, ///< on the drive, or of what this user may have of it
-    notAllowed, ///< in this folder, or in place of this file
-    readOnly, ///< the drive
-    noFolder, ///< there is none of that name any more
-    nameTooLong,
-    notAFile, ///< something of the name is there that is no file
-    taken, ///< a file of the name has appeared or changed in the meantime
-    tooLarge, ///< for this file system
-    other,
-};
 
 /// The new content of a file, written beside it under a name that ends in ".part". Only when it is
 /// whole and on the disk does it take the file's place; until then whoever looks finds what was

@@ -1,24 +1,13 @@
 #pragma once
-#include "base/Bitmap.h"
 #include "base/CodedJpeg.h"
 #include "base/Geometry.h"
+#include "ports/DecodedImage.h"
 #include <cstddef>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 namespace pixelhain {
-
-/// A picture as a codec made it, with what the decode rules must know about where it came from.
-struct DecodedImage {
-    Bitmap bitmap;
-    /// The file's pixels are indices into a colour table.
-    bool isIndexed = false;
-    /// The file's colours have a known meaning (a profile, or the format's own default).
-    bool hasColorSpace = true;
-    /// The codec left rows or columns out while decoding (a DCT scale, a coarser scan).
-    bool wasReduced = false;
-};
 
 /// One opened image file. Not thread-safe; each belongs to one decode. Every operation answers for
 /// the primary image; none throws, and none needs more memory than the limits of its codec say.

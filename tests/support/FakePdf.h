@@ -1,5 +1,5 @@
 #pragma once
-#include "ports/PdfCanvas.h"
+#include "ports/PdfWriter.h"
 #include <cstddef>
 #include <functional>
 #include <optional>
