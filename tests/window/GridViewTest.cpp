@@ -55,7 +55,7 @@ TEST_CASE("a page key takes a cursor in view along by whole rows, in its column"
     auto const back = gallery.grid->page(Turn::back, 0, height);
     CHECK(back.cursorStep == 0);
     CHECK(back.top == 0);
-    gallery.desk.model().cursor = 33U; // of rows 0 to 9
+    gallery.desk.model().moveCursor(+31, Extend::no); // index 33, of rows 0 to 9
     auto const end = gallery.grid->page(Turn::forward, 6 * rowStep, height);
     CHECK(end.cursorStep == 4);
     CHECK(end.top == gallery.grid->layout().contentHeight() - height);
@@ -65,10 +65,10 @@ TEST_CASE("a page key in the last rows does not leave the list")
 {
     using Turn = GridView::PageTurn;
     Gallery gallery(38); // two photos in the last row
-    gallery.desk.model().cursor = 31U;
+    gallery.desk.model().moveCursor(+32, Extend::no); // index 31
     auto const top = gallery.grid->layout().scrollToShow(31, 0, 350);
     CHECK(gallery.grid->page(Turn::forward, top, 350).cursorStep == 6); // to 37
-    gallery.desk.model().cursor = 37U;
+    gallery.desk.model().moveCursor(+6, Extend::no);
     auto const end = gallery.grid->layout().scrollToShow(37, 0, 350);
     CHECK(gallery.grid->page(Turn::forward, end, 350).cursorStep == 0);
     CHECK(gallery.grid->page(Turn::back, end, 350).cursorStep == -12);
