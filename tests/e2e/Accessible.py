@@ -143,6 +143,10 @@ class Accessible:
         return self._call("Text", "GetText", GLib.Variant("(ii)", (0, -1)))[0]
 
     @property
+    def value(self):
+        return self._property("Value", "CurrentValue")
+
+    @property
     def place(self):
         """Its rectangle on the screen: left, top, width, height."""
         return self._call("Component", "GetExtents", GLib.Variant("(u)", (SCREEN,)))[0]
@@ -153,6 +157,27 @@ class Accessible:
 
     def perform(self, action="Press"):
         self._call("Action", "DoAction", GLib.Variant("(i)", (self.actions.index(action),)))
+
+    def entry(self, name):
+        """The entry of this menu with that title."""
+        found = [entry for entry in self.children() if entry.name == name]
+        if len(found) != 1:
+            raise AssertionError(f"{name} is {len(found)} times among {self.entries()}")
+        return found[0]
+
+    def entries(self):
+        """The titles of this menu's entries; None for each line between them."""
+        return [None if entry.role == "separator" else entry.name for entry in self.children()]
+
+    def find_own(self, role):
+        """The first with that role that lies directly below it; none if there is none."""
+        for child in self.children():
+            try:
+                if child.role == role:
+                    return child
+            except GLib.Error:
+                continue  # it went meanwhile
+        return None
 
     def below(self, most=200):
         """Everything below it, each before what is in it; of long lists only the beginning."""

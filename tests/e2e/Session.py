@@ -148,10 +148,76 @@ class SpokenSession(Session):
             thing for thing in self.wait_for_focus(None).below()
             if thing.is_("focused", "focusable", "showing") and thing.role not in ("tree item", "list item")), None)
 
-    def click_on(self, thing, button=1):
+    def click_on(self, thing, button=1, held=None):
         """Clicks into the middle of what it shows."""
+        self.point_at(thing)
+        if held:
+            self._xdotool("keydown", held, "click", button, "keyup", held)
+        else:
+            self._xdotool("click", button)
+
+    def point_at(self, thing):
         left, top, width, height = thing.place
-        self._xdotool("mousemove", left + width // 2, top + height // 2, "click", button)
+        self.move_to(left + width // 2, top + height // 2)
+
+    def move_to(self, x, y):
+        """To a place on the screen."""
+        self._xdotool("mousemove", x, y)
+
+    def press(self):
+        self._xdotool("mousedown", 1)
+
+    def release(self):
+        self._xdotool("mouseup", 1)
+
+    def type(self, text):
+        self._xdotool("type", "--delay", "30", text)
+
+    def tip_of(self, thing):
+        """What is shown to a pointer that rests on it."""
+        left, top, width, height = thing.place
+        # Away from others' tips, and in two steps: only a pointer that moves within it asks for one.
+        self.move_to(self.frame.place[0] + 3, self.frame.place[1] + self.frame.place[3] // 2)
+        until(lambda: not self.root.find_own("tool tip"), "no tip is left")
+        self.move_to(left + width // 2 - 2, top + height // 2)
+        self.move_to(left + width // 2, top + height // 2)
+        return until(lambda: self.root.find_own("tool tip"), f"a tip of {thing}").name
+
+    def menu(self, title):
+        """Opens a menu of the menu bar with the mouse, and gives it."""
+        entry = self.frame.wait_for("menu bar").wait_for("menu item", title)
+        self.click_on(entry)
+        return self.opened(entry)
+
+    def opened(self, entry):
+        """The menu that an entry has opened."""
+        popup = entry.child(0)
+        until(lambda: popup.is_("showing"), f"the menu of {entry} opens")
+        return popup
+
+    def popup(self, opens):
+        """Does what opens a menu that hangs on no other, and gives that menu."""
+        self.bus.listen("object:state-changed:focused")
+        self.bus.forget()
+        opens()
+        # It is told of no sooner than an entry of it has the keyboard.
+        self.keys("Down")
+        return until(lambda: next((
+            thing.parent for _, detail, number, thing in self.bus.hear()
+            if (detail, number) == ("focused", 1) and thing.role == "menu item"), None), "a menu opens")
+
+    def choose(self, menu, *names):
+        """Clicks on an entry, in menus of menus on one after the other."""
+        for name in names:
+            if not menu.is_("showing"):
+                raise AssertionError(f"{menu} is not open")
+            entry = menu.entry(name)
+            if not entry.is_("enabled"):
+                raise AssertionError(f"{entry} is disabled")
+            self.click_on(entry)
+            if name != names[-1]:
+                menu = self.opened(entry)
+        until(lambda: not menu.is_("showing"), f"{menu} closes")
 
     def resize(self, width, height):
         window = self._xdotool("getactivewindow").strip()
