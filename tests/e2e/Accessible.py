@@ -120,6 +120,13 @@ class Accessible:
     def is_(self, *states):
         return self.states.issuperset(states)
 
+    def is_shown(self):
+        """Whether it is there and to be seen."""
+        try:
+            return self.is_("showing")
+        except GLib.Error:
+            return False
+
     @property
     def child_count(self):
         return self._property("Accessible", "ChildCount")

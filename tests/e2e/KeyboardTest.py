@@ -72,9 +72,14 @@ class KeyboardTest(Programs):
             until(lambda: session.focused() not in (None, focused), f"Tab leaves {focused}")
         names = [thing.name for thing in seen]
         self.assertEqual(focused, seen[0], names)
-        for name in "Galerie", "Ordner", "Ordnerliste aktualisieren", "Ordner öffnen …":
-            self.assertIn(name, names)
+        self.assertEqual(sorted(set(names)), sorted(names), "each of them once")
         self.assertEqual(names[0], "Galerie")
+        for name in "Ordner", "Ordnerliste aktualisieren", "Ordner öffnen …":
+            self.assertIn(name, names)
+        # Along the toolbar as it is read.
+        toolbar = ["Ordner öffnen", "Vorschaugröße", "Ansicht", "Diashow", "Papierkorb", "Aktionen", "Teilen",
+                   "Dateiname filtern"]
+        self.assertEqual([name for name in names if name in toolbar], toolbar)
         self.assertEqual(session.end(), 0)
 
     def test_help_opens_and_closes(self):

@@ -26,7 +26,7 @@ class MenuTest(Programs):
     def closed(self, session, menu):
         """From the keyboard: the first Escape leaves the menu, the other one the bar."""
         session.keys("Escape", "Escape")
-        until(lambda: not menu.is_("showing"), f"{menu} closes")
+        until(lambda: not menu.is_shown(), f"{menu} closes")
 
     def look(self, session, title, *submenus):
         """The states of a menu's entries by their titles, as they are once it is open."""
@@ -36,7 +36,7 @@ class MenuTest(Programs):
             menu = session.opened(menu.entry(name))
         states = {entry.name: entry.states for entry in menu.children() if entry.role != "separator"}
         session.click_on(first.parent)
-        until(lambda: not first.is_("showing"), f"{first} closes")
+        until(lambda: not first.is_shown(), f"{first} closes")
         return states
 
     def enabled(self, states):
@@ -71,7 +71,7 @@ class MenuTest(Programs):
         for title in list(LETTERS)[1:]:
             session.point_at(bar.entry(title))
             menu = session.opened(bar.entry(title))
-            until(lambda: not before.is_("showing"), f"{before} closes")
+            until(lambda: not before.is_shown(), f"{before} closes")
             before = menu
         self.closed(session, before)
         self.assertEqual(session.end(), 0)

@@ -217,7 +217,7 @@ class SpokenSession(Session):
             self.click_on(entry)
             if name != names[-1]:
                 menu = self.opened(entry)
-        until(lambda: not menu.is_("showing"), f"{menu} closes")
+        until(lambda: not menu.is_shown(), f"{menu} closes")
 
     def resize(self, width, height):
         window = self._xdotool("getactivewindow").strip()
