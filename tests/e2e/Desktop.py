@@ -40,6 +40,8 @@ def until(happens, what="it", patience=PATIENCE):
 class Desktop:
     """One for the whole test program: the toolkits of this process know one desktop only."""
 
+    screen = "1920x1080"  # of the desktops that are made from then on
+    window_manager = WINDOW_MANAGER
     _own = None
 
     @classmethod
@@ -57,7 +59,7 @@ class Desktop:
             "XDG_CONFIG_HOME": str(self.place / "config"), "XDG_CACHE_HOME": str(self.place / "cache"),
             "GSETTINGS_BACKEND": "memory", "LC_ALL": "C.UTF-8", "NO_AT_BRIDGE": "1"}
         self.environment["DISPLAY"] = ":" + self._start_and_read(
-            "Xvfb", "-displayfd", "{}", "-screen", "0", "1920x1080x24", "-dpi", "96", "-nolisten", "tcp", "-noreset")
+            "Xvfb", "-displayfd", "{}", "-screen", "0", f"{self.screen}x24", "-dpi", "96", "-nolisten", "tcp", "-noreset")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_and_read(
             "dbus-daemon", "--session", "--nofork", "--print-address={}")
         os.environ.update({name: self.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
@@ -83,7 +85,7 @@ class Desktop:
 
     def _manage_windows(self):
         settings, started = self.place / "openbox.xml", self.place / "managed"
-        settings.write_text(WINDOW_MANAGER)
+        settings.write_text(self.window_manager)
         self._start("openbox", "--config-file", str(settings), "--startup", f"touch {started}")
         until(started.exists, "a window manager")
 
