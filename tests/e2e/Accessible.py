@@ -7,6 +7,7 @@ from gi.repository import Gio, GLib  # noqa: E402
 from Desktop import PATIENCE, until  # noqa: E402
 
 ROOT = "/org/a11y/atspi/accessible/root"
+NOTHING = "/org/a11y/atspi/null"  # some of the toolkit's views count children that they have not
 INTERFACE = "org.a11y.atspi."
 STATES = {
     1: "active", 4: "checked", 5: "collapsed", 6: "defunct", 7: "editable", 8: "enabled", 9: "expandable",
@@ -190,6 +191,8 @@ class Accessible:
         """Everything below it, each before what is in it; of long lists only the beginning."""
         for index in range(min(self.child_count, most)):
             child = self.child(index)
+            if child.path == NOTHING:
+                continue
             yield child
             yield from child.below(most)
 
@@ -216,5 +219,6 @@ class Accessible:
         """The tree as text, for who looks at it."""
         lines = ["  " * depth + repr(self)]
         for index in range(min(self.child_count, most)):
-            lines += self.child(index).outline(depth + 1, most)
+            child = self.child(index)
+            lines += [] if child.path == NOTHING else child.outline(depth + 1, most)
         return lines

@@ -17,7 +17,7 @@ class Session:
     def __init__(self, home, *arguments, **variables):
         home.mkdir(mode=0o700, exist_ok=True)
         self.data = home / "data"
-        environment = {
+        self.environment = {
             **os.environ, "HOME": str(home), "LC_ALL": "C.UTF-8", "XDG_CONFIG_HOME": str(home / "config"),
             "XDG_DATA_HOME": str(self.data), "XDG_CACHE_HOME": str(home / "cache"), "PIXELHAIN_TRACE": "1",
             "QT_QPA_PLATFORM": "xcb", "WAYLAND_DISPLAY": "", "DBUS_SESSION_BUS_ADDRESS": "",
@@ -25,7 +25,7 @@ class Session:
         self.said = []
         self._lines = queue.Queue()
         self.program = subprocess.Popen(
-            [BUILD / "pixelhain", *arguments], env=environment, text=True, stdin=subprocess.DEVNULL,
+            [BUILD / "pixelhain", *arguments], env=self.environment, text=True, stdin=subprocess.DEVNULL,
             stderr=subprocess.PIPE)
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
@@ -95,6 +95,12 @@ class Session:
         for place in way:
             self._xdotool("mousemove", "--window", self.window, *place, "sleep", 0.2)
         self._xdotool("sleep", 0.5, "mouseup", 1)
+
+    def start_again(self, *arguments):
+        """A second start beside this one; gives its exit code."""
+        return subprocess.run(
+            [BUILD / "pixelhain", *arguments], env=self.environment, stdin=subprocess.DEVNULL,
+            timeout=PATIENCE).returncode
 
     def end(self):
         """Asks the program to end; gives its exit code."""

@@ -135,7 +135,7 @@ class ToolbarTest(Programs):
         session.wait_for_focus("frame", f"samples – {len(found)} Fotos")
         session.keys("ctrl+a", "BackSpace")
         self.wait_for_names(GALLERY)
-        session.type("kein Foto heißt so")
+        session.type("no photo is called that")
         session.find("label", "Keine Treffer")
         session.find("label", "0 Fotos")
         self.assertFalse(self.gallery.is_("showing"))
