@@ -59,6 +59,23 @@ class DragTest(Programs):
         self.assertTrue((self.samples / GALLERY[4]).exists())
         self.assertEqual(session.end(), 0)
 
+    def test_a_folder_dragged_onto_the_window_is_shown(self):
+        first, empty = self.place / "eins", self.place / "keins"
+        for folder in first, empty:
+            folder.mkdir()
+        (first / "a.jpg").write_bytes((self.samples / GALLERY[0]).read_bytes())
+        # Of several, the first.
+        self.start_other_program(first, self.samples)
+        session = Session(self.place / "folder", empty)
+        self.addCleanup(session.abandon)
+        session.wait_for("idle")
+        session.take_focus()
+        session.drag((1450, 300), (1350, 320), (700, 400), (710, 410))
+        session.wait_for("scan-accepted 1")
+        session.wait_for_window("eins – 1 Fotos")
+        self.assertTrue((first / "a.jpg").exists())
+        self.assertEqual(session.end(), 0)
+
     def test_photos_that_fall_back_onto_their_own_window_open_nothing(self):
         session = self.start("own")
         session.drag(SECOND, (530, 180), (600, 300), (610, 310))
