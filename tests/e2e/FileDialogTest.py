@@ -72,12 +72,12 @@ class FileDialogTest(Programs):
         session.find("label", "3 Fotos · 1 ausgewählt")
         session.choose(session.menu("Fotos"), "Kopieren nach …")
         self.answer(session, str(target), "1 Foto kopieren nach …")
-        session.find("notification", "1 Foto nach „Ziel“ kopiert")
+        session.wait_for("status: 1 Foto nach „Ziel“ kopiert")
         self.assertEqual((target / GALLERY[0]).read_bytes(), data[GALLERY[0]])
         self.assertEqual(len(list(source.iterdir())), 3)
         session.keys("ctrl+shift+m")
         self.answer(session, str(target), "1 Foto verschieben nach …")
-        session.find("notification", "1 Foto nach „Ziel“ verschoben")
+        session.wait_for("status: 1 Foto nach „Ziel“ verschoben")
         session.wait_for_focus("frame", "Quelle – 2 Fotos")
         self.assertEqual({file.name for file in source.iterdir()}, set(GALLERY[1:3]))
         self.assertEqual([file.read_bytes() for file in target.iterdir()], [data[GALLERY[0]]] * 2)
@@ -87,7 +87,7 @@ class FileDialogTest(Programs):
         session = self.start("sheet", self.folder("Blätter", *GALLERY[:2]))
         sheet = self.place / "Abzug Nr. 1.pdf"
         self.make_sheet(session, "../Abzug Nr. 1")
-        session.find("notification", f"Kontaktabzug gespeichert: {sheet.name}")
+        session.wait_for(f"status: Kontaktabzug gespeichert: {sheet.name}")
         first = sheet.read_bytes()
         self.assertTrue(first.startswith(b"%PDF-"))
         # What is there already is not replaced unasked.
