@@ -190,7 +190,9 @@ TEST_CASE("Shift+F10 opens the menu of the cursor's photo, or of the folder that
     keys.type(Qt::Key_Right);
     keys.type(Qt::Key_F10, Qt::ShiftModifier);
     CHECK(lines().contains(QStringLiteral("Öffnen")));
-    QCoreApplication::processEvents(); // only rows that are drawn are there
+    // The menu had taken the keyboard; and only rows that are drawn are there.
+    keys.window.activateWindow();
+    REQUIRE(QTest::qWaitForWindowActive(&keys.window));
     keys.desk.settle();
     keys.window.content().sidebar().tree().setFocus();
     keys.type(Qt::Key_F10, Qt::ShiftModifier);
