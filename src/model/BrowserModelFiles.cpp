@@ -60,9 +60,12 @@ CommandTargets BrowserModel::targetsNow() const
 {
     if (auto const photo = urlAt(viewerIndex))
         return { {}, photo };
+    auto atCursor = urlAt(cursor);
+    if (atCursor && photos_.willHide(*atCursor))
+        atCursor.reset();
     if (!selection->empty())
-        return { actionTargets(), urlAt(cursor) };
-    return { {}, urlAt(cursor) };
+        return { actionTargets(), atCursor };
+    return { {}, atCursor };
 }
 
 void BrowserModel::FileChanges::trash(std::vector<FileUrl> photos)

@@ -77,11 +77,13 @@ std::vector<FileUrl> BrowserModel::actionTargets() const
 {
     if (auto const photo = urlAt(viewerIndex))
         return { *photo };
+    std::vector<FileUrl> targets;
     if (!selection->empty())
-        return markedPhotos(selection, *items);
-    if (auto const photo = urlAt(cursor))
-        return { *photo };
-    return {};
+        targets = markedPhotos(selection, *items);
+    else if (auto const photo = urlAt(cursor))
+        targets.push_back(*photo);
+    std::erase_if(targets, [this](FileUrl const& photo) { return photos_.willHide(photo); });
+    return targets;
 }
 
 } // namespace pixelhain

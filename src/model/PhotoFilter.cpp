@@ -1,6 +1,7 @@
 #include "model/PhotoFilter.h"
 #include "base/Text.h"
 #include "model/DiscardedPhotos.h"
+#include "model/PhotoOrder.h"
 #include "model/SelectionRules.h"
 #include "ports/Background.h"
 #include <utility>
@@ -32,12 +33,20 @@ PhotoFilter::PhotoFilter(Background& background, MainLoop& loop, TextOrder const
 void PhotoFilter::choose(ViewChoice const& choice)
 {
     task_ = Task();
+    // A search that is taken back changes nothing.
+    if (!list_->isQuick() && choice == shown_)
+        return;
     if (list_->isQuick())
         deliver(choice, list_->visible(choice, order_));
     else if (whole_ && !isSearch(choice) && haveSameOrder(choice, shown_))
         deliver(choice, *std::exchange(whole_, std::nullopt));
     else
         deriveLater(choice);
+}
+
+bool PhotoFilter::willHide(FileUrl const& photo) const
+{
+    return task_ && !matchesFilter({ photo }, chosen_.searchText, order_);
 }
 
 void PhotoFilter::deriveLater(ViewChoice const& choice)

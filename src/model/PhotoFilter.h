@@ -32,6 +32,10 @@ public:
     /// dropped. Without a search text what was visible before the search is there at once.
     void choose(ViewChoice const& choice);
 
+    /// Whether the search under way will hide the photo, though it may still be shown: nobody who
+    /// has typed that means it any more.
+    [[nodiscard]] bool willHide(FileUrl const& photo) const;
+
     /// What the list that is shown was chosen by.
     ViewChoice const& shown() const { return shown_; }
 

@@ -84,6 +84,48 @@ private:
 
 } // namespace
 
+TEST_CASE("what a search under way will hide is not trashed with what stays")
+{
+    LongList test;
+    auto& model = test.model();
+    model.toggle(3);
+    model.toggle(LongList::count - 1);
+    auto const staying = model.items->back().url;
+    model.setSearchText("b");
+    REQUIRE(test.shown() == LongList::count); // not there yet
+    CHECK(model.actionTargets() == std::vector { staying });
+    model.trashTargets();
+    test.desk.settle();
+    CHECK(model.allItems().size() == LongList::count - 1);
+    CHECK(std::ranges::count(model.allItems(), staying, &PhotoItem::url) == 0);
+}
+
+TEST_CASE("a photo at the cursor that a search under way will hide is not meant any more")
+{
+    LongList test;
+    auto& model = test.model();
+    model.moveCursor(1, Extend::no);
+    REQUIRE(model.actionTargets().size() == 1);
+    model.setSearchText("b");
+    CHECK(model.actionTargets().empty());
+    model.trashTargets();
+    test.desk.settle();
+    CHECK(model.allItems().size() == LongList::count);
+}
+
+TEST_CASE("a search that is taken back before its end leaves everything as it was")
+{
+    LongList test;
+    auto& model = test.model();
+    model.startSlideshow();
+    REQUIRE(*model.isSlideshow);
+    model.setSearchText("b");
+    model.setSearchText("");
+    test.desk.settle();
+    CHECK(*model.isSlideshow);
+    CHECK(test.shown() == LongList::count);
+}
+
 TEST_CASE("a short list is filtered at once")
 {
     Desk desk;

@@ -122,9 +122,12 @@ bool SingleInstance::handOver(OpenRequest const& request)
     auto const deadline = Clock::now() + patienceLeft_;
     bool const isProbablySecond = mark_ && mark_->state() == LifetimeLock::State::others;
     auto const role = isProbablySecond ? answer_->until(deadline) : answer_->now();
-    bool const isHandedOver = role == Role::second && isTaken(request, deadline);
     patienceLeft_ = deadline - Clock::now();
-    return isHandedOver;
+    if (role != Role::second)
+        return false;
+    // Asked once: who does not answer may do what is asked all the same, later.
+    patienceLeft_ = {};
+    return isTaken(request, deadline);
 }
 
 bool SingleInstance::isTaken(OpenRequest const& request, Clock::time_point deadline) const

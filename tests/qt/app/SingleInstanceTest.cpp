@@ -199,7 +199,7 @@ TEST_CASE("a running program that hangs is asked once, and waited for once")
     SingleInstance second(newService());
     CHECK_FALSE(second.handOver({ FileUrl("/b"), "", "" }));
     auto const waited = std::chrono::steady_clock::now() - before;
-    CHECK(waited >= SingleInstance::patience);
+    CHECK(waited >= SingleInstance::patience * 9 / 10); // as exact as the toolkit's timers
     CHECK_FALSE(second.handOver({ FileUrl("/b"), "", "" }));
     CHECK(std::chrono::steady_clock::now() - before - waited < SingleInstance::patience / 2);
     CHECK(eventually([&] { return !first.requests().empty(); }));
