@@ -1,4 +1,6 @@
 """Where the window stands on a desktop that puts frames around windows."""
+import re
+import subprocess
 import unittest
 
 import Desktop
@@ -20,9 +22,9 @@ class PlacementTest(Programs):
     def place_of(self, session):
         """Its left and upper edge, width and height on the screen, without the frame."""
         window = session._xdotool("getactivewindow").strip()
-        words = session._xdotool("getwindowgeometry", "--shell", window).split()
-        values = dict(word.split("=") for word in words)
-        return [int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")]
+        told = subprocess.run(["xwininfo", "-id", window], check=True, stdout=subprocess.PIPE, text=True).stdout
+        names = "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"
+        return [int(re.search(rf"{name}: +(-?\d+)", told)[1]) for name in names]
 
     def settings(self, home):
         lines = (home / "config/pixelhain/pixelhain.ini").read_text().splitlines()
