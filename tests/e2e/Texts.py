@@ -43,7 +43,8 @@ TOOLBAR_MENUS = {
 SIDEBAR = {
     "heading": "Ordner",
     "refresh": "Ordnerliste aktualisieren",
-    "up": "Übergeordneten Ordner anzeigen (⌘↑)",
+    "up": "Übergeordneten Ordner anzeigen",
+    "up tip": "Übergeordneten Ordner anzeigen (⌘↑)",
     "open": "Ordner öffnen …",
     "counted": "{count} Fotos direkt in diesem Ordner",
     "counted one": "1 Foto direkt in diesem Ordner",

@@ -84,8 +84,9 @@ class TextsTest(Programs):
         toolbar = session.find("filler", "Symbolleiste")
         for role, name, tip in Texts.TOOLBAR:
             self.assertEqual(session.tip_of(toolbar.wait_for(role, name)), tip)
-        for text in Texts.SIDEBAR["refresh"], Texts.SIDEBAR["up"]:
-            self.assertEqual(session.tip_of(session.find("push button", text)), text)
+        for name, tip in ("refresh", "refresh"), ("up", "up tip"):
+            button = session.find("push button", Texts.SIDEBAR[name])
+            self.assertEqual(session.tip_of(button), Texts.SIDEBAR[tip])
         self.assertEqual(session.end(), 0)
 
     def test_the_sidebar(self):

@@ -24,9 +24,11 @@ public:
     /// Without a change of the size for so long, the picture is made sharp.
     static constexpr std::chrono::milliseconds restTime { 50 };
 
-    /// More pixels than these are drawn at half the resolution until the sharp ones are there: on
-    /// the largest screens nothing else is done within a frame.
+    /// So many pixels can be scaled within a frame. More are drawn in blocks of two by two or three
+    /// by three until the sharp ones are there: on the largest screens nothing else is done in
+    /// time.
     static constexpr long long mostSoftPixels = 3'000'000;
+    static constexpr long long mostInPairs = 2 * mostSoftPixels;
 
     struct Services {
         Background& background;
@@ -85,7 +87,7 @@ private:
     void startWork();
     void made(Made made);
     void paintSoft(QPainter& painter, PixelRect const& part);
-    void paintCoarse(QPainter& painter, PixelRect const& part);
+    void paintCoarse(QPainter& painter, PixelRect const& part, int block);
     void drawLevel(QPainter& painter, PixelRect const& part, int reduction) const;
 
     Services services_;
@@ -97,7 +99,8 @@ private:
     PixelSize area_;
     PixelRect place_;
     std::optional<Sharp> sharp_;
-    QImage coarse_; ///< kept for the next frame
+    QImage coarse_; ///< a pixel for each block; kept for the next frame
+    QImage blocks_;
     Task rest_;
     Task work_;
     bool isWorking_ = false;

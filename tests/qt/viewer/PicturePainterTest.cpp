@@ -3,6 +3,7 @@
 #include "qt/window/Gallery.h"
 #include "support/FakeBackground.h"
 #include "support/FakeLoop.h"
+#include <QPainter>
 #include <doctest/doctest.h>
 #include <sys/resource.h>
 
@@ -26,6 +27,17 @@ public:
 private:
     rlimit usual_ {};
 };
+
+// Red to the left, blue to the right.
+ImageRef stripes(int width, int height)
+{
+    auto bitmap = Bitmap::allocate({ width, height }, true);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            reinterpret_cast<QRgb*>(bitmap.row(y))[x]
+                = x < width / 2 ? qRgb(255, 0, 0) : qRgb(0, 0, 255);
+    return std::make_shared<CGImageBox>(CGImageBox { bitmap, PixelOrigin::full });
+}
 
 } // namespace
 
@@ -61,3 +73,31 @@ TEST_CASE(
     CHECK(painter.isSharp());
 }
 #endif
+
+TEST_CASE("a picture that fills a large screen is there to the last pixel before it is sharp")
+{
+    // Few enough pixels to be scaled one by one; in blocks of two by two; of three by three.
+    for (auto const area :
+        { PixelSize { 1999, 1401 }, PixelSize { 2501, 1403 }, PixelSize { 3841, 2161 } }) {
+        CAPTURE(area.width);
+        FakeBackground background;
+        FakeLoop loop;
+        PreparedPictures prepared;
+        PicturePainter painter({ background, loop, prepared }, [] {});
+        painter.show(stripes(area.width * 5 / 4, area.height * 5 / 4));
+        painter.place(area, { 0, 0, area.width, area.height });
+        QImage screen(area.width, area.height, QImage::Format_RGB32);
+        screen.fill(Qt::green);
+        {
+            QPainter onScreen(&screen);
+            painter.paint(onScreen, screen.rect());
+        }
+        CHECK_FALSE(painter.isSharp());
+        for (auto const y : { 0, area.height / 2, area.height - 1 }) {
+            CHECK(screen.pixelColor(0, y) == Qt::red);
+            CHECK(screen.pixelColor(area.width / 2 - 4, y) == Qt::red);
+            CHECK(screen.pixelColor(area.width / 2 + 4, y) == Qt::blue);
+            CHECK(screen.pixelColor(area.width - 1, y) == Qt::blue);
+        }
+    }
+}
