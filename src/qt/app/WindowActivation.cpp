@@ -25,7 +25,9 @@ namespace {
 
 // The toolkit takes the token from the environment, and from nowhere else, when a window asks for
 // the keyboard. It is there for that moment only: programs that are started later shall not find
-// it. None of our threads reads the environment meanwhile.
+// it. A thread that reads the environment in that moment, as the ones do that start programs or
+// look for the trash, may miss another variable: a short risk that the toolkit leaves no way
+// around.
 void activateByToken(QWidget& window, std::string const& token)
 {
     constexpr auto variable = "XDG_ACTIVATION_TOKEN";
