@@ -1,0 +1,88 @@
+#include "codecs/HuffmanLookup.h"
+#include <cstddef>
+
+namespace pixelhain {
+
+namespace {
+
+// One look's worth of codes: what the first `lookBits` of a number stand for.
+std::uint32_t skipEntry(HuffmanLookup const& code, std::uint64_t bits)
+{
+    constexpr int most = 62; // keeps the sum of two entries' coefficients below their marks
+    int taken = 0;
+    int coefficients = 0;
+    std::uint32_t mark = 0;
+    while (taken < SkipTable::lookBits) {
+        auto const found = code.find(bits << taken);
+        if (found.bits == 0 || taken + found.bits > SkipTable::lookBits)
+            break;
+        int const zeros = found.symbol >> 4;
+        int const valueBits = found.symbol & 15;
+        if (valueBits == 0 && zeros != 15) {
+            taken += found.bits;
+            mark = SkipTable::end;
+            break;
+        }
+        if (coefficients + zeros + 1 > most)
+            break;
+        taken += found.bits + valueBits;
+        coefficients += zeros + 1;
+    }
+    if (taken == 0)
+        return SkipTable::unknown << SkipTable::coefficientShift;
+    return static_cast<std::uint32_t>(taken)
+        | (static_cast<std::uint32_t>(coefficients) + mark) << SkipTable::coefficientShift;
+}
+
+} // namespace
+
+std::optional<HuffmanLookup> HuffmanLookup::of(HuffmanCode const& code)
+{
+    HuffmanLookup lookup;
+    lookup.symbols_ = code.symbols;
+    std::uint32_t next = 0;
+    std::uint32_t count = 0;
+    for (std::size_t length = 1; length < code.counts.size(); ++length) {
+        lookup.before_[length] = count;
+        next = next * 2 + code.counts[length];
+        count += code.counts[length];
+        if (code.counts[length] > 0 && next >= 1U << length)
+            return {};
+        lookup.beyond_[length] = next << (16 - length);
+    }
+    if (count > code.symbols.size())
+        return {};
+    lookup.fillShort();
+    return lookup;
+}
+
+void HuffmanLookup::fillShort()
+{
+    for (std::size_t i = 0; i < short_.size(); ++i) {
+        auto const found = findLong(std::uint64_t { i } << (64 - shortBits));
+        if (found.bits > 0 && found.bits <= shortBits)
+            short_[i] = static_cast<std::uint16_t>(found.bits << 8 | found.symbol);
+    }
+}
+
+HuffmanLookup::Found HuffmanLookup::findLong(std::uint64_t bits) const
+{
+    auto const front = static_cast<std::uint32_t>(bits >> 48);
+    for (std::size_t length = 1; length < beyond_.size(); ++length) {
+        if (front >= beyond_[length])
+            continue;
+        // The words of one length are as many as lie between the shorter ones' end and theirs.
+        auto const index = before_[length] + ((front - beyond_[length - 1]) >> (16 - length));
+        return { static_cast<int>(length), symbols_[index & 255U] };
+    }
+    return {};
+}
+
+SkipTable::SkipTable(HuffmanLookup const& code)
+    : entries_(std::size_t { 1 } << lookBits)
+{
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+        entries_[i] = skipEntry(code, std::uint64_t { i } << (64 - lookBits));
+}
+
+} // namespace pixelhain

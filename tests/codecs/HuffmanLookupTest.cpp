@@ -1,0 +1,132 @@
+#include "codecs/HuffmanLookup.h"
+#include <algorithm>
+#include <bit>
+#include <doctest/doctest.h>
+#include <string>
+
+using namespace pixelhain;
+
+namespace {
+
+// Codes of every length: one of each from 1 to 15 bits, and the rest of 16.
+HuffmanCode staircase()
+{
+    HuffmanCode code;
+    for (std::size_t length = 1; length <= 16; ++length) {
+        code.counts[length] = 1;
+        code.symbols[length - 1] = static_cast<std::uint8_t>(0x10 * (length - 1) + length % 11);
+    }
+    return code;
+}
+
+// Three symbols that follow each other in blocks: a value of one bit, a run of sixteen, the end.
+HuffmanCode shortCode()
+{
+    HuffmanCode code;
+    code.counts[2] = 3;
+    code.symbols[0] = 0x01;
+    code.symbols[1] = 0xF0;
+    code.symbols[2] = 0x00;
+    return code;
+}
+
+std::uint64_t bitsOf(std::string const& text)
+{
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        bits |= std::uint64_t { text[i] == '1' } << (63 - i);
+    return bits;
+}
+
+struct Entry {
+    unsigned bits;
+    unsigned coefficients;
+    bool operator==(Entry const&) const = default;
+};
+
+Entry entryFor(SkipTable const& table, std::string const& text)
+{
+    auto const entry = table.entries()[bitsOf(text) >> (64 - SkipTable::lookBits)];
+    return { entry & 63U, entry >> SkipTable::coefficientShift };
+}
+
+} // namespace
+
+TEST_CASE("codes of every length are found, whatever follows them")
+{
+    auto const lookup = HuffmanLookup::of(staircase());
+    REQUIRE(lookup);
+    for (int length = 1; length <= 16; ++length) {
+        CAPTURE(length);
+        auto const word = std::string(std::size_t(length) - 1, '1') + '0';
+        for (auto const* const rest : { "0000000000000000", "1111111111111111" }) {
+            auto const found = lookup->find(bitsOf(word + rest));
+            CHECK(found.bits == length);
+            CHECK(found.symbol == staircase().symbols[std::size_t(length) - 1]);
+        }
+    }
+    CHECK(lookup->find(~std::uint64_t { 0 }).bits == 0);
+}
+
+TEST_CASE("a code with more words than its lengths allow is none")
+{
+    HuffmanCode code;
+    code.counts[1] = 2; // the second is nothing but ones
+    CHECK_FALSE(HuffmanLookup::of(code));
+    code.counts[1] = 1;
+    CHECK(HuffmanLookup::of(code));
+    code.counts[2] = 2;
+    CHECK_FALSE(HuffmanLookup::of(code));
+    code.counts[2] = 1;
+    code.counts[16] = 254;
+    CHECK(HuffmanLookup::of(code));
+    code.counts[3] = 200;
+    CHECK_FALSE(HuffmanLookup::of(code));
+}
+
+TEST_CASE("a code without words finds nothing")
+{
+    auto const lookup = HuffmanLookup::of({});
+    REQUIRE(lookup);
+    CHECK(lookup->find(0).bits == 0);
+    CHECK(lookup->find(~std::uint64_t { 0 }).bits == 0);
+}
+
+TEST_CASE("a look passes over as many codes as it sees whole")
+{
+    SkipTable const table(*HuffmanLookup::of(shortCode()));
+    // A value is 00 and a bit, a run 01, the end 10.
+    CHECK(entryFor(table, "0010010010010") == Entry { 12, 4 });
+    CHECK(entryFor(table, "0100100100100") == Entry { 14, 20 });
+    CHECK(entryFor(table, "0010110000000") == Entry { 7, 1 + 16 + SkipTable::end });
+    CHECK(entryFor(table, "1000000000000") == Entry { 2, SkipTable::end });
+    CHECK(entryFor(table, "0101010101010") == Entry { 6, 48 });
+    CHECK(entryFor(table, "1111111111111") == Entry { 0, SkipTable::unknown });
+}
+
+TEST_CASE("a code longer than a look is taken by itself")
+{
+    SkipTable const table(*HuffmanLookup::of(staircase()));
+    CHECK(entryFor(table, "1111111111111") == Entry { 0, SkipTable::unknown });
+    // One of 13 bits is the longest that is seen; its value is passed over unseen.
+    CHECK(entryFor(table, "1111111111110") == Entry { 13 + 2, 0xC + 1 });
+}
+
+TEST_CASE("every look goes on and leaves room for what is looked at next")
+{
+    for (auto const& code : { staircase(), shortCode() }) {
+        SkipTable const table(*HuffmanLookup::of(code));
+        for (std::size_t i = 0; i < std::size_t { 1 } << SkipTable::lookBits; ++i) {
+            auto const bits = table.entries()[i] & 63U;
+            auto const coefficients = table.entries()[i] >> SkipTable::coefficientShift;
+            if (coefficients == SkipTable::unknown) {
+                REQUIRE(bits == 0);
+                continue;
+            }
+            REQUIRE(bits > 0);
+            REQUIRE(bits <= SkipTable::mostBits);
+            REQUIRE(coefficients > 0);
+            REQUIRE(coefficients <= SkipTable::end + 62);
+        }
+    }
+}
