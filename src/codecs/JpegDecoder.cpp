@@ -1,5 +1,7 @@
 #include "codecs/JpegDecoder.h"
 #include "codecs/DecodeLimits.h"
+#include "codecs/JpegReducer.h"
+#include "codecs/JpegReduction.h"
 #include "codecs/PictureBuilder.h"
 #include <algorithm>
 #include <array>
@@ -182,13 +184,10 @@ OutputPlan planOutput(jpeg_decompress_struct& library, int maxPixel)
 // grey level: all that 1/8 of the size shows of the luma. The rest refines what is not shown.
 bool hasMeans(jpeg_decompress_struct const& library)
 {
-    constexpr int tolerable = 12; // in eighths of a grey level
     for (int i = 0; i < library.num_components; ++i) {
         auto const missing = library.coef_bits[i][0];
         auto const* table = library.comp_info[i].quant_table;
-        if (missing < 0 || table == nullptr)
-            return false;
-        if (((1 << missing) - 1) * table->quantval[0] > tolerable)
+        if (missing < 0 || table == nullptr || !areMeansExact(missing, table->quantval[0]))
             return false;
     }
     return true;
@@ -245,6 +244,14 @@ int dctEighths(PixelSize size, int maxPixel)
 }
 
 std::optional<DecodedImage> decodeJpeg(ByteSource const& bytes, int maxPixel, ByteSpan profile)
+{
+    if (auto reduced = reduceJpeg(bytes, maxPixel, profile))
+        return reduced;
+    return decodeJpegByLibrary(bytes, maxPixel, profile);
+}
+
+std::optional<DecodedImage> decodeJpegByLibrary(
+    ByteSource const& bytes, int maxPixel, ByteSpan profile)
 {
     Decompressor decompressor(bytes);
     auto& library = decompressor.library;

@@ -15,6 +15,10 @@ namespace pixelhain {
 [[nodiscard]] std::optional<DecodedImage> decodeJpeg(
     ByteSource const& bytes, int maxPixel, ByteSpan profile);
 
+/// The same by the JPEG library alone.
+[[nodiscard]] std::optional<DecodedImage> decodeJpegByLibrary(
+    ByteSource const& bytes, int maxPixel, ByteSpan profile);
+
 /// Whether every pixel of the JPEG that is `bytes` decodes without a complaint.
 [[nodiscard]] bool isSoundJpeg(ByteSpan bytes);
 

@@ -39,11 +39,15 @@ struct JpegOptions {
     enum class Subsampling : std::uint8_t { s444, s422, s420 };
     Color color = Color::ycbcr;
     Subsampling subsampling = Subsampling::s420;
+    std::vector<PixelSize> sampling; ///< of each component, instead; empty: as `subsampling` says
     int quality = 90;
+    bool hasWideSteps = false; ///< steps of up to 16 bits, as low qualities ask for
+    bool isOptimized = false; ///< Huffman codes made for the picture
     bool isProgressive = false;
     bool isArithmetic = false;
     bool isInterleaved = true;
     int restartRows = 0;
+    int restartUnits = 0;
     FileBytes exif; ///< from `exifBlock`
     FileBytes profile;
     FileBytes preview; ///< a JPEG for the multi-picture index, as a large thumbnail

@@ -195,6 +195,10 @@ void chooseColor(jpeg_compress_struct& library, JpegOptions const& options)
         library.comp_info[0].h_samp_factor = options.subsampling == Subsampling::s444 ? 1 : 2;
         library.comp_info[0].v_samp_factor = options.subsampling == Subsampling::s420 ? 2 : 1;
     }
+    for (std::size_t i = 0; i < options.sampling.size(); ++i) {
+        library.comp_info[i].h_samp_factor = options.sampling[i].width;
+        library.comp_info[i].v_samp_factor = options.sampling[i].height;
+    }
 }
 
 void writeProfile(jpeg_compress_struct& library, FileBytes const& profile)
@@ -285,11 +289,13 @@ FileBytes writeJpeg(RgbaPixels const& pixels, JpegOptions const& options)
     library.image_width = static_cast<unsigned>(pixels.size.width);
     library.image_height = static_cast<unsigned>(pixels.size.height);
     chooseColor(library, options);
-    jpeg_set_quality(&library, options.quality, TRUE);
+    jpeg_set_quality(&library, options.quality, options.hasWideSteps ? FALSE : TRUE);
+    library.optimize_coding = options.isOptimized ? TRUE : FALSE;
     std::vector<jpeg_scan_info> scans;
     setScans(library, options, scans);
     library.arith_code = options.isArithmetic ? TRUE : FALSE;
     library.restart_in_rows = options.restartRows;
+    library.restart_interval = static_cast<unsigned>(options.restartUnits);
     jpeg_start_compress(&library, TRUE);
     writeExif(library, options.exif);
     auto const parts = extraPictures(options);

@@ -1,0 +1,315 @@
+#include "codecs/JpegReduction.h"
+#include "codecs/CodecSupport.h"
+#include "codecs/JpegPixels.h"
+#include "support/LibraryJpeg.h"
+#include <doctest/doctest.h>
+
+using namespace pixelhain;
+
+namespace {
+
+struct Eighth {
+    PixelSize size;
+    std::vector<std::uint8_t> pixels;
+};
+
+std::optional<Eighth> eighthFrom(ByteSource const& source)
+{
+    JpegReduction reduction(source);
+    auto const whole = reduction.readFrame();
+    if (!whole || !reduction.readMeans())
+        return {};
+    Eighth eighth { eighthOf(*whole), {} };
+    auto const stride = std::size_t(eighth.size.width) * 4;
+    eighth.pixels.resize(stride * std::size_t(eighth.size.height));
+    JpegPixels pixels(reduction.planes(), reduction.colors(), eighth.size.width);
+    for (int y = 0; y < eighth.size.height; ++y)
+        pixels.writeRow(y, eighth.pixels.data() + std::size_t(y) * stride);
+    return eighth;
+}
+
+std::optional<Eighth> eighthFrom(FileBytes const& file)
+{
+    return eighthFrom(SpanBytes(file));
+}
+
+// Something of every frequency and colour, with flat parts.
+RgbaPixels busyColors(PixelSize size, std::uint32_t seed = 1)
+{
+    auto pixels = sampleColors(size);
+    auto state = seed;
+    for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+            for (int c = 0; c < 3; ++c) {
+                state = state * 1664525 + 1013904223;
+                if ((x / 24 + y / 24) % 3 != 0)
+                    pixels.at(x, y)[c]
+                        = static_cast<std::uint8_t>(pixels.at(x, y)[c] ^ (state >> 25));
+            }
+        }
+    }
+    return pixels;
+}
+
+int largestDifference(Eighth const& ours, LibraryEighth const& theirs)
+{
+    REQUIRE(ours.size == theirs.size);
+    int largest = 0;
+    for (std::size_t i = 0; i < ours.pixels.size(); ++i)
+        largest = std::max(largest, std::abs(ours.pixels[i] - theirs.pixels[i]));
+    return largest;
+}
+
+void checkLikeLibrary(FileBytes const& file)
+{
+    REQUIRE_FALSE(file.empty());
+    auto const theirs = libraryEighth(file);
+    REQUIRE(theirs);
+    auto const ours = eighthFrom(file);
+    REQUIRE(ours);
+    CHECK(largestDifference(*ours, *theirs) == 0);
+}
+
+void checkMeansLikeLibrary(FileBytes const& file)
+{
+    REQUIRE_FALSE(file.empty());
+    auto const theirs = libraryEighth(withMeansOnly(file));
+    REQUIRE(theirs);
+    auto const ours = eighthFrom(file);
+    REQUIRE(ours);
+    // The bits that were not waited for, twice as visible in blue as in the chroma.
+    CHECK(largestDifference(*ours, *theirs) <= 3);
+}
+
+} // namespace
+
+TEST_CASE("a JPEG's eighth is the library's, whatever the sampling of its components")
+{
+    auto const pixels = busyColors({ 203, 121 });
+    int written = 0;
+    for (int i = 0; i < 256; ++i) {
+        PixelSize const first { 1 + i % 4, 1 + i / 4 % 4 };
+        PixelSize const second { 1 + i / 16 % 4, 1 + i / 64 };
+        auto const across = std::max(first.width, second.width);
+        auto const down = std::max(first.height, second.height);
+        // The library writes no other ratios.
+        if (first.width * first.height + second.width * second.height + 1 > 10
+            || across % first.width + across % second.width != 0
+            || down % first.height + down % second.height != 0)
+            continue;
+        CAPTURE(i);
+        JpegOptions options;
+        options.sampling = { first, second, { 1, 1 } };
+        auto const file = writeJpeg(pixels, options);
+        auto const theirs = libraryEighth(file);
+        REQUIRE(theirs);
+        ++written;
+        auto const ours = eighthFrom(file);
+        // The third component would need 4 × 4 samples of a block.
+        CHECK(ours.has_value() == (across * down < 16));
+        if (ours)
+            CHECK(largestDifference(*ours, *theirs) == 0);
+    }
+    CHECK(written >= 50);
+}
+
+TEST_CASE("a JPEG's eighth is the library's at every small size")
+{
+    JpegOptions options;
+    for (int width = 1; width <= 33; ++width) {
+        for (int height = 1; height <= 33; ++height) {
+            CAPTURE(width);
+            CAPTURE(height);
+            auto const pixels = busyColors({ width, height });
+            using Subsampling = JpegOptions::Subsampling;
+            options.subsampling = (width + height) % 3 == 0 ? Subsampling::s444
+                : (width + height) % 3 == 1                 ? Subsampling::s422
+                                                            : Subsampling::s420;
+            options.isInterleaved = height % 2 == 0;
+            options.isOptimized = width % 2 == 0;
+            checkLikeLibrary(writeJpeg(pixels, options));
+        }
+    }
+}
+
+TEST_CASE("a JPEG's eighth is the library's in every colour and quality")
+{
+    using Color = JpegOptions::Color;
+    for (auto const color : { Color::ycbcr, Color::rgb, Color::grey, Color::cmyk, Color::ycck }) {
+        for (int const quality : { 1, 20, 75, 100 }) {
+            for (bool const isInterleaved : { true, false }) {
+                CAPTURE(int(color));
+                CAPTURE(quality);
+                JpegOptions options;
+                options.color = color;
+                options.quality = quality;
+                options.hasWideSteps = quality == 1;
+                options.isInterleaved = isInterleaved;
+                options.isOptimized = quality != 75;
+                checkLikeLibrary(writeJpeg(busyColors({ 150, 90 }), options));
+            }
+        }
+    }
+}
+
+TEST_CASE("restarts are passed wherever they are")
+{
+    for (int const units : { 1, 2, 3, 7, 8, 9, 100 }) {
+        for (bool const isInterleaved : { true, false }) {
+            CAPTURE(units);
+            JpegOptions options;
+            options.restartUnits = units;
+            options.isInterleaved = isInterleaved;
+            checkLikeLibrary(writeJpeg(busyColors({ 203, 121 }), options));
+            options.isProgressive = true;
+            options.isInterleaved = true;
+            checkMeansLikeLibrary(writeJpeg(busyColors({ 203, 121 }), options));
+        }
+    }
+}
+
+TEST_CASE("a large JPEG is walked through from several places and stays the library's")
+{
+    for (auto const subsampling : { JpegOptions::Subsampling::s444, JpegOptions::Subsampling::s422,
+             JpegOptions::Subsampling::s420 }) {
+        for (bool const isOptimized : { false, true }) {
+            JpegOptions options;
+            options.subsampling = subsampling;
+            options.isOptimized = isOptimized;
+            options.quality = 96;
+            auto const file = writeJpeg(busyColors({ 1601, 1203 }), options);
+            REQUIRE(file.size() > 600'000);
+            checkLikeLibrary(file);
+        }
+    }
+}
+
+TEST_CASE("a large flat JPEG is more units than a walk keeps")
+{
+    JpegOptions options;
+    options.color = JpegOptions::Color::grey;
+    checkLikeLibrary(writeJpeg(RgbaPixels::filled({ 4000, 3000 }, 0x4080C0FF), options));
+}
+
+TEST_CASE("a progressive JPEG's eighth is that of its blocks' means")
+{
+    using Color = JpegOptions::Color;
+    for (auto const color : { Color::ycbcr, Color::rgb, Color::grey, Color::ycck }) {
+        for (int const quality : { 1, 20, 75, 95 }) {
+            CAPTURE(int(color));
+            CAPTURE(quality);
+            JpegOptions options;
+            options.color = color;
+            options.quality = quality;
+            options.isProgressive = true;
+            checkMeansLikeLibrary(writeJpeg(busyColors({ 203, 121 }), options));
+        }
+    }
+}
+
+TEST_CASE("bytes of padding in front of markers change nothing")
+{
+    JpegOptions options;
+    options.restartUnits = 5;
+    auto const plain = writeJpeg(busyColors({ 120, 80 }), options);
+    FileBytes padded;
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        auto const isMarker = i > 1 && plain[i] == 0xFF && i + 1 < plain.size()
+            && ((plain[i + 1] >= 0xD0 && plain[i + 1] <= 0xD7) || plain[i + 1] == 0xDA
+                || plain[i + 1] == 0xC0);
+        if (isMarker)
+            padded.insert(padded.end(), 1 + i % 3, 0xFF);
+        padded.push_back(plain[i]);
+    }
+    REQUIRE(padded.size() > plain.size() + 5);
+    checkLikeLibrary(padded);
+    CHECK(eighthFrom(padded)->pixels == eighthFrom(plain)->pixels);
+}
+
+TEST_CASE("a JPEG cut anywhere comes out as the library shows it, or is left to it")
+{
+    for (bool const isInterleaved : { true, false }) {
+        for (int const units : { 0, 3 }) {
+            JpegOptions options;
+            options.isInterleaved = isInterleaved;
+            options.restartUnits = units;
+            auto const file = writeJpeg(busyColors({ 67, 45 }), options);
+            int shown = 0;
+            for (std::size_t length = 0; length < file.size(); ++length) {
+                CAPTURE(length);
+                FileBytes const cut(file.begin(), file.begin() + std::ptrdiff_t(length));
+                auto const ours = eighthFrom(cut);
+                if (!ours)
+                    continue;
+                ++shown;
+                auto const theirs = libraryEighth(cut);
+                REQUIRE(theirs);
+                CHECK(largestDifference(*ours, *theirs) == 0);
+            }
+            CHECK(shown > int(file.size()) / 3);
+        }
+    }
+}
+
+TEST_CASE("a cut progressive JPEG does no harm")
+{
+    JpegOptions options;
+    options.isProgressive = true;
+    auto const file = writeJpeg(busyColors({ 67, 45 }), options);
+    for (std::size_t length = 0; length < file.size(); ++length)
+        static_cast<void>(
+            eighthFrom(FileBytes(file.begin(), file.begin() + std::ptrdiff_t(length))));
+}
+
+TEST_CASE("restarts that are missing or wrong are left to the library")
+{
+    JpegOptions options;
+    options.restartUnits = 2;
+    auto const file = writeJpeg(busyColors({ 120, 80 }), options);
+    std::vector<std::size_t> restarts;
+    for (std::size_t i = 0; i + 1 < file.size(); ++i) {
+        if (file[i] == 0xFF && file[i + 1] >= 0xD0 && file[i + 1] <= 0xD7)
+            restarts.push_back(i);
+    }
+    REQUIRE(restarts.size() > 5);
+    auto wrong = file;
+    wrong[restarts[2] + 1] ^= 1;
+    CHECK_FALSE(eighthFrom(wrong));
+    auto missing = file;
+    missing.erase(missing.begin() + std::ptrdiff_t(restarts[3]),
+        missing.begin() + std::ptrdiff_t(restarts[3]) + 2);
+    CHECK_FALSE(eighthFrom(missing));
+    auto late = file;
+    late.insert(late.begin() + std::ptrdiff_t(restarts[1]), { 0x12, 0x34 });
+    CHECK_FALSE(eighthFrom(late));
+}
+
+TEST_CASE("kinds of JPEG that are rare are left to the library")
+{
+    JpegOptions options;
+    options.isArithmetic = true;
+    CHECK_FALSE(eighthFrom(writeJpeg(sampleColors({ 64, 48 }), options)));
+    options.isArithmetic = false;
+    options.sampling = { { 4, 4 }, { 1, 1 }, { 1, 1 } };
+    options.isInterleaved = false;
+    CHECK_FALSE(eighthFrom(writeJpeg(sampleColors({ 64, 48 }), options)));
+}
+
+TEST_CASE("damaged JPEGs do no harm")
+{
+    std::uint32_t state = 20261121;
+    auto const random = [&state](std::size_t below) {
+        state = state * 1664525 + 1013904223;
+        return static_cast<std::size_t>(state >> 8) % below;
+    };
+    for (int round = 0; round < 3000; ++round) {
+        JpegOptions options;
+        options.isProgressive = round % 3 == 0;
+        options.restartUnits = round % 5 == 0 ? 2 : 0;
+        options.isOptimized = round % 2 == 0;
+        auto file = writeJpeg(busyColors({ 40, 24 }), options);
+        for (std::size_t i = 0; i <= random(6); ++i)
+            file[random(file.size())] = static_cast<std::uint8_t>(random(256));
+        static_cast<void>(eighthFrom(file));
+    }
+}
