@@ -96,6 +96,23 @@ void addProperties(Seeds& seeds)
     seeds.add("properties", { begin, begin + record.size() });
 }
 
+// A JPEG of each way to lay out blocks.
+void addReductions(Seeds& seeds)
+{
+    auto const pixels = picture();
+    for (int i = 0; i < 32; ++i) {
+        JpegOptions jpeg;
+        jpeg.isProgressive = i % 2 == 1;
+        jpeg.restartUnits = i % 3;
+        jpeg.isOptimized = i % 4 < 2;
+        jpeg.isInterleaved = i % 5 != 0 || jpeg.isProgressive;
+        jpeg.subsampling = static_cast<JpegOptions::Subsampling>(i % 3);
+        jpeg.color = static_cast<JpegOptions::Color>(i % 7 < 5 ? i % 7 : 0);
+        jpeg.quality = i % 8 < 4 ? 95 : 10;
+        seeds.add("jpegreduction", writeJpeg(pixels, jpeg));
+    }
+}
+
 void addCommon(Seeds& seeds)
 {
     auto const pixels = picture();
@@ -119,6 +136,7 @@ void addCommon(Seeds& seeds)
         asked.insert(asked.end(), file.begin(), file.end());
         seeds.add("barejpeg", asked);
     }
+    addReductions(seeds);
     PngOptions png;
     png.exif = block;
     png.frames = { pixels };

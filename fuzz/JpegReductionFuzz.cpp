@@ -1,0 +1,46 @@
+#include "codecs/JpegPixels.h"
+#include "codecs/JpegReduction.h"
+#include "fuzz/Fuzz.h"
+#include "support/LibraryJpeg.h"
+#include <cstdlib>
+
+using namespace pixelhain;
+
+namespace {
+
+// The library is asked about pictures only that it is done with soon.
+constexpr std::int64_t mostPixels = 4'000'000;
+
+std::vector<std::uint8_t> drawn(JpegReduction const& reduction, PixelSize size)
+{
+    auto const stride = static_cast<std::size_t>(size.width) * 4;
+    std::vector<std::uint8_t> pixels(stride * static_cast<std::size_t>(size.height));
+    JpegPixels rows(reduction.planes(), reduction.colors(), size.width);
+    for (int y = 0; y < size.height; ++y)
+        rows.writeRow(y, pixels.data() + static_cast<std::size_t>(y) * stride);
+    return pixels;
+}
+
+} // namespace
+
+// Whatever the bytes are, the reduction comes to an end within its memory; what the JPEG library
+// finds nothing wrong with looks the same in both.
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t length)
+{
+    ByteSpan const bytes(data, length);
+    SpanBytes const source(bytes);
+    JpegReduction reduction(source);
+    auto const whole = reduction.readFrame();
+    if (!whole || std::int64_t { whole->width } * whole->height > mostPixels
+        || !reduction.readMeans())
+        return 0;
+    auto const size = eighthOf(*whole);
+    auto const pixels = drawn(reduction, size);
+    auto const theirs = libraryEighth(bytes);
+    if (!theirs || !theirs->isSound || theirs->isProgressive)
+        return 0;
+    mustHold(theirs->size == size && theirs->pixels.size() == pixels.size());
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        mustHold(std::abs(pixels[i] - theirs->pixels[i]) <= 1);
+    return 0;
+}
