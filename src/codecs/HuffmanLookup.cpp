@@ -1,4 +1,5 @@
 #include "codecs/HuffmanLookup.h"
+#include "codecs/CodedBits.h"
 #include <cstddef>
 
 namespace pixelhain {
@@ -6,21 +7,20 @@ namespace pixelhain {
 namespace {
 
 // One look's worth of codes: what the first `lookBits` of a number stand for.
-std::uint32_t skipEntry(HuffmanLookup const& code, std::uint64_t bits)
+unsigned skipEntry(HuffmanLookup const& code, std::uint64_t bits)
 {
-    constexpr int most = 62; // keeps the sum of two entries' coefficients below their marks
+    constexpr unsigned most = 62; // keeps the sum of two entries' coefficients below their marks
     int taken = 0;
-    int coefficients = 0;
-    std::uint32_t mark = 0;
+    unsigned coefficients = 0;
     while (taken < SkipTable::lookBits) {
         auto const found = code.find(bits << taken);
         if (found.bits == 0 || taken + found.bits > SkipTable::lookBits)
             break;
-        int const zeros = found.symbol >> 4;
-        int const valueBits = found.symbol & 15;
+        auto const zeros = found.symbol >> 4U;
+        auto const valueBits = found.symbol & 15;
         if (valueBits == 0 && zeros != 15) {
             taken += found.bits;
-            mark = SkipTable::end;
+            coefficients += SkipTable::end;
             break;
         }
         if (coefficients + zeros + 1 > most)
@@ -28,10 +28,18 @@ std::uint32_t skipEntry(HuffmanLookup const& code, std::uint64_t bits)
         taken += found.bits + valueBits;
         coefficients += zeros + 1;
     }
-    if (taken == 0)
-        return SkipTable::unknown << SkipTable::coefficientShift;
-    return static_cast<std::uint32_t>(taken)
-        | (static_cast<std::uint32_t>(coefficients) + mark) << SkipTable::coefficientShift;
+    return taken == 0 ? SkipTable::unknown
+                      : static_cast<unsigned>(taken) << SkipTable::bitsShift | coefficients;
+}
+
+// What the first bits stand for, or 0 if they are not enough.
+std::int32_t numberEntry(HuffmanLookup const& code, std::uint64_t bits)
+{
+    auto const found = code.find(bits);
+    auto const taken = found.bits + found.symbol;
+    if (found.bits == 0 || found.symbol > 15 || taken > NumberTable::lookBits)
+        return 0;
+    return codedNumber(bits << found.bits, found.symbol) * (1 << NumberTable::numberShift) + taken;
 }
 
 } // namespace
@@ -82,7 +90,15 @@ SkipTable::SkipTable(HuffmanLookup const& code)
     : entries_(std::size_t { 1 } << lookBits)
 {
     for (std::size_t i = 0; i < entries_.size(); ++i)
-        entries_[i] = skipEntry(code, std::uint64_t { i } << (64 - lookBits));
+        entries_[i]
+            = static_cast<std::uint16_t>(skipEntry(code, std::uint64_t { i } << (64 - lookBits)));
+}
+
+NumberTable::NumberTable(HuffmanLookup const& code)
+    : entries_(std::size_t { 1 } << lookBits)
+{
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+        entries_[i] = numberEntry(code, std::uint64_t { i } << (64 - lookBits));
 }
 
 } // namespace pixelhain

@@ -46,25 +46,42 @@ private:
 };
 
 /// How the coefficients of a block are passed over when nobody wants to know them: several codes
-/// with what follows them in one look.
+/// with what follows them in one look. Both tables that a picture needs fit into the nearest cache.
 class SkipTable {
 public:
-    static constexpr int lookBits = 13;
-    /// An entry is how many bits to go on, and in its upper byte how many coefficients: 1 to 62, or
-    /// `end` more if the block ends there, or `unknown` if one code must be taken by itself.
-    static constexpr unsigned coefficientShift = 24;
-    static constexpr std::uint32_t end = 128;
-    static constexpr std::uint32_t unknown = 192;
+    static constexpr int lookBits = 12;
+    /// An entry is in its lower byte how many coefficients to go on, 1 to 62, or `end` more if the
+    /// block ends there, or `unknown` if one code must be taken by itself; in its upper byte how
+    /// many bits.
+    static constexpr unsigned bitsShift = 8;
+    static constexpr unsigned end = 128;
+    static constexpr unsigned unknown = 192;
     /// The most bits that an entry passes over: a code that begins with the last bit that is looked
     /// at does not count, so what follows the last code adds to them.
     static constexpr int mostBits = lookBits + 15;
 
     explicit SkipTable(HuffmanLookup const& code);
 
-    [[nodiscard]] std::uint32_t const* entries() const { return entries_.data(); }
+    [[nodiscard]] std::uint16_t const* entries() const { return entries_.data(); }
 
 private:
-    std::vector<std::uint32_t> entries_;
+    std::vector<std::uint16_t> entries_;
+};
+
+/// The number that follows a code, with that code, in one look.
+class NumberTable {
+public:
+    static constexpr int lookBits = 11;
+    /// An entry is in its lower byte how many bits both take, and above it the number, with its
+    /// sign; 0 if they take more than one look.
+    static constexpr int numberShift = 8;
+
+    explicit NumberTable(HuffmanLookup const& code);
+
+    [[nodiscard]] std::int32_t const* entries() const { return entries_.data(); }
+
+private:
+    std::vector<std::int32_t> entries_;
 };
 
 } // namespace pixelhain

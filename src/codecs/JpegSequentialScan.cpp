@@ -39,8 +39,8 @@ bool JpegSequentialScan::prepare(JpegMarkers const& markers)
             return false;
         isRead[place.part] = true;
         auto const isQuartered = plane.side == 2;
-        unit_.blocks[unit_.count++]
-            = { &codes.means, &codes.others, &*codes.skips, isQuartered ? &codes.steps : nullptr };
+        unit_.blocks[unit_.count++] = { &codes.means, &codes.others, &*codes.meanNumbers,
+            &*codes.skips, isQuartered ? &codes.steps : nullptr };
         unit_.quartered += isQuartered ? 1 : 0;
         Target target;
         target.advance = place.across * plane.side;
@@ -72,6 +72,7 @@ bool JpegSequentialScan::readCodes(
         return false;
     into.means = *meansLookup;
     into.others = *othersLookup;
+    into.meanNumbers.emplace(into.means);
     into.skips.emplace(into.others);
     std::ranges::transform(*plane.quantization, into.steps.begin(),
         [](std::uint16_t step) { return static_cast<std::int16_t>(step); });

@@ -25,6 +25,7 @@ private:
     struct Codes {
         HuffmanLookup means;
         HuffmanLookup others;
+        std::optional<NumberTable> meanNumbers;
         std::optional<SkipTable> skips;
         std::array<std::int16_t, 64> steps {};
     };

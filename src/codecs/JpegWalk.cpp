@@ -7,22 +7,24 @@ namespace pixelhain {
 
 namespace {
 
-constexpr std::uint32_t positionMask = (1U << JpegWalk::positionBits) - 1;
-constexpr std::uint32_t blockEnd = 64U << JpegWalk::positionBits;
-static_assert(JpegWalk::positionBits == SkipTable::coefficientShift);
+// A state's lower byte is the coefficient that comes next, and what the table adds to it.
+constexpr unsigned positionShift = 8;
+constexpr std::uint32_t coefficientMask = 0xFF;
+constexpr std::uint32_t pastBlock = 0xC0; // set in the coefficient from 64 on
+static_assert(positionShift == SkipTable::bitsShift);
+static_assert(JpegWalk::positionBits + positionShift <= 32);
 static_assert(2 * SkipTable::mostBits <= 57);
-
-std::uint32_t coefficient(std::uint32_t state)
-{
-    return state >> JpegWalk::positionBits;
-}
 
 // Whether the last look led to the end of the block and no further: several codes taken at once may
 // belong to two blocks.
-bool isCleanEnd(std::uint32_t next)
+bool isCleanEnd(std::uint32_t state)
 {
-    auto const at = coefficient(next);
-    return at == 64 || (at > SkipTable::end && at < SkipTable::end + 64);
+    return (state & coefficientMask) == 64 || (state & pastBlock) == SkipTable::end;
+}
+
+std::uint32_t positionOf(std::uint32_t state)
+{
+    return state >> positionShift;
 }
 
 } // namespace
@@ -61,60 +63,76 @@ bool JpegWalk::lose(std::uint32_t position)
 }
 
 // Reads the mean of the block at hand; false if the walk ends.
-bool JpegWalk::beginBlock(std::uint8_t const* data, std::uint32_t position)
+[[gnu::always_inline]] inline bool JpegWalk::beginBlock(
+    std::uint8_t const* data, std::uint32_t position)
 {
-    for (;;) {
-        auto const& codes = unit_->blocks[block_];
-        auto const bits = bitsAt(data, position);
-        auto const found = codes.means->find(bits);
-        if (found.bits == 0 || found.symbol > 15)
-            return lose(position);
-        *nextDifference_++
-            = static_cast<std::int16_t>(codedNumber(bits << found.bits, found.symbol));
-        position += static_cast<std::uint32_t>(found.bits + found.symbol);
-        if (codes.steps == nullptr) {
-            state_ = position | 1U << positionBits;
-            table_ = codes.skips->entries();
-            return true;
-        }
-        auto const end = readQuarters(data, position, codes, *nextQuarters_++);
-        if (!end)
-            return lose(position);
-        position = *end;
-        if (++block_ < unit_->count)
-            continue;
-        block_ = 0;
-        starts_[++units_] = position;
-        position_ = position;
-        if (position >= limit_ || units_ == most_)
-            return false;
-    }
+    auto const& codes = unit_->blocks[block_];
+    auto const number
+        = codes.meanNumbers->entries()[bitsAt(data, position) >> (64 - NumberTable::lookBits)];
+    if (number == 0 || codes.steps != nullptr) [[unlikely]]
+        return beginOddBlock(data, position);
+    *nextDifference_++ = static_cast<std::int16_t>(number >> NumberTable::numberShift);
+    position += static_cast<std::uint32_t>(number & 0xFF);
+    state_ = position << positionShift | 1;
+    table_ = codes.skips->entries();
+    return true;
 }
 
-// Goes on where the block of `state` ended with `next`, or something out of the ordinary was met.
-bool JpegWalk::turn(std::uint8_t const* data, std::uint32_t state, std::uint32_t next)
+// One whose mean takes more than a look, or that is more than its mean.
+[[gnu::noinline]] bool JpegWalk::beginOddBlock(std::uint8_t const* data, std::uint32_t position)
 {
-    if (!isCleanEnd(next)) {
-        auto const found = unit_->blocks[block_].others->find(bitsAt(data, state & positionMask));
-        if (found.bits == 0)
-            return lose(state & positionMask);
-        auto const zeros = static_cast<std::uint32_t>(found.symbol >> 4);
-        auto const valueBits = static_cast<std::uint32_t>(found.symbol & 15);
-        auto const isEnd = valueBits == 0 && zeros != 15;
-        next = state + static_cast<std::uint32_t>(found.bits) + valueBits
-            + ((isEnd ? 64 : zeros + 1) << positionBits);
-        if (next < blockEnd) {
-            state_ = next;
-            return true;
+    auto const& codes = unit_->blocks[block_];
+    auto const bits = bitsAt(data, position);
+    auto const found = codes.means->find(bits);
+    if (found.bits == 0 || found.symbol > 15)
+        return lose(position);
+    *nextDifference_++ = static_cast<std::int16_t>(codedNumber(bits << found.bits, found.symbol));
+    position += static_cast<std::uint32_t>(found.bits + found.symbol);
+    if (codes.steps == nullptr) {
+        state_ = position << positionShift | 1;
+        table_ = codes.skips->entries();
+        return true;
+    }
+    auto const end = readQuarters(data, position, codes, *nextQuarters_++);
+    return end ? endBlock(data, *end) : lose(position);
+}
+
+[[gnu::always_inline]] inline bool JpegWalk::endBlock(
+    std::uint8_t const* data, std::uint32_t position)
+{
+    if (++block_ == unit_->count) {
+        block_ = 0;
+        starts_[++units_] = position;
+        if (position >= limit_ || units_ == most_) {
+            position_ = position;
+            return false;
         }
     }
-    auto const position = next & positionMask;
-    if (++block_ < unit_->count)
-        return beginBlock(data, position);
-    block_ = 0;
-    starts_[++units_] = position;
-    position_ = position;
-    return position < limit_ && units_ != most_ && beginBlock(data, position);
+    return beginBlock(data, position);
+}
+
+// Goes on where `next` is past the block of `state`.
+[[gnu::always_inline]] inline bool JpegWalk::turn(
+    std::uint8_t const* data, std::uint32_t state, std::uint32_t next)
+{
+    return isCleanEnd(next) ? endBlock(data, positionOf(next)) : turnOdd(data, state);
+}
+
+// Takes one code by itself: it is a long one, or the block ends with it.
+[[gnu::noinline]] bool JpegWalk::turnOdd(std::uint8_t const* data, std::uint32_t state)
+{
+    auto const found = unit_->blocks[block_].others->find(bitsAt(data, positionOf(state)));
+    if (found.bits == 0)
+        return lose(positionOf(state));
+    auto const zeros = static_cast<std::uint32_t>(found.symbol >> 4);
+    auto const valueBits = static_cast<std::uint32_t>(found.symbol & 15);
+    auto const isEnd = valueBits == 0 && zeros != 15;
+    auto const position = positionOf(state) + static_cast<std::uint32_t>(found.bits) + valueBits;
+    auto const coefficient = (state & coefficientMask) + zeros + 1;
+    if (isEnd || coefficient >= 64)
+        return endBlock(data, position);
+    state_ = position << positionShift | coefficient;
+    return true;
 }
 
 /// The inner loop, once for each instruction set.
@@ -124,7 +142,7 @@ struct JpegWalkKernels {
     {
         constexpr int shift = 64 - SkipTable::lookBits;
         std::array<std::uint32_t, N> states {};
-        std::array<std::uint32_t const*, N> tables {};
+        std::array<std::uint16_t const*, N> tables {};
         for (std::size_t i = 0; i < N; ++i) {
             states[i] = walks[i]->state_;
             tables[i] = walks[i]->table_;
@@ -133,19 +151,19 @@ struct JpegWalkKernels {
 #pragma GCC unroll 4
             for (std::size_t i = 0; i < N; ++i) {
                 auto state = states[i];
-                auto const bits = bitsAt(data, state & positionMask);
+                auto const bits = bitsAt(data, positionOf(state));
                 auto const first = tables[i][bits >> shift];
                 auto next = state + first;
-                if (next < blockEnd) [[likely]] {
+                if ((next & pastBlock) == 0) [[likely]] {
                     state = next;
-                    next = state + tables[i][bits << (first & 63U) >> shift];
-                    if (next < blockEnd) [[likely]] {
+                    next += tables[i][bits << (first >> SkipTable::bitsShift) >> shift];
+                    if ((next & pastBlock) == 0) [[likely]] {
                         states[i] = next;
                         continue;
                     }
                 }
                 auto& walk = *walks[i];
-                if (!walk.turn(data, state, next)) {
+                if (!walk.turn(data, state, next)) [[unlikely]] {
                     walk.isDone_ = true;
                     isGoing = false;
                 }

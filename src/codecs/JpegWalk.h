@@ -11,6 +11,7 @@ namespace pixelhain {
 struct JpegBlockCodes {
     HuffmanLookup const* means = nullptr;
     HuffmanLookup const* others = nullptr;
+    NumberTable const* meanNumbers = nullptr;
     SkipTable const* skips = nullptr;
     /// Steps of the coefficients where the block is brought to 2 × 2 samples; null where its mean
     /// is enough.
@@ -82,14 +83,17 @@ private:
     friend struct JpegWalkKernels;
 
     bool turn(std::uint8_t const* data, std::uint32_t state, std::uint32_t next);
+    bool turnOdd(std::uint8_t const* data, std::uint32_t state);
+    bool endBlock(std::uint8_t const* data, std::uint32_t position);
     bool beginBlock(std::uint8_t const* data, std::uint32_t position);
+    bool beginOddBlock(std::uint8_t const* data, std::uint32_t position);
     bool lose(std::uint32_t position);
 
     JpegUnit const* unit_;
     std::uint32_t room_;
-    /// The bit that comes next, and above it the next coefficient of the block.
+    /// The next coefficient of the block, and above it the bit that comes next.
     std::uint32_t state_ = 0;
-    std::uint32_t const* table_ = nullptr;
+    std::uint16_t const* table_ = nullptr;
     std::size_t block_ = 0;
     std::uint32_t units_ = 0;
     std::uint32_t limit_ = 0;

@@ -47,7 +47,7 @@ struct Entry {
 Entry entryFor(SkipTable const& table, std::string const& text)
 {
     auto const entry = table.entries()[bitsOf(text) >> (64 - SkipTable::lookBits)];
-    return { entry & 63U, entry >> SkipTable::coefficientShift };
+    return { unsigned(entry) >> SkipTable::bitsShift, entry & 0xFFU };
 }
 
 } // namespace
@@ -96,20 +96,40 @@ TEST_CASE("a look passes over as many codes as it sees whole")
 {
     SkipTable const table(*HuffmanLookup::of(shortCode()));
     // A value is 00 and a bit, a run 01, the end 10.
-    CHECK(entryFor(table, "0010010010010") == Entry { 12, 4 });
-    CHECK(entryFor(table, "0100100100100") == Entry { 14, 20 });
-    CHECK(entryFor(table, "0010110000000") == Entry { 7, 1 + 16 + SkipTable::end });
-    CHECK(entryFor(table, "1000000000000") == Entry { 2, SkipTable::end });
-    CHECK(entryFor(table, "0101010101010") == Entry { 6, 48 });
-    CHECK(entryFor(table, "1111111111111") == Entry { 0, SkipTable::unknown });
+    CHECK(entryFor(table, "001001001001") == Entry { 12, 4 });
+    CHECK(entryFor(table, "010010010100") == Entry { 13, 35 });
+    CHECK(entryFor(table, "001011000000") == Entry { 7, 1 + 16 + SkipTable::end });
+    CHECK(entryFor(table, "100000000000") == Entry { 2, SkipTable::end });
+    CHECK(entryFor(table, "010101010101") == Entry { 6, 48 });
+    CHECK(entryFor(table, "111111111111") == Entry { 0, SkipTable::unknown });
 }
 
 TEST_CASE("a code longer than a look is taken by itself")
 {
     SkipTable const table(*HuffmanLookup::of(staircase()));
-    CHECK(entryFor(table, "1111111111111") == Entry { 0, SkipTable::unknown });
-    // One of 13 bits is the longest that is seen; its value is passed over unseen.
-    CHECK(entryFor(table, "1111111111110") == Entry { 13 + 2, 0xC + 1 });
+    CHECK(entryFor(table, "111111111111") == Entry { 0, SkipTable::unknown });
+    // One of 12 bits is the longest that is seen; its value is passed over unseen.
+    CHECK(entryFor(table, "111111111110") == Entry { 12 + 1, 0xB + 1 });
+}
+
+TEST_CASE("a number is found with its code, if one look holds both")
+{
+    HuffmanCode code;
+    code.counts[2] = 3;
+    code.symbols[0] = 0;
+    code.symbols[1] = 3;
+    code.symbols[2] = 10;
+    NumberTable const table(*HuffmanLookup::of(code));
+    auto const entry = [&](std::string const& text) {
+        return table.entries()[bitsOf(text) >> (64 - NumberTable::lookBits)];
+    };
+    CHECK(entry("00111111111") == 2);
+    CHECK(entry("01111000000") == 7 * 256 + 5);
+    CHECK(entry("01100000000") == 4 * 256 + 5);
+    CHECK(entry("01011000000") == -4 * 256 + 5);
+    CHECK(entry("01000111111") == -7 * 256 + 5);
+    CHECK(entry("10000000000") == 0);
+    CHECK(entry("11000000000") == 0);
 }
 
 TEST_CASE("every look goes on and leaves room for what is looked at next")
@@ -117,8 +137,8 @@ TEST_CASE("every look goes on and leaves room for what is looked at next")
     for (auto const& code : { staircase(), shortCode() }) {
         SkipTable const table(*HuffmanLookup::of(code));
         for (std::size_t i = 0; i < std::size_t { 1 } << SkipTable::lookBits; ++i) {
-            auto const bits = table.entries()[i] & 63U;
-            auto const coefficients = table.entries()[i] >> SkipTable::coefficientShift;
+            auto const bits = unsigned(table.entries()[i]) >> SkipTable::bitsShift;
+            auto const coefficients = table.entries()[i] & 0xFFU;
             if (coefficients == SkipTable::unknown) {
                 REQUIRE(bits == 0);
                 continue;

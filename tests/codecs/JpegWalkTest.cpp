@@ -47,6 +47,7 @@ std::vector<std::uint8_t> randomBytes(std::size_t count, unsigned seed)
 struct Codes {
     HuffmanLookup means = *HuffmanLookup::of(meansCode());
     HuffmanLookup others = *HuffmanLookup::of(othersCode());
+    NumberTable meanNumbers { means };
     SkipTable skips { others };
     std::array<std::int16_t, 64> steps {};
 
@@ -56,7 +57,8 @@ struct Codes {
     {
         JpegUnit made;
         for (std::size_t i = 0; i < plain + quartered; ++i)
-            made.blocks[made.count++] = { &means, &others, &skips, i < plain ? nullptr : &steps };
+            made.blocks[made.count++]
+                = { &means, &others, &meanNumbers, &skips, i < plain ? nullptr : &steps };
         made.quartered = quartered;
         return made;
     }
