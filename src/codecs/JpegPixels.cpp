@@ -89,8 +89,10 @@ std::int8_t const* JpegPixels::stretched(std::size_t plane, int y)
         return samples;
     auto* const row = rows_[plane].data();
     if (repeats == 2) {
-        for (std::size_t x = 0; x < width_; ++x)
-            row[x] = samples[x / 2];
+        for (std::size_t x = 0; x < width_ / 2; ++x)
+            row[2 * x] = row[2 * x + 1] = samples[x];
+        if (width_ % 2 != 0)
+            row[width_ - 1] = samples[width_ / 2];
     } else {
         for (std::size_t x = 0; x < width_; ++x)
             row[x] = samples[x / repeats];

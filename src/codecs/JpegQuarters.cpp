@@ -14,12 +14,11 @@ constexpr std::array<std::uint8_t, 64> places { 0, 1, 8, 16, 9, 2, 3, 10, 17, 24
 
 using Coefficients = std::array<std::int16_t, 64>;
 
-// Half the sum of the first four samples of the cosine of each frequency, in 1/2^13: what the
-// halves of a row differ by from its mean. Those of the even frequencies are all zero.
+// The first four samples of the cosine of each frequency add up to these, times the root of two, in
+// 1/2^13: four times what the halves of a row differ by from its mean. Even frequencies add up to
+// nothing.
 constexpr int one = 13;
 constexpr int between = 2; // more bits than whole levels between the columns and the rows
-constexpr int meanShift = 17; // of a mean in eighths of a level
-constexpr int quarterShift = 20;
 
 std::int64_t halves(
     std::int64_t first, std::int64_t third, std::int64_t fifth, std::int64_t seventh)
@@ -53,15 +52,6 @@ void bringToQuarters(Coefficients const& block, JpegQuarters& quarters)
     }
 }
 
-// Levels that no encoder writes wrap around before they are kept within the range, as in the
-// library.
-std::int8_t sampleOf(std::int64_t level)
-{
-    auto const wrapped = static_cast<int>(static_cast<std::uint64_t>(level) & 1023U);
-    return static_cast<std::int8_t>(
-        std::clamp(wrapped < 512 ? wrapped : wrapped - 1024, -128, 127));
-}
-
 } // namespace
 
 std::optional<std::uint32_t> readQuarters(std::uint8_t const* data, std::uint32_t position,
@@ -92,16 +82,6 @@ std::optional<std::uint32_t> readQuarters(std::uint8_t const* data, std::uint32_
     else
         bringToQuarters(block, quarters);
     return position;
-}
-
-std::int8_t quarterSample(std::int32_t mean, std::int32_t quarter)
-{
-    return sampleOf(rounded((std::int64_t { mean } << meanShift) + quarter, quarterShift));
-}
-
-std::int8_t meanSample(std::int32_t mean)
-{
-    return sampleOf((std::int64_t { mean } + 4) >> 3);
 }
 
 } // namespace pixelhain

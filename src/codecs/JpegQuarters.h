@@ -1,5 +1,6 @@
 #pragma once
 #include "codecs/JpegWalk.h"
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 
@@ -10,11 +11,27 @@ namespace pixelhain {
 [[nodiscard]] std::optional<std::uint32_t> readQuarters(std::uint8_t const* data,
     std::uint32_t position, JpegBlockCodes const& codes, JpegQuarters& quarters);
 
-/// The sample, less 128, of a block's mean in eighths of a grey level and what a quarter has beside
-/// it.
-[[nodiscard]] std::int8_t quarterSample(std::int32_t mean, std::int32_t quarter);
+/// The sample, less 128, of a grey level less 128. Levels that no encoder writes wrap around before
+/// they are kept within the range, as in the library.
+[[nodiscard]] inline std::int8_t levelSample(std::int64_t level)
+{
+    auto const wrapped = static_cast<int>((static_cast<std::uint64_t>(level) + 512U) & 1023U) - 512;
+    return static_cast<std::int8_t>(std::clamp(wrapped, -128, 127));
+}
+
+/// The same of a block's mean in eighths of a level, and of what a quarter has beside it.
+[[nodiscard]] inline std::int8_t quarterSample(std::int32_t mean, std::int32_t quarter)
+{
+    constexpr int meanShift = 17;
+    constexpr int shift = 20;
+    auto const sum = std::int64_t { mean } * (1 << meanShift) + quarter;
+    return levelSample((sum + (1 << (shift - 1))) >> shift);
+}
 
 /// The same of a block that is one sample.
-[[nodiscard]] std::int8_t meanSample(std::int32_t mean);
+[[nodiscard]] inline std::int8_t meanSample(std::int32_t mean)
+{
+    return levelSample((std::int64_t { mean } + 4) >> 3);
+}
 
 } // namespace pixelhain

@@ -7,9 +7,10 @@ namespace pixelhain {
 namespace {
 
 constexpr std::size_t pieceBytes = std::size_t { 512 } << 10;
-constexpr std::uint32_t roomUnits = 8192; // that a walk keeps before they are taken over
+constexpr std::uint32_t mostRoom = 8192; // units that a walk keeps before they are taken over
 // A walk that begins anywhere is in step after some KB. Below this a stretch is not worth it.
 constexpr std::uint32_t leastStretch = std::uint32_t { 32 } << 13; // in bits
+constexpr std::uint32_t leastUnits = 128;
 constexpr int mostMisses = 4;
 
 } // namespace
@@ -50,9 +51,9 @@ bool JpegSequentialScan::prepare(JpegMarkers const& markers)
         target.isQuartered = isQuartered;
         targets_.push_back(target);
     }
-    walks_.reserve(JpegWalk::mostTogether);
-    for (std::size_t i = 0; i < JpegWalk::mostTogether; ++i)
-        walks_.emplace_back(unit_, roomUnits);
+    auto const units = std::int64_t { unitsAcross() } * unitsDown();
+    room_ = static_cast<std::uint32_t>(std::min<std::int64_t>(units, mostRoom));
+    walks_.emplace_back(unit_, room_);
     beginRow();
     return true;
 }
@@ -93,13 +94,15 @@ JpegScanRun::Taken JpegSequentialScan::take(
     std::uint8_t const* data, std::uint32_t position, std::uint32_t limit, std::uint32_t most)
 {
     auto const bits = limit - position;
-    bool const isWorthIt = bits >= leastStretch && most >= roomUnits / 64 && joined_ > -mostMisses;
+    bool const isWorthIt = bits >= leastStretch && most >= leastUnits && joined_ > -mostMisses;
+    while (isWorthIt && walks_.size() < JpegWalk::mostTogether)
+        walks_.emplace_back(unit_, room_);
     auto const count = static_cast<std::uint32_t>(isWorthIt ? walks_.size() : 1);
     std::array<std::uint32_t, JpegWalk::mostTogether + 1> starts {};
     for (std::uint32_t i = 0; i <= count; ++i)
         starts[i] = i < count ? position + bits / count * i : limit;
     for (std::uint32_t i = 0; i < count; ++i)
-        walks_[i].begin(data, starts[i], starts[i + 1], i == 0 ? most : roomUnits);
+        walks_[i].begin(data, starts[i], starts[i + 1], i == 0 ? most : room_);
     walkAll(data, count);
     auto& first = walks_[0];
     Taken taken { first.position(), first.units(), first.isLost() && first.units() == 0 };
@@ -122,7 +125,7 @@ void JpegSequentialScan::walkAll(std::uint8_t const* data, std::size_t count)
         for (std::size_t i = 1; i < count; ++i) {
             auto& walk = walks_[i];
             while (walk.isLost() && walk.position() + further < walk.limit())
-                walk.begin(data, walk.position() + further, walk.limit(), roomUnits);
+                walk.begin(data, walk.position() + further, walk.limit(), room_);
         }
         std::array<JpegWalk*, JpegWalk::mostTogether> going {};
         std::size_t left = 0;

@@ -58,6 +58,7 @@ private:
     std::array<Codes, 4> codes_ {};
     JpegUnit unit_;
     std::vector<JpegWalk> walks_;
+    std::uint32_t room_ = 0; ///< of each
     std::vector<Target> targets_;
     std::array<std::uint32_t, 4> means_ {};
     int unitX_ = 0;
