@@ -42,6 +42,17 @@ def photos(cache, count):
     return [folder / "plain" / name for name in names], [folder / "previews" / name for name in names]
 
 
+def progressive(files):
+    """The same pictures as progressive files, beside the folder of the others."""
+    folder = files[0].parent.with_name("progressive")
+    if not (folder / ".complete").exists():
+        folder.mkdir(parents=True, exist_ok=True)
+        for file in files:
+            subprocess.run(["jpegtran", "-progressive", "-outfile", folder / file.name, file], check=True)
+        (folder / ".complete").touch()
+    return [folder / file.name for file in files]
+
+
 def links(folder, originals, count):
     """`count` names on the originals' data."""
     if not (folder / ".complete").exists():

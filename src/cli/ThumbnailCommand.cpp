@@ -21,6 +21,7 @@ constexpr auto options = std::to_array<Option>({
     { "--display" },
     { "--jobs", OptionValue::required },
     { "--output", OptionValue::required },
+    { "--bytes" },
 });
 
 std::optional<int> sizeIn(Arguments const& arguments)
@@ -61,12 +62,15 @@ std::string_view nameOf(PixelOrigin origin)
     return "full";
 }
 
-FileOutcome outcomeOf(std::string_view path, CGImageBox const& picture)
+FileOutcome outcomeOf(std::string_view path, CGImageBox const& picture, bool areBytesTold)
 {
     std::string line(path);
     line += '\t' + std::to_string(picture.image.size.width);
     line += '\t' + std::to_string(picture.image.size.height);
-    return { true, (line += '\t') += nameOf(picture.origin) };
+    (line += '\t') += nameOf(picture.origin);
+    if (areBytesTold)
+        line += '\t' + std::to_string(picture.bytesRead);
+    return { true, line };
 }
 
 /// One run of the command.
@@ -77,6 +81,7 @@ public:
         , context_(context)
         , size_(*sizeIn(arguments))
         , isDisplay_(arguments.has("--display"))
+        , areBytesTold_(arguments.has("--bytes"))
         , desk_(jobsIn(arguments), size_)
     {
         if (auto const folder = arguments.value("--output"))
@@ -99,7 +104,7 @@ public:
             else if (output_)
                 write(path, url, picture, done);
             else
-                done(outcomeOf(path, *picture));
+                done(outcomeOf(path, *picture, areBytesTold_));
         };
         return isDisplay_ ? desk_.loader.loadDisplayImage(url, std::move(finish))
                           : desk_.loader.loadThumbnail(url, size_, std::move(finish));
@@ -113,7 +118,7 @@ private:
     {
         auto const target = output_->child(std::string(url.name()).append(".png"));
         desk_.background.run(Priority::userInitiated, [this, path, target, picture, done] {
-            auto outcome = outcomeOf(path, *picture);
+            auto outcome = outcomeOf(path, *picture, areBytesTold_);
             if (auto const failure = writePng(picture->image, target))
                 outcome = { false, std::string(target.path()) + ": " + failure->reason };
             desk_.loop.post([done, outcome = std::move(outcome)] { done(outcome); });
@@ -124,6 +129,7 @@ private:
     CommandContext const& context_;
     int size_;
     bool isDisplay_;
+    bool areBytesTold_;
     std::optional<FileUrl> output_;
     std::unordered_set<std::string> names_;
     CommandLoader desk_;
@@ -152,7 +158,7 @@ Command const& thumbnailCommand()
 {
     static constexpr Command command {
         .name = "thumbnail",
-        .usage = "--size N [--display] [--jobs N] [--output DIR] FILE…",
+        .usage = "--size N [--display] [--jobs N] [--bytes] [--output DIR] FILE…",
         .summary = "Decode pictures as the gallery does.",
         .details
         = "Prints path, width, height and where the pixels came from, separated by tabs:\n"
@@ -160,6 +166,7 @@ Command const& thumbnailCommand()
           "scale) or full.\n"
           "  --size N        longest side at most, in pixels\n"
           "  --display       as the viewer does: without the previews in the files\n"
+          "  --bytes         tell last how many bytes of the file were read\n"
           "  --jobs N        pictures decoded side by side; usually the processors\n"
           "  --output DIR    write DIR/NAME.png, NAME with its ending, in a folder that is made\n"
           "                  if it is not there; never over a file: of two files of one\n"

@@ -2,6 +2,7 @@
 #include "codecs/Animation.h"
 #include "codecs/FileProperties.h"
 #include "codecs/ImageCodecs.h"
+#include "decoder/CountedBytes.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
 #include <algorithm>
@@ -13,15 +14,15 @@ namespace pixelhain {
 
 namespace {
 
-// Runs `read` with the opened image. A picture for which there is not enough memory counts as one
-// that cannot be read.
+// Runs `read` with the opened image and counts what is read of its file. A picture for which there
+// is not enough memory counts as one that cannot be read.
 template <typename Result, typename Read>
-std::optional<Result> withImage(FileUrl const& file, Read read)
+std::optional<Result> withImage(FileUrl const& file, std::uint64_t& count, Read read)
 try {
     auto bytes = OpenedFile::open(file);
     if (!bytes || bytes->size() == 0)
         return std::nullopt;
-    auto const image = openImage(std::move(bytes));
+    auto const image = openImage(std::make_unique<CountedBytes>(std::move(bytes), count));
     return image ? read(*image) : std::nullopt;
 } catch (std::exception const&) {
     return std::nullopt;
@@ -31,19 +32,24 @@ try {
 
 std::optional<DecodedPicture> InProcessDecoder::decode(DecodeRequest const& request)
 {
-    return withImage<DecodedPicture>(request.file, [&](ImageSource& image) {
+    std::uint64_t count = 0;
+    auto picture = withImage<DecodedPicture>(request.file, count, [&](ImageSource& image) {
         if (request.smallJpegs == SmallJpegs::pass)
             if (auto passed = passedJpeg(image, request.maxPixel, request.previews))
                 return passed;
         return request.maxPixel > 0 ? decodeImage(image, request.maxPixel, request.previews)
                                     : decodeFullImage(image);
     });
+    if (picture)
+        picture->bytesRead = count;
+    return picture;
 }
 
 std::optional<ImageMeta> InProcessDecoder::readMeta(FileUrl const& file)
 {
+    std::uint64_t count = 0;
     return withImage<ImageMeta>(
-        file, [](ImageSource& image) { return std::optional(pixelhain::readMeta(image)); });
+        file, count, [](ImageSource& image) { return std::optional(pixelhain::readMeta(image)); });
 }
 
 std::optional<PhotoProperties> InProcessDecoder::readProperties(FileUrl const& file)

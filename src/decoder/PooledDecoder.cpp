@@ -100,7 +100,8 @@ std::optional<DecodedPicture> PooledDecoder::decode(DecodeRequest const& request
     auto const response = serve(request.file, job);
     if (!response || (job.bitmap.isEmpty() && !job.jpeg))
         return std::nullopt;
-    return DecodedPicture { std::move(job.bitmap), response->origin, std::move(job.jpeg) };
+    return DecodedPicture { std::move(job.bitmap), response->origin, std::move(job.jpeg),
+        response->bytesRead };
 }
 
 std::optional<ImageMeta> PooledDecoder::readMeta(FileUrl const& file)

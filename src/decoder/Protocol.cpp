@@ -47,7 +47,7 @@ bool hasItsSpace(DecoderRequest const& request, std::size_t descriptors)
 bool saysNothingMore(DecoderResponse const& response)
 {
     return response.origin == PixelOrigin::embedded && response.flags == 0 && response.width == 0
-        && response.height == 0 && response.bytesPerRow == 0;
+        && response.height == 0 && response.bytesPerRow == 0 && response.bytesRead == 0;
 }
 
 bool isPicture(DecoderResponse const& response, DecoderRequest const& asked)
@@ -95,7 +95,7 @@ bool isMeta(DecoderResponse const& response)
     auto const isRight = hasSize ? isSide(response.width) && isSide(response.height)
                                  : response.width == 0 && response.height == 0;
     return isRight && (response.flags & ~known) == 0 && response.origin == PixelOrigin::embedded
-        && response.bytesPerRow == 0 && response.bytes == 0;
+        && response.bytesPerRow == 0 && response.bytes == 0 && response.bytesRead == 0;
 }
 
 // What is in the space is looked at once it is copied out of it.

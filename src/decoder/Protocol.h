@@ -65,9 +65,10 @@ struct DecoderResponse {
     std::int32_t height = 0;
     std::uint64_t bytesPerRow = 0;
     std::uint64_t bytes = 0; ///< written into the space, or missing; of the sign: what holds it
+    std::uint64_t bytesRead = 0; ///< of the file, for a picture
 };
 
-static_assert(sizeof(DecoderRequest) == 40 && sizeof(DecoderResponse) == 40);
+static_assert(sizeof(DecoderRequest) == 40 && sizeof(DecoderResponse) == 48);
 static_assert(std::has_unique_object_representations_v<
                   DecoderRequest> && std::has_unique_object_representations_v<DecoderResponse>);
 

@@ -2,6 +2,7 @@
 #include "codecs/DecodeLimits.h"
 #include "codecs/FileProperties.h"
 #include "decoder/CarefulSource.h"
+#include "decoder/CountedBytes.h"
 #include "decoder/ProcessorAlarm.h"
 #include "decoder/PropertiesRecord.h"
 #include "decoder/SpaceMemory.h"
@@ -110,12 +111,16 @@ try {
     auto bytes = OpenedFile::adopt(std::move(file), request.fileBytes);
     if (request.operation == DecoderOperation::readProperties)
         return readProperties(request, std::move(bytes));
-    auto image = opener_(std::move(bytes));
+    std::uint64_t count = 0;
+    auto image = opener_(std::make_unique<CountedBytes>(std::move(bytes), count));
     if (!image)
         return {};
     if (request.operation == DecoderOperation::readMeta)
         return metaOf(*image);
-    return decode(request, std::move(image), std::move(space));
+    auto response = decode(request, std::move(image), std::move(space));
+    if (response.status == DecoderStatus::done)
+        response.bytesRead = count;
+    return response;
 } catch (...) {
     return {};
 }

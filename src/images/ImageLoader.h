@@ -21,6 +21,7 @@ class WorkQueue;
 struct CGImageBox {
     Bitmap image;
     PixelOrigin origin = PixelOrigin::full;
+    std::uint64_t bytesRead = 0; ///< of the file
 };
 using ImageRef = std::shared_ptr<CGImageBox const>;
 

@@ -43,7 +43,7 @@ ImageRef LoaderCore::decode(FileUrl const& url, int maxPixel, EmbeddedPreviews p
     if (!picture || picture->bitmap.isEmpty())
         return nullptr;
     return std::make_shared<CGImageBox const>(
-        CGImageBox { std::move(picture->bitmap), picture->origin });
+        CGImageBox { std::move(picture->bitmap), picture->origin, picture->bytesRead });
 }
 
 ImageRef LoaderCore::decodeFull(FileUrl const& url) const

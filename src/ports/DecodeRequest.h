@@ -42,6 +42,7 @@ struct DecodedPicture {
     Bitmap bitmap;
     PixelOrigin origin = PixelOrigin::full;
     CodedJpeg jpeg {}; ///< instead of the bitmap, where that was asked for
+    std::uint64_t bytesRead = 0; ///< of the file
 };
 
 } // namespace pixelhain

@@ -100,6 +100,18 @@ TEST_CASE("thumbnails are reported in the order of the arguments, with their ori
     CHECK(desk.errors.text().empty());
 }
 
+TEST_CASE("with --bytes it is told how little of a file was read for its preview")
+{
+    Desk desk;
+    auto file = pictureWithPreview({ 800, 600 }, { 160, 120 });
+    constexpr std::size_t kind = 64; // by which the codec is chosen
+    constexpr std::size_t head = 65536;
+    file.resize(file.size() + 10 * head);
+    auto const path = desk.add("a.jpg", file);
+    CHECK(desk.run({ "thumbnail", "--size", "200", "--bytes" }) == 0);
+    CHECK(desk.out.text() == path + "\t160\t120\tembedded\t" + std::to_string(kind + head) + "\n");
+}
+
 TEST_CASE("with --display previews inside the files are left alone, at any size")
 {
     Desk desk;

@@ -311,6 +311,7 @@ TEST_CASE("metadata beyond any picture, or with pixels, is refused")
         { "an origin", [](auto& r) { r.origin = PixelOrigin::full; } },
         { "rows", [](auto& r) { r.bytesPerRow = 4; } },
         { "bytes", [](auto& r) { r.bytes = 4; } },
+        { "a count of bytes", [](auto& r) { r.bytesRead = 4; } },
     };
     for (auto const& change : changes) {
         CAPTURE(change.what);
