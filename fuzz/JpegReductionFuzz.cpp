@@ -37,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
     auto const size = eighthOf(*whole);
     auto const pixels = drawn(reduction, size);
     auto const theirs = libraryEighth(bytes);
-    if (!theirs || !theirs->isSound || theirs->isProgressive)
+    if (!theirs || !theirs->isSound || theirs->isProgressive || !staysWithinLevels(bytes))
         return 0;
     mustHold(theirs->size == size && theirs->pixels.size() == pixels.size());
     for (std::size_t i = 0; i < pixels.size(); ++i)

@@ -72,7 +72,42 @@ void flatten(jpeg_decompress_struct& library, jvirt_barray_ptr* planes)
     }
 }
 
+bool areLevelsSmall(jpeg_decompress_struct& library, jvirt_barray_ptr* planes)
+{
+    constexpr long most = 8 * 500;
+    for (int i = 0; i < library.num_components; ++i) {
+        auto const& component = library.comp_info[i];
+        for (unsigned y = 0; y < component.height_in_blocks; ++y) {
+            auto** rows = library.mem->access_virt_barray(
+                reinterpret_cast<j_common_ptr>(&library), planes[i], y, 1, FALSE);
+            for (unsigned x = 0; x < component.width_in_blocks; ++x) {
+                long sum = 0;
+                for (int k = 0; k < DCTSIZE2 && component.quant_table != nullptr; ++k)
+                    sum += std::labs(long { rows[0][x][k] } * component.quant_table->quantval[k]);
+                if (sum > most)
+                    return false;
+            }
+        }
+    }
+    return true;
+}
+
 } // namespace
+
+bool staysWithinLevels(std::span<std::uint8_t const> jpeg)
+{
+    Errors errors;
+    jpeg_decompress_struct library {};
+    setErrors(reinterpret_cast<j_common_ptr>(&library), errors);
+    bool const areSmall = [&] {
+        if (setjmp(errors.jump) != 0)
+            return false;
+        readHeader(library, jpeg);
+        return areLevelsSmall(library, jpeg_read_coefficients(&library));
+    }();
+    jpeg_destroy_decompress(&library);
+    return areSmall;
+}
 
 std::optional<LibraryEighth> libraryEighth(std::span<std::uint8_t const> jpeg)
 {

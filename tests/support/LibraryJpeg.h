@@ -21,6 +21,10 @@ struct LibraryEighth {
 };
 std::optional<LibraryEighth> libraryEighth(std::span<std::uint8_t const> jpeg);
 
+/// Whether no block of it can leave the range of grey levels by more than the library is built for:
+/// beyond that its instruction sets differ from each other.
+bool staysWithinLevels(std::span<std::uint8_t const> jpeg);
+
 /// The same picture, its blocks as flat as their means.
 std::vector<std::uint8_t> withMeansOnly(std::span<std::uint8_t const> jpeg);
 
