@@ -2,12 +2,25 @@
 #include "codecs/DecodeLimits.h"
 #include "codecs/PhotoSource.h"
 #include "codecs/TiffDecoder.h"
+#include "codecs/TiffReader.h"
 
 namespace pixelhain {
 
 namespace {
 
 constexpr std::size_t headBytes = std::size_t { 16 } << 10;
+
+// The thumbnail in the second directory; what is not said to be a reduced picture is a page.
+std::optional<ByteRange> thumbnailIn(ByteSource const& bytes)
+{
+    auto const reader = TiffReader::open(bytes);
+    auto const first = reader ? reader->directory(reader->firstDirectory()) : std::nullopt;
+    auto const second = first ? reader->directory(first->next) : std::nullopt;
+    if (!second
+        || (reader->number(*second, TIFFTAG_SUBFILETYPE).value_or(0) & FILETYPE_REDUCEDIMAGE) == 0)
+        return {};
+    return readExif(bytes, 0, bytes.size()).thumbnail;
+}
 
 class TiffSource final : public PhotoSource {
 public:
@@ -26,6 +39,7 @@ public:
         auto const orientation = file_.number<std::uint16_t>(TIFFTAG_ORIENTATION, 1);
         if (orientation >= 1 && orientation <= 8)
             traits.exif.orientation = orientation;
+        traits.exif.thumbnail = thumbnailIn(this->bytes());
         setTraits(traits);
     }
 

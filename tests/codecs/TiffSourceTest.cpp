@@ -1,5 +1,6 @@
 #include "codecs/ByteView.h"
 #include "codecs/CodecSupport.h"
+#include "support/ByteWriter.h"
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -9,7 +10,61 @@ namespace {
 using Kind = TiffOptions::Kind;
 using Packing = TiffOptions::Packing;
 
+// A second directory that holds a JPEG behind a TIFF of little-endian numbers.
+FileBytes withSecondJpeg(FileBytes tiff, FileBytes const& jpeg, unsigned subfileType)
+{
+    ByteWriter out;
+    out.bytes = std::move(tiff);
+    out.pad(2);
+    auto const number = [&](std::size_t at, int bytes) {
+        std::size_t value = 0;
+        for (int i = bytes; i-- > 0;)
+            value = value << 8 | out.bytes.at(at + static_cast<std::size_t>(i));
+        return value;
+    };
+    auto const first = number(4, 4);
+    out.put32(first + 2 + 12 * number(first, 2), out.size());
+    auto const field = [&](unsigned tag, std::size_t value) {
+        out.u16(tag);
+        out.u16(4);
+        out.u32(1);
+        out.u32(value);
+    };
+    constexpr unsigned fields = 4;
+    out.u16(fields);
+    auto const behind = out.size() + fields * 12 + 4;
+    field(0x00FE, subfileType);
+    field(0x0103, 6);
+    field(0x0201, behind);
+    field(0x0202, jpeg.size());
+    out.u32(0);
+    out.raw(jpeg);
+    return out.bytes;
+}
+
 } // namespace
+
+TEST_CASE("a TIFF's thumbnail is a preview, turned with the picture, and a second page is none")
+{
+    auto const photo = sampleColors({ 800, 600 });
+    auto const small = writeJpeg(sampleColors({ 160, 120 }));
+    TiffOptions options;
+    options.orientation = 6;
+    auto const source = opened(withSecondJpeg(writeTiff(photo, options), small, 1));
+    REQUIRE(source);
+    REQUIRE(source->previews() == std::vector { PixelSize { 120, 160 } });
+    auto const preview = source->decodePreview(0, 512);
+    REQUIRE(preview);
+    CHECK(preview->bitmap.size == PixelSize { 120, 160 });
+    CHECK(source->frameCount() == 1);
+    auto const pages = opened(withSecondJpeg(writeTiff(photo), small, 0));
+    REQUIRE(pages);
+    CHECK(pages->previews().empty());
+    auto const other = writeJpeg(sampleColors({ 120, 160 }));
+    auto const crooked = opened(withSecondJpeg(writeTiff(photo), other, 1));
+    REQUIRE(crooked);
+    CHECK(crooked->previews().empty());
+}
 
 TEST_CASE("TIFFs of every kind come out with their size and colours")
 {
