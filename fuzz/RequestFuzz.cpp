@@ -19,7 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
     mustHold(request->id != 0 && request->maxPixel >= 0);
     mustHold(request->operation == DecoderOperation::readMeta
         || request->operation == DecoderOperation::decode
-        || request->operation == DecoderOperation::readProperties);
+        || request->operation == DecoderOperation::readProperties
+        || request->operation == DecoderOperation::glance);
     mustHold((request->space == DecoderSpace::none) != needsSpace(request->operation));
     return 0;
 }

@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
         return 0;
     DecoderRequest asked;
     asked.id = data[0];
-    asked.operation = static_cast<DecoderOperation>(1 + data[1] % 3);
+    asked.operation = static_cast<DecoderOperation>(1 + data[1] % 4);
     asked.space = needsSpace(asked.operation) ? DecoderSpace::own : DecoderSpace::none;
     std::uint16_t most = 0;
     std::memcpy(&most, data + 2, sizeof most);
@@ -31,7 +31,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
     mustHold(response->id == asked.id);
     mustHold(
         asked.operation != DecoderOperation::readProperties || response->bytes <= asked.spaceBytes);
-    if (asked.operation != DecoderOperation::decode || response->status != DecoderStatus::done)
+    bool const isPicture = asked.operation == DecoderOperation::decode
+        || (asked.operation == DecoderOperation::glance && response->bytesPerRow > 0);
+    if (!isPicture || response->status != DecoderStatus::done)
         return 0;
     auto const width = static_cast<std::uint64_t>(response->width);
     auto const height = static_cast<std::uint64_t>(response->height);

@@ -52,6 +52,12 @@ std::optional<ImageMeta> InProcessDecoder::readMeta(FileUrl const& file)
         file, count, [](ImageSource& image) { return std::optional(pixelhain::readMeta(image)); });
 }
 
+std::optional<Glance> InProcessDecoder::glance(FileUrl const& file, int maxPixel)
+{
+    return withImage<Glance>(
+        file, [maxPixel](ImageSource& image) { return std::optional(glanceAt(image, maxPixel)); });
+}
+
 std::optional<PhotoProperties> InProcessDecoder::readProperties(FileUrl const& file)
 try {
     auto bytes = OpenedFile::open(file);

@@ -118,6 +118,25 @@ std::optional<ImageMeta> PooledDecoder::readMeta(FileUrl const& file)
     return meta;
 }
 
+std::optional<Glance> PooledDecoder::glance(FileUrl const& file, int maxPixel)
+{
+    if (maxPixel <= 0)
+        return std::nullopt;
+    Job job;
+    job.request.operation = DecoderOperation::glance;
+    job.request.maxPixel = maxPixel;
+    auto const response = serve(file, job);
+    if (!response)
+        return std::nullopt;
+    Glance glance;
+    if ((response->flags & DecoderResponse::hasSize) != 0)
+        glance.meta.size = PixelSize { response->photoWidth, response->photoHeight };
+    glance.meta.isAnimated = (response->flags & DecoderResponse::isAnimated) != 0;
+    glance.isQuick = (response->flags & DecoderResponse::isQuick) != 0;
+    glance.embedded = std::move(job.bitmap);
+    return glance;
+}
+
 std::optional<PhotoProperties> PooledDecoder::readProperties(FileUrl const& file)
 {
     Job job;
@@ -225,7 +244,7 @@ PooledDecoder::Next PooledDecoder::hear(
     switch (response.status) {
     case DecoderStatus::done:
         job.response = response;
-        if (job.request.operation == DecoderOperation::decode && !job.jpeg)
+        if (response.bytesPerRow > 0)
             job.bitmap = pixels(worker, job, response);
         return Next::stop;
     case DecoderStatus::needsSpace:

@@ -28,6 +28,7 @@ public:
 
     [[nodiscard]] std::optional<DecodedPicture> decode(DecodeRequest const& request) override;
     [[nodiscard]] std::optional<ImageMeta> readMeta(FileUrl const& file) override;
+    [[nodiscard]] std::optional<Glance> glance(FileUrl const& file, int maxPixel) override;
     [[nodiscard]] std::optional<PhotoProperties> readProperties(FileUrl const& file) override;
     [[nodiscard]] std::unique_ptr<AnimationSource> openAnimation(
         FileUrl const& file, int maxPixel) override;

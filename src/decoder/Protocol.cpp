@@ -26,9 +26,8 @@ template <typename Record> std::optional<Record> recordIn(DecoderMessage const& 
 bool isKnown(DecoderRequest const& request)
 {
     return request.operation >= DecoderOperation::readMeta
-        && request.operation <= DecoderOperation::readProperties
-        && request.space <= DecoderSpace::passed && request.previews <= EmbeddedPreviews::prefer
-        && request.smallJpegs <= SmallJpegs::pass
+        && request.operation <= DecoderOperation::glance && request.space <= DecoderSpace::passed
+        && request.previews <= EmbeddedPreviews::only && request.smallJpegs <= SmallJpegs::pass
         && std::ranges::all_of(request.unused, [](auto byte) { return byte == 0; });
 }
 
@@ -47,15 +46,15 @@ bool hasItsSpace(DecoderRequest const& request, std::size_t descriptors)
 bool saysNothingMore(DecoderResponse const& response)
 {
     return response.origin == PixelOrigin::embedded && response.flags == 0 && response.width == 0
-        && response.height == 0 && response.bytesPerRow == 0 && response.bytesRead == 0;
+        && response.height == 0 && response.bytesPerRow == 0 && response.bytesRead == 0
+        && response.photoWidth == 0 && response.photoHeight == 0;
 }
 
-bool isPicture(DecoderResponse const& response, DecoderRequest const& asked)
+bool hasPixels(DecoderResponse const& response, DecoderRequest const& asked)
 {
     auto const width = response.width;
     auto const height = response.height;
-    if (response.origin > PixelOrigin::full || (response.flags & ~DecoderResponse::isOpaque) != 0
-        || !isWithinLimits(width, height)
+    if (!isWithinLimits(width, height)
         || (asked.maxPixel > 0 && std::max(width, height) > asked.maxPixel))
         return false;
     // Longer rows than any bitmap's would make a small picture cost as much as a large one.
@@ -68,11 +67,24 @@ bool isPicture(DecoderResponse const& response, DecoderRequest const& asked)
         && response.bytes == response.bytesPerRow * rows;
 }
 
+bool saysNothingOfPhoto(DecoderResponse const& response)
+{
+    return response.photoWidth == 0 && response.photoHeight == 0;
+}
+
+bool isPicture(DecoderResponse const& response, DecoderRequest const& asked)
+{
+    return response.origin <= PixelOrigin::full
+        && (response.flags & ~DecoderResponse::isOpaque) == 0 && saysNothingOfPhoto(response)
+        && hasPixels(response, asked);
+}
+
 // What is in the space is looked at once it is copied out of it.
 bool isCodedPicture(DecoderResponse const& response, DecoderRequest const& asked)
 {
     return asked.smallJpegs == SmallJpegs::pass && response.flags == DecoderResponse::isCoded
-        && response.origin <= PixelOrigin::full && isWithinLimits(response.width, response.height)
+        && saysNothingOfPhoto(response) && response.origin <= PixelOrigin::full
+        && isWithinLimits(response.width, response.height)
         && std::max(response.width, response.height) <= asked.maxPixel && response.bytesPerRow == 0
         && response.bytes > 0 && response.bytes <= asked.spaceBytes
         && response.bytes <= mostBareBytes(asked.maxPixel);
@@ -87,15 +99,33 @@ std::uint64_t mostSpace(DecoderRequest const& asked)
         DecodeLimits::bitmap, spaceForPicture({ asked.maxPixel, asked.maxPixel }));
 }
 
+// The size that is stated, where one is.
+bool isStatedSize(DecoderResponse const& response, std::int32_t width, std::int32_t height)
+{
+    auto const isSide = [](std::int32_t side) { return side > 0 && side <= largestStatedSide; };
+    return (response.flags & DecoderResponse::hasSize) != 0 ? isSide(width) && isSide(height)
+                                                            : width == 0 && height == 0;
+}
+
 bool isMeta(DecoderResponse const& response)
 {
     constexpr auto known = DecoderResponse::hasSize | DecoderResponse::isAnimated;
-    auto const isSide = [](std::int32_t side) { return side > 0 && side <= largestStatedSide; };
-    auto const hasSize = (response.flags & DecoderResponse::hasSize) != 0;
-    auto const isRight = hasSize ? isSide(response.width) && isSide(response.height)
-                                 : response.width == 0 && response.height == 0;
-    return isRight && (response.flags & ~known) == 0 && response.origin == PixelOrigin::embedded
-        && response.bytesPerRow == 0 && response.bytes == 0 && response.bytesRead == 0;
+    return isStatedSize(response, response.width, response.height) && (response.flags & ~known) == 0
+        && response.origin == PixelOrigin::embedded && response.bytesPerRow == 0
+        && response.bytes == 0 && response.bytesRead == 0 && saysNothingOfPhoto(response);
+}
+
+bool isGlance(DecoderResponse const& response, DecoderRequest const& asked)
+{
+    constexpr auto known = DecoderResponse::hasSize | DecoderResponse::isAnimated
+        | DecoderResponse::isOpaque | DecoderResponse::isQuick;
+    if ((response.flags & ~known) != 0 || response.bytesRead != 0
+        || response.origin != PixelOrigin::embedded
+        || !isStatedSize(response, response.photoWidth, response.photoHeight))
+        return false;
+    bool const isBare = response.width == 0 && response.height == 0 && response.bytesPerRow == 0
+        && response.bytes == 0 && (response.flags & DecoderResponse::isOpaque) == 0;
+    return isBare || hasPixels(response, asked);
 }
 
 // What is in the space is looked at once it is copied out of it.
@@ -114,6 +144,8 @@ bool isWhatWasAsked(DecoderResponse const& response, DecoderRequest const& asked
         return isPicture(response, asked) || isCodedPicture(response, asked);
     case DecoderOperation::readProperties:
         return isProperties(response, asked);
+    case DecoderOperation::glance:
+        return isGlance(response, asked);
     }
     return false;
 }

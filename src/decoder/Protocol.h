@@ -17,6 +17,7 @@ enum class DecoderOperation : std::uint16_t {
     readMeta = 1, ///< the upright size, and whether the file is an animation
     decode, ///< a picture of at most `maxPixel`, into the space
     readProperties, ///< what the file states about its photo, packed into the space
+    glance, ///< the metadata, and a small embedded picture into the space if there is one
 };
 
 /// Where the answer's bytes go.
@@ -55,6 +56,7 @@ struct DecoderResponse {
     static constexpr std::uint8_t hasSize = 2;
     static constexpr std::uint8_t isAnimated = 4;
     static constexpr std::uint8_t isCoded = 8; ///< a JPEG and no pixels; it has no rows
+    static constexpr std::uint8_t isQuick = 16; ///< of a glance
 
     std::uint32_t magic = theMagic;
     DecoderStatus status = DecoderStatus::nothing;
@@ -66,9 +68,11 @@ struct DecoderResponse {
     std::uint64_t bytesPerRow = 0;
     std::uint64_t bytes = 0; ///< written into the space, or missing; of the sign: what holds it
     std::uint64_t bytesRead = 0; ///< of the file, for a picture
+    std::int32_t photoWidth = 0; ///< of a glance: the upright size, beside that of its picture
+    std::int32_t photoHeight = 0;
 };
 
-static_assert(sizeof(DecoderRequest) == 40 && sizeof(DecoderResponse) == 48);
+static_assert(sizeof(DecoderRequest) == 40 && sizeof(DecoderResponse) == 56);
 static_assert(std::has_unique_object_representations_v<
                   DecoderRequest> && std::has_unique_object_representations_v<DecoderResponse>);
 

@@ -37,6 +37,15 @@ DecoderResponse plainResponse(DecoderStatus status, std::uint64_t bytes)
     return response;
 }
 
+// The size as it may be stated; nothing if it is none that could be.
+std::optional<PixelSize> statedSize(ImageMeta const& meta)
+{
+    if (!meta.size || meta.size->longestSide() > largestStatedSide
+        || std::min(meta.size->width, meta.size->height) <= 0)
+        return std::nullopt;
+    return meta.size;
+}
+
 DecoderResponse metaOf(ImageSource& image)
 {
     auto const meta = readMeta(image);
@@ -44,11 +53,10 @@ DecoderResponse metaOf(ImageSource& image)
     response.status = DecoderStatus::done;
     if (meta.isAnimated)
         response.flags |= DecoderResponse::isAnimated;
-    if (meta.size && meta.size->longestSide() <= largestStatedSide
-        && std::min(meta.size->width, meta.size->height) > 0) {
+    if (auto const size = statedSize(meta)) {
         response.flags |= DecoderResponse::hasSize;
-        response.width = meta.size->width;
-        response.height = meta.size->height;
+        response.width = size->width;
+        response.height = size->height;
     }
     return response;
 }
@@ -117,6 +125,8 @@ try {
         return {};
     if (request.operation == DecoderOperation::readMeta)
         return metaOf(*image);
+    if (request.operation == DecoderOperation::glance)
+        return glance(request, std::move(image));
     auto response = decode(request, std::move(image), std::move(space));
     if (response.status == DecoderStatus::done)
         response.bytesRead = count;
@@ -154,6 +164,32 @@ DecoderResponse Worker::decode(
     if (auto const missing = careful.missingMemory())
         return plainResponse(DecoderStatus::needsMemory, *missing);
     return {};
+}
+
+// A picture that does not fit is left out: the next one to come is better anyway.
+DecoderResponse Worker::glance(
+    DecoderRequest const& request, std::unique_ptr<ImageSource> image) const
+{
+    CarefulSource careful(std::move(image), memory_);
+    auto const glance = [&] {
+        SpaceMemory const memory(space_, request.maxPixel);
+        return glanceAt(careful, request.maxPixel);
+    }();
+    DecoderResponse response;
+    response.status = DecoderStatus::done;
+    if (!glance.embedded.isEmpty()
+        && glance.embedded.cost() <= std::min<std::uint64_t>(request.spaceBytes, space_.size()))
+        response = deliver({ glance.embedded, PixelOrigin::embedded }, space_);
+    if (glance.meta.isAnimated)
+        response.flags |= DecoderResponse::isAnimated;
+    if (glance.isQuick)
+        response.flags |= DecoderResponse::isQuick;
+    if (auto const size = statedSize(glance.meta)) {
+        response.flags |= DecoderResponse::hasSize;
+        response.photoWidth = size->width;
+        response.photoHeight = size->height;
+    }
+    return response;
 }
 
 DecoderResponse Worker::readProperties(

@@ -30,6 +30,8 @@ private:
         DecoderRequest const& request, Descriptor file, Descriptor space) const;
     [[nodiscard]] DecoderResponse decode(
         DecoderRequest const& request, std::unique_ptr<ImageSource> image, Descriptor space) const;
+    [[nodiscard]] DecoderResponse glance(
+        DecoderRequest const& request, std::unique_ptr<ImageSource> image) const;
     [[nodiscard]] DecoderResponse readProperties(
         DecoderRequest const& request, std::unique_ptr<ByteSource> file) const;
     [[nodiscard]] static DecoderResponse deliver(

@@ -34,6 +34,23 @@ std::optional<DecodedImage> decodeAcceptedPreview(ImageSource& source, int maxPi
     return std::nullopt;
 }
 
+// The smallest preview that is large enough, else the next smaller ones. One with many more pixels
+// than are wanted takes as long as the picture itself.
+std::optional<DecodedImage> decodeBestPreview(ImageSource& source, int maxPixel)
+{
+    constexpr int mostTimes = 2;
+    auto const sizes = source.previews();
+    auto const isEnough = [&](PixelSize size) { return acceptsPreview(size, maxPixel, {}); };
+    auto const found = std::ranges::find_if(sizes, isEnough);
+    auto index = static_cast<std::size_t>(found - sizes.begin());
+    if (found != sizes.end() && found->longestSide() <= mostTimes * maxPixel)
+        ++index;
+    while (index-- > 0)
+        if (auto image = source.decodePreview(index, maxPixel); holdsPixels(image))
+            return image;
+    return std::nullopt;
+}
+
 DecodedPicture finish(
     DecodedImage const& image, int maxPixel, bool isScaledRead, PixelOrigin origin)
 {
@@ -61,9 +78,15 @@ bool acceptsPreview(PixelSize preview, int maxPixel, std::optional<PixelSize> co
 std::optional<DecodedPicture> decodeImage(
     ImageSource& source, int maxPixel, EmbeddedPreviews previews)
 {
-    if (previews == EmbeddedPreviews::prefer)
-        if (auto const preview = decodeAcceptedPreview(source, maxPixel))
+    if (previews != EmbeddedPreviews::ignore) {
+        auto const preview = previews == EmbeddedPreviews::only
+            ? decodeBestPreview(source, maxPixel)
+            : decodeAcceptedPreview(source, maxPixel);
+        if (preview)
             return finish(*preview, maxPixel, true, PixelOrigin::embedded);
+        if (previews == EmbeddedPreviews::only)
+            return std::nullopt;
+    }
     if (auto const image = source.decode(maxPixel); holdsPixels(image)) {
         auto const origin = image->wasReduced ? PixelOrigin::scaled : PixelOrigin::full;
         return finish(*image, maxPixel, true, origin);
@@ -109,6 +132,25 @@ ImageMeta readMeta(ImageSource& source)
         meta.size = uprightSize(*meta.size, source.orientation());
     meta.isAnimated = isAnimatedType(source.typeIdentifier()) && source.frameCount() > 1;
     return meta;
+}
+
+// A damaged preview gives way to the next larger one.
+Glance glanceAt(ImageSource& source, int maxPixel)
+{
+    Glance glance { readMeta(source) };
+    auto const picture = source.pixelSize();
+    auto const sizes = source.previews();
+    for (std::size_t index = 0; index < sizes.size(); ++index) {
+        if (acceptsPreview(sizes[index], maxPixel, picture)) {
+            glance.isQuick = true;
+            break;
+        }
+        if (!glance.embedded.isEmpty())
+            continue;
+        if (auto const image = source.decodePreview(index, maxPixel); holdsPixels(image))
+            glance.embedded = image->bitmap;
+    }
+    return glance;
 }
 
 bool isAnimatedType(std::string_view typeIdentifier)

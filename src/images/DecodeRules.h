@@ -17,8 +17,9 @@ namespace pixelhain {
     PixelSize preview, int maxPixel, std::optional<PixelSize> const& picture);
 
 /// Reduces the picture of `source` to a longest side of `maxPixel`, upright and in sRGB. Where
-/// previews are preferred, the smallest that is accepted and not damaged is taken. The picture is
-/// read whole, as stored, only if it cannot be had reduced.
+/// previews are preferred, the smallest that is accepted and not damaged is taken. Where nothing
+/// else will do, it is that or the largest below it, unless it has many more pixels than are
+/// wanted. The picture is read whole, as stored, only if it cannot be had reduced.
 [[nodiscard]] std::optional<DecodedPicture> decodeImage(
     ImageSource& source, int maxPixel, EmbeddedPreviews previews);
 
@@ -33,6 +34,10 @@ namespace pixelhain {
 /// The upright size of the picture, and whether the file is an animation. Frames are counted in the
 /// formats that can be animated only.
 [[nodiscard]] ImageMeta readMeta(ImageSource& source);
+
+/// A first look: the metadata, and the smallest of the previews unless it would be accepted for a
+/// picture of `maxPixel`, which is made as fast then.
+[[nodiscard]] Glance glanceAt(ImageSource& source, int maxPixel);
 
 /// Whether files of this uniform type identifier can be animations.
 [[nodiscard]] bool isAnimatedType(std::string_view typeIdentifier);

@@ -66,6 +66,96 @@ template <typename Result> auto onQueue(WorkQueue& queue, std::function<Result(L
     };
 }
 
+// A thumbnail that is asked for in steps. What is called belongs to the main thread.
+struct PendingThumbnail {
+    FileUrl url;
+    int maxPixel = 0;
+    Turn turn {};
+    CancelFlag flag {};
+    ImageLoader::LookDone looked {};
+    ImageLoader::ImageDone done {};
+};
+
+using Thumbnail = std::shared_ptr<PendingThumbnail>;
+
+void deliverThumbnail(MainLoop& loop, Thumbnail const& pending, ImageRef image)
+{
+    loop.post([pending, image = std::move(image)]() mutable {
+        pending->looked = nullptr;
+        if (auto const done = std::exchange(pending->done, nullptr))
+            done(std::move(image));
+    });
+}
+
+void addThumbnailItems(Core const& core);
+
+// An item does the job that is most urgent when it starts, whichever it was added for.
+void runThumbnailItem(Core const& core)
+{
+    if (core->isClosed())
+        return;
+    if (auto const job = core->thumbnails.start())
+        job->run();
+    addThumbnailItems(core);
+}
+
+void addThumbnailItems(Core const& core)
+{
+    for (auto missing = core->thumbnails.claimItems(); missing > 0; --missing)
+        core->enqueue(core->thumbQueue(), [core] { runThumbnailItem(core); });
+}
+
+// The core holds the jobs, so these do not hold it.
+void addThumbnailJob(
+    LoaderCore& core, Thumbnail const& pending, ThumbnailJobs::Step step, std::function<void()> run)
+{
+    core.thumbnails.add({ pending, pending->turn, step,
+        [flag = &pending->flag] { return flag->isSet(); }, std::move(run) });
+}
+
+void addDecoding(LoaderCore& core, Thumbnail const& pending, ThumbnailJobs::Step step)
+{
+    addThumbnailJob(core, pending, step, [&core, pending] {
+        auto image = core.findOrMakeThumbnail(pending->url, pending->maxPixel);
+        deliverThumbnail(core.loop(), pending, std::move(image));
+    });
+}
+
+void lookInto(LoaderCore& core, Thumbnail const& pending)
+{
+    auto glance = core.glance(pending->url, pending->maxPixel);
+    FirstLook look;
+    bool const isQuick = glance && glance->isQuick;
+    if (glance) {
+        look.meta = glance->meta;
+        if (!glance->embedded.isEmpty())
+            look.embedded = std::make_shared<CGImageBox const>(
+                CGImageBox { std::move(glance->embedded), PixelOrigin::embedded });
+    }
+    core.loop().post([pending, look = std::move(look)] {
+        if (auto const looked = std::exchange(pending->looked, nullptr))
+            looked(look);
+    });
+    using Step = ThumbnailJobs::Step;
+    addDecoding(core, pending, isQuick ? Step::quick : Step::slow);
+}
+
+void beginThumbnail(Core const& core, Thumbnail const& pending, ThumbnailJobs::Step step)
+{
+    if (auto hit = core->findThumbnail(pending->url, pending->maxPixel)) {
+        core->thumbnails.forget(pending);
+        deliverThumbnail(core->loop(), pending, std::move(hit));
+    } else if (pending->flag.isSet()) {
+        core->thumbnails.forget(pending);
+    } else if (step == ThumbnailJobs::Step::glance) {
+        addThumbnailJob(
+            *core, pending, step, [core = core.get(), pending] { lookInto(*core, pending); });
+    } else {
+        addDecoding(*core, pending, step);
+    }
+    addThumbnailItems(core);
+}
+
 void addPictureItems(Core const& core);
 
 // An item takes the job that is most urgent when it starts, whichever it was added for.
@@ -127,6 +217,31 @@ Task ImageLoader::loadThumbnail(FileUrl const& url, int maxPixel, ImageDone done
         std::move(done));
 }
 
+Task ImageLoader::loadThumbnail(
+    FileUrl const& url, int maxPixel, Turn const& turn, LookDone looked, ImageDone done)
+{
+    auto const pending = std::make_shared<PendingThumbnail>();
+    pending->url = url;
+    pending->maxPixel = maxPixel;
+    pending->turn = turn;
+    auto const step = looked ? ThumbnailJobs::Step::glance : ThumbnailJobs::Step::slow;
+    pending->looked = std::move(looked);
+    pending->done = std::move(done);
+    addThumbnailJob(*core_, pending, step, nullptr);
+    core_->background().run(Priority::userInteractive,
+        [core = core_, pending, step] { beginThumbnail(core, pending, step); });
+    return Task([pending] {
+        pending->flag.set();
+        pending->looked = nullptr;
+        pending->done = nullptr;
+    });
+}
+
+void ImageLoader::turnsChanged()
+{
+    addThumbnailItems(core_);
+}
+
 Task ImageLoader::loadMeta(FileUrl const& url, MetaDone done)
 {
     using Meta = std::optional<ImageMeta>;
@@ -155,6 +270,17 @@ Task ImageLoader::loadFullImage(FileUrl const& url, ImageDone done)
 ImageRef ImageLoader::cachedThumbnail(FileUrl const& url, int maxPixel) const
 {
     return core_->findThumbnail(url, maxPixel);
+}
+
+// The gallery asks for multiples of this, up to the largest cells on the finest screens.
+ImageRef ImageLoader::largestCachedThumbnail(FileUrl const& url) const
+{
+    constexpr int step = 128;
+    constexpr int largest = 12 * step;
+    for (int pixels = largest; pixels > 0; pixels -= step)
+        if (auto found = core_->findThumbnail(url, pixels))
+            return found;
+    return nullptr;
 }
 
 ImageRef ImageLoader::cachedDisplayImage(FileUrl const& url) const

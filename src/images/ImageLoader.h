@@ -4,6 +4,7 @@
 #include "base/Task.h"
 #include "images/DisplayPixelSize.h"
 #include "images/MemoryCache.h"
+#include "images/Turn.h"
 #include "ports/ImageDecoder.h"
 #include <functional>
 #include <memory>
@@ -28,6 +29,12 @@ using ImageRef = std::shared_ptr<CGImageBox const>;
 /// One file's metadata, as the cache holds it.
 struct ImageMetaBox {
     ImageMeta meta;
+};
+
+/// What is known of a photo before its thumbnail is made.
+struct FirstLook {
+    std::optional<ImageMeta> meta;
+    ImageRef embedded; ///< a small picture of it; null if there is none
 };
 
 /// The one place where image files are decoded: thumbnails, display images, full images and
@@ -58,6 +65,7 @@ public:
     };
     using ImageDone = std::function<void(ImageRef)>; ///< null: there is no picture
     using MetaDone = std::function<void(std::optional<ImageMeta>)>;
+    using LookDone = std::function<void(FirstLook const&)>;
 
     explicit ImageLoader(Services const& services);
     ImageLoader(Services const& services, Limits const& limits);
@@ -70,11 +78,21 @@ public:
     /// item starts never touches the file; one dropped later still fills the cache.
     [[nodiscard]] Task loadThumbnail(FileUrl const& url, int maxPixel, ImageDone done);
     [[nodiscard]] Task loadMeta(FileUrl const& url, MetaDone done);
+    /// The thumbnail when its turn comes. Unless `looked` is empty, the file is looked into first,
+    /// as long before as it takes to look into all others of its kind, and `looked` is called
+    /// before `done`; its metadata is kept, its picture is not. A thumbnail that is cached comes
+    /// without.
+    [[nodiscard]] Task loadThumbnail(
+        FileUrl const& url, int maxPixel, Turn const& turn, LookDone looked, ImageDone done);
+    /// To be called after turns were changed that loads were asked for with.
+    void turnsChanged();
     [[nodiscard]] Task loadDisplayImage(FileUrl const& url, ImageDone done);
     [[nodiscard]] Task loadFullImage(FileUrl const& url, ImageDone done);
 
     /// Plain look-ups: null or nothing when not cached. Any thread.
     [[nodiscard]] ImageRef cachedThumbnail(FileUrl const& url, int maxPixel) const;
+    /// The largest thumbnail of the gallery's sizes.
+    [[nodiscard]] ImageRef largestCachedThumbnail(FileUrl const& url) const;
     [[nodiscard]] ImageRef cachedDisplayImage(FileUrl const& url) const;
     [[nodiscard]] std::optional<ImageMeta> knownMeta(FileUrl const& url) const;
 

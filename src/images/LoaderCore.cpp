@@ -69,6 +69,20 @@ ImageRef LoaderCore::makeThumbnail(FileUrl const& url, int maxPixel)
     return image;
 }
 
+ImageRef LoaderCore::findOrMakeThumbnail(FileUrl const& url, int maxPixel)
+{
+    auto known = findThumbnail(url, maxPixel);
+    return known ? known : makeThumbnail(url, maxPixel);
+}
+
+std::optional<Glance> LoaderCore::glance(FileUrl const& url, int maxPixel)
+{
+    auto glance = services_.decoder.glance(url, maxPixel);
+    if (glance)
+        keepMeta(url, glance->meta);
+    return glance;
+}
+
 ImageRef LoaderCore::findDisplayImage(FileUrl const& url)
 {
     return displayCache_.find(imageKey(displayPixelSize, url));
@@ -104,11 +118,16 @@ std::optional<ImageMeta> LoaderCore::findOrReadMeta(FileUrl const& url)
     if (auto known = findMeta(url))
         return known;
     auto const meta = readMeta(url);
-    // A key of its own: the one asked with may hold the names of a whole folder in memory.
     if (meta)
-        metaCache_.store(
-            FileUrl(url.path()), std::make_shared<ImageMetaBox const>(ImageMetaBox { *meta }));
+        keepMeta(url, *meta);
     return meta;
+}
+
+// A key of its own: the one asked with may hold the names of a whole folder in memory.
+void LoaderCore::keepMeta(FileUrl const& url, ImageMeta const& meta)
+{
+    metaCache_.store(
+        FileUrl(url.path()), std::make_shared<ImageMetaBox const>(ImageMetaBox { meta }));
 }
 
 } // namespace pixelhain

@@ -3,6 +3,7 @@
 #include "images/ImageLoader.h"
 #include "images/MemoryCache.h"
 #include "images/PictureJobs.h"
+#include "images/ThumbnailJobs.h"
 #include "ports/ImageDecoder.h"
 #include <atomic>
 #include <functional>
@@ -23,6 +24,7 @@ public:
 
     MainLoop& loop() const { return services_.loop; }
     Background& background() const { return services_.background; }
+    WorkQueue& thumbQueue() const { return services_.thumbQueue; }
     WorkQueue& displayQueue() const { return services_.displayQueue; }
 
     /// Adds an item to one of the loader's queues; does nothing once the loader is closed, because
@@ -37,6 +39,9 @@ public:
 
     ImageRef findThumbnail(FileUrl const& url, int maxPixel);
     ImageRef makeThumbnail(FileUrl const& url, int maxPixel);
+    ImageRef findOrMakeThumbnail(FileUrl const& url, int maxPixel);
+    /// Keeps the metadata that it finds.
+    std::optional<Glance> glance(FileUrl const& url, int maxPixel);
     ImageRef findDisplayImage(FileUrl const& url);
     ImageRef makeDisplayImage(FileUrl const& url, int pixels);
     /// What a job is about: from the cache if it is there by now, else decoded.
@@ -46,8 +51,11 @@ public:
 
     std::atomic<int> displayPixelSize;
     PictureJobs pictures;
+    ThumbnailJobs thumbnails;
 
 private:
+    void keepMeta(FileUrl const& url, ImageMeta const& meta);
+
     ImageLoader::Services services_;
     MemoryCache<std::string, CGImageBox> thumbCache_;
     MemoryCache<FileUrl, ImageMetaBox> metaCache_;

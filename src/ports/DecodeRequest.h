@@ -25,7 +25,11 @@ enum class PixelOrigin : std::uint8_t {
     full, ///< the picture itself, every pixel read
 };
 
-enum class EmbeddedPreviews : std::uint8_t { ignore, prefer };
+enum class EmbeddedPreviews : std::uint8_t {
+    ignore,
+    prefer,
+    only, ///< the best there is, or nothing: of any size, but for those that take too long
+};
 
 /// Whether a JPEG in the file that is as small as the answer may come as it is, not as pixels.
 enum class SmallJpegs : std::uint8_t { decode, pass };
@@ -43,6 +47,16 @@ struct DecodedPicture {
     PixelOrigin origin = PixelOrigin::full;
     CodedJpeg jpeg {}; ///< instead of the bitmap, where that was asked for
     std::uint64_t bytesRead = 0; ///< of the file
+};
+
+/// What a first look into a file yields, long before its picture is decoded.
+struct Glance {
+    ImageMeta meta;
+    /// The smallest picture that is embedded in the file and shows all of the photo, upright and
+    /// without bars. Empty if there is none, or none that is smaller than what is wanted.
+    Bitmap embedded {};
+    /// An embedded picture will do for what is wanted, so that comes soon.
+    bool isQuick = false;
 };
 
 } // namespace pixelhain

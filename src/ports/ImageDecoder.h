@@ -15,6 +15,9 @@ public:
     virtual ~ImageDecoder() = default;
     [[nodiscard]] virtual std::optional<DecodedPicture> decode(DecodeRequest const& request) = 0;
     [[nodiscard]] virtual std::optional<ImageMeta> readMeta(FileUrl const& file) = 0;
+    /// A first look at a photo of which a picture of at most `maxPixel` is wanted; takes a fraction
+    /// of the time that this will take.
+    [[nodiscard]] virtual std::optional<Glance> glance(FileUrl const& file, int maxPixel) = 0;
     /// What the file states about its photo; read from its directories, no pixel is decoded.
     [[nodiscard]] virtual std::optional<PhotoProperties> readProperties(FileUrl const& file) = 0;
 

@@ -24,7 +24,8 @@ std::string_view view(FileBytes const& bytes)
 bool yieldsNothing(FileUrl const& url)
 {
     InProcessDecoder decoder;
-    return !decoder.readMeta(url) && !decoder.decode({ url, 256, EmbeddedPreviews::prefer })
+    return !decoder.readMeta(url) && !decoder.glance(url, 256)
+        && !decoder.decode({ url, 256, EmbeddedPreviews::prefer })
         && !decoder.decode({ url, 256, EmbeddedPreviews::ignore })
         && !decoder.decode({ url, 0, EmbeddedPreviews::ignore });
 }
@@ -91,6 +92,51 @@ TEST_CASE("a preview inside the file is preferred where it is large enough")
     auto const plain = decoder.decode({ url, 160, EmbeddedPreviews::ignore });
     REQUIRE(plain);
     CHECK_FALSE(isMostlyBlue(plain->bitmap));
+}
+
+TEST_CASE("a first look yields the size and the small picture inside the file")
+{
+    TemporaryFolder const folder;
+    InProcessDecoder decoder;
+    ExifOptions exif;
+    exif.orientation = 6;
+    exif.thumbnail = writeJpeg(RgbaPixels::filled({ 160, 120 }, blue));
+    JpegOptions options;
+    options.exif = exifBlock(exif);
+    auto const url
+        = folder.file("a.jpg", view(writeJpeg(RgbaPixels::filled({ 800, 600 }, red), options)));
+    auto const glance = decoder.glance(url, 256);
+    REQUIRE(glance);
+    CHECK(glance->meta == ImageMeta { PixelSize { 600, 800 }, false });
+    CHECK(glance->embedded.size == PixelSize { 120, 160 });
+    CHECK(isMostlyBlue(glance->embedded));
+    CHECK_FALSE(glance->isQuick);
+}
+
+TEST_CASE("the bars of a small picture inside the file are cut off, another shape is not shown")
+{
+    TemporaryFolder const folder;
+    InProcessDecoder decoder;
+    auto const embeddedIn = [&](PixelSize photo, FileBytes const& thumbnail) {
+        ExifOptions exif;
+        exif.thumbnail = thumbnail;
+        JpegOptions options;
+        options.exif = exifBlock(exif);
+        auto const bytes = writeJpeg(RgbaPixels::filled(photo, red), options);
+        auto const glance = decoder.glance(folder.file("a.jpg", view(bytes)), 512);
+        REQUIRE(glance);
+        return glance->embedded;
+    };
+    auto barred = RgbaPixels::filled({ 160, 120 }, 0x000000FF);
+    for (int y = 7; y < 113; ++y)
+        for (int x = 0; x < 160; ++x)
+            barred.at(x, y)[2] = 200;
+    auto const cut = embeddedIn({ 900, 600 }, writeJpeg(barred));
+    REQUIRE_FALSE(cut.isEmpty());
+    CHECK(cut.size == PixelSize { 160, 106 });
+    CHECK(isMostlyBlue(cut));
+    CHECK(embeddedIn({ 900, 600 }, writeJpeg(RgbaPixels::filled({ 160, 120 }, blue))).isEmpty());
+    CHECK(embeddedIn({ 600, 900 }, writeJpeg(RgbaPixels::filled({ 160, 120 }, blue))).isEmpty());
 }
 
 TEST_CASE("the bytes decide what a file is, not its name")

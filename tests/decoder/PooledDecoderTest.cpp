@@ -57,6 +57,15 @@ RgbaPixels colorful(PixelSize size)
     return pixels;
 }
 
+bool isEqual(std::optional<Glance> const& a, std::optional<Glance> const& b)
+{
+    if (!a || !b)
+        return !a && !b;
+    return a->meta == b->meta && a->isQuick == b->isQuick
+        && a->embedded.isEmpty() == b->embedded.isEmpty()
+        && (a->embedded.isEmpty() || isEqual(a->embedded, b->embedded));
+}
+
 struct Decoders {
     PooledDecoder pooled { usualOptions() };
     InProcessDecoder here {};
@@ -72,6 +81,9 @@ struct Decoders {
             && agree(url, 384, EmbeddedPreviews::prefer)
             && agree(url, 384, EmbeddedPreviews::ignore)
             && agree(url, 2880, EmbeddedPreviews::ignore) && agree(url, 0, EmbeddedPreviews::ignore)
+            && agree(url, 2880, EmbeddedPreviews::only)
+            && isEqual(pooled.glance(url, 128), here.glance(url, 128))
+            && isEqual(pooled.glance(url, 384), here.glance(url, 384))
             && pooled.readMeta(url) == here.readMeta(url);
     }
 };

@@ -74,6 +74,29 @@ DecoderResponse metaAnswer()
     return response;
 }
 
+DecoderRequest glanceRequest()
+{
+    auto request = metaRequest();
+    request.operation = DecoderOperation::glance;
+    request.space = DecoderSpace::own;
+    request.spaceBytes = mebibyte;
+    request.maxPixel = 256;
+    return request;
+}
+
+DecoderResponse glanceAnswer()
+{
+    auto response = metaAnswer();
+    response.flags |= DecoderResponse::isOpaque | DecoderResponse::isQuick;
+    response.photoWidth = 6000;
+    response.photoHeight = 4000;
+    response.width = 160;
+    response.height = 107;
+    response.bytesPerRow = 640;
+    response.bytes = 640 * 107;
+    return response;
+}
+
 DecoderResponse plain(DecoderStatus status, std::uint64_t bytes = 0)
 {
     DecoderResponse response;
@@ -116,7 +139,7 @@ TEST_CASE("a request that no program sends is refused")
         { "another magic", [](auto& r) { r.magic ^= 1; } },
         { "a response's magic", [](auto& r) { r.magic = DecoderResponse::theMagic; } },
         { "operation 0", [](auto& r) { r.operation = numbered<DecoderOperation>(0); } },
-        { "an unknown operation", [](auto& r) { r.operation = numbered<DecoderOperation>(4); } },
+        { "an unknown operation", [](auto& r) { r.operation = numbered<DecoderOperation>(5); } },
         { "no space for a picture", [](auto& r) { r.space = DecoderSpace::none; } },
         { "an unknown kind of space", [](auto& r) { r.space = numbered<DecoderSpace>(3); } },
         { "space of no bytes", [](auto& r) { r.spaceBytes = 0; } },
@@ -126,7 +149,7 @@ TEST_CASE("a request that no program sends is refused")
         { "id 0", [](auto& r) { r.id = 0; } },
         { "a file beyond the limit", [](auto& r) { r.fileBytes = OpenedFile::maxSize + 1; } },
         { "less than no pixels", [](auto& r) { r.maxPixel = -1; } },
-        { "unknown previews", [](auto& r) { r.previews = numbered<EmbeddedPreviews>(2); } },
+        { "unknown previews", [](auto& r) { r.previews = numbered<EmbeddedPreviews>(3); } },
         { "unknown small JPEGs", [](auto& r) { r.smallJpegs = numbered<SmallJpegs>(2); } },
         { "something in what is not used", [](auto& r) { r.unused[1] = 1; } },
     };
@@ -237,6 +260,9 @@ TEST_CASE("a picture that is not what was asked for is refused")
             [](auto& r) { r.bytesPerRow = (huge / 384 + 1) & ~std::uint64_t { 3 }; } },
         { "the longest rows there are", [](auto& r) { r.bytesPerRow = huge - 3, r.bytes = 0; } },
         { "another sum than its rows'", [](auto& r) { r.bytes -= 1; } },
+        { "the width of a photo beside it", [](auto& r) { r.photoWidth = 1; } },
+        { "the height of a photo beside it", [](auto& r) { r.photoHeight = 1; } },
+        { "flags of a glance", [](auto& r) { r.flags |= DecoderResponse::isQuick; } },
     };
     for (auto const& change : changes) {
         CAPTURE(change.what);
@@ -312,6 +338,8 @@ TEST_CASE("metadata beyond any picture, or with pixels, is refused")
         { "rows", [](auto& r) { r.bytesPerRow = 4; } },
         { "bytes", [](auto& r) { r.bytes = 4; } },
         { "a count of bytes", [](auto& r) { r.bytesRead = 4; } },
+        { "the size of a photo beside it", [](auto& r) { r.photoWidth = r.photoHeight = 1; } },
+        { "flags of a glance", [](auto& r) { r.flags |= DecoderResponse::isQuick; } },
     };
     for (auto const& change : changes) {
         CAPTURE(change.what);
@@ -324,6 +352,71 @@ TEST_CASE("metadata beyond any picture, or with pixels, is refused")
     unknown.flags = 0;
     unknown.width = unknown.height = 0;
     CHECK(parseResponse(messageOf(unknown, 0), metaRequest()));
+}
+
+TEST_CASE("a first look is asked for with the worker's own space")
+{
+    CHECK(parseRequest(messageOf(glanceRequest(), 1)));
+    auto request = glanceRequest();
+    request.space = DecoderSpace::passed;
+    CHECK_FALSE(parseRequest(messageOf(request, 2)));
+    request = glanceRequest();
+    request.space = DecoderSpace::none;
+    request.spaceBytes = 0;
+    CHECK_FALSE(parseRequest(messageOf(request, 1)));
+}
+
+TEST_CASE("a first look arrives with its picture, or without one")
+{
+    auto const whole = parseResponse(messageOf(glanceAnswer(), 0), glanceRequest());
+    REQUIRE(whole);
+    CHECK(whole->photoWidth == 6000);
+    CHECK(whole->photoHeight == 4000);
+    CHECK(whole->width == 160);
+    auto bare = metaAnswer();
+    bare.width = bare.height = 0;
+    bare.photoWidth = 6000;
+    bare.photoHeight = 4000;
+    CHECK(parseResponse(messageOf(bare, 0), glanceRequest()));
+    CHECK(parseResponse(messageOf(plain(DecoderStatus::done), 0), glanceRequest()));
+    CHECK(parseResponse(messageOf(plain(DecoderStatus::nothing), 0), glanceRequest()));
+    CHECK_FALSE(parseResponse(
+        messageOf(plain(DecoderStatus::needsSpace, 2 * mebibyte), 0), glanceRequest()));
+    CHECK_FALSE(parseResponse(messageOf(glanceAnswer(), 0), decodeRequest()));
+    CHECK_FALSE(parseResponse(messageOf(glanceAnswer(), 0), metaRequest()));
+    CHECK_FALSE(parseResponse(messageOf(glanceAnswer(), 0), propertiesRequest()));
+}
+
+TEST_CASE("a first look at what cannot be is refused")
+{
+    std::vector<Change<DecoderResponse>> const changes {
+        { "no width of the photo", [](auto& r) { r.photoWidth = 0; } },
+        { "less than no height of it", [](auto& r) { r.photoHeight = -1; } },
+        { "a side beyond the limit", [](auto& r) { r.photoWidth = largestStatedSide + 1; } },
+        { "a size that is not stated",
+            [](auto& r) { r.flags = DecoderResponse::isAnimated | DecoderResponse::isOpaque; } },
+        { "an origin", [](auto& r) { r.origin = PixelOrigin::full; } },
+        { "a coded picture", [](auto& r) { r.flags |= DecoderResponse::isCoded; } },
+        { "unknown flags", [](auto& r) { r.flags |= 32; } },
+        { "no width", [](auto& r) { r.width = 0; } },
+        { "less than no height", [](auto& r) { r.height = -107; } },
+        { "wider than is wanted",
+            [](auto& r) { r.width = 257, r.bytesPerRow = 1040, r.bytes = 1040 * 107; } },
+        { "rows that overlap", [](auto& r) { r.bytesPerRow = 636, r.bytes = 636 * 107; } },
+        { "rows of no bytes", [](auto& r) { r.bytesPerRow = r.bytes = 0; } },
+        { "another sum than its rows'", [](auto& r) { r.bytes += 4; } },
+        { "an opaque nothing",
+            [](auto& r) { r.width = r.height = 0, r.bytesPerRow = r.bytes = 0; } },
+    };
+    for (auto const& change : changes) {
+        CAPTURE(change.what);
+        auto response = glanceAnswer();
+        change.apply(response);
+        CHECK_FALSE(parseResponse(messageOf(response, 0), glanceRequest()));
+    }
+    auto small = glanceRequest();
+    small.spaceBytes = 640 * 107 - 1;
+    CHECK_FALSE(parseResponse(messageOf(glanceAnswer(), 0), small));
 }
 
 TEST_CASE("a refusal for want of space or memory makes sense or is refused itself")

@@ -305,3 +305,94 @@ TEST_CASE("a multi-page TIFF is not animated, and its pages are not counted")
     CHECK_FALSE(readMeta(source).isAnimated);
     CHECK(source.calls.empty());
 }
+
+TEST_CASE("a first look yields the metadata and the smallest preview below what is wanted")
+{
+    FakeImageSource source;
+    source.storedOrientation = 6;
+    source.storedPreviews = { { 120, 160 }, { 1080, 1620 } };
+    auto const glance = glanceAt(source, 256);
+    CHECK(glance.meta == ImageMeta { PixelSize { 3000, 4000 }, false });
+    CHECK(glance.embedded.size == PixelSize { 120, 160 });
+    CHECK(glance.isQuick);
+    CHECK(source.calls == Calls { "preview 0 256" });
+}
+
+TEST_CASE("a preview that will do is not decoded at a first look, because it comes soon")
+{
+    FakeImageSource source;
+    source.storedPreviews = { { 192, 128 }, { 1620, 1080 } };
+    auto const glance = glanceAt(source, 256);
+    CHECK(glance.embedded.isEmpty());
+    CHECK(glance.isQuick);
+    CHECK(source.calls.empty());
+}
+
+TEST_CASE("a photo whose previews are all too small takes its time")
+{
+    FakeImageSource source;
+    source.storedPreviews = { { 100, 75 }, { 160, 120 } };
+    auto const glance = glanceAt(source, 256);
+    CHECK(glance.embedded.size == PixelSize { 100, 75 });
+    CHECK_FALSE(glance.isQuick);
+}
+
+TEST_CASE("a damaged preview gives way to the next one that is too small, at a first look too")
+{
+    FakeImageSource source;
+    source.storedPreviews = { { 100, 75 }, { 160, 120 }, { 320, 240 } };
+    source.damagedPreviews = { 0 };
+    CHECK(glanceAt(source, 512).embedded.size == PixelSize { 160, 120 });
+    source.damagedPreviews = { 0, 1, 2 };
+    auto const none = glanceAt(source, 512);
+    CHECK(none.embedded.isEmpty());
+    CHECK(none.meta.size == PixelSize { 4000, 3000 });
+}
+
+TEST_CASE("a photo without previews yields its metadata at a first look")
+{
+    FakeImageSource source;
+    source.type = "com.compuserve.gif";
+    source.frames = 3;
+    source.storedSize = std::nullopt;
+    auto const glance = glanceAt(source, 256);
+    CHECK(glance.meta == ImageMeta { std::nullopt, true });
+    CHECK(glance.embedded.isEmpty());
+    CHECK_FALSE(glance.isQuick);
+}
+
+TEST_CASE("where only previews are wanted, it is the smallest that will do, else the largest below")
+{
+    FakeImageSource source;
+    source.storedPreviews = { { 160, 120 }, { 1616, 1212 }, { 3200, 2400 } };
+    auto const best = [&source](int maxPixel) {
+        source.calls.clear();
+        auto const picture = decodeImage(source, maxPixel, EmbeddedPreviews::only);
+        if (picture)
+            CHECK(picture->origin == PixelOrigin::embedded);
+        return source.calls;
+    };
+    CHECK(best(1920) == Calls { "preview 1 1920" });
+    CHECK(best(2880) == Calls { "preview 2 2880" });
+    CHECK(best(3840) == Calls { "preview 2 3840" });
+    CHECK(best(7680) == Calls { "preview 2 7680" });
+    source.damagedPreviews = { 1 };
+    CHECK(best(1920) == Calls { "preview 1 1920", "preview 0 1920" });
+    source.damagedPreviews = { 0, 1, 2 };
+    CHECK_FALSE(decodeImage(source, 1920, EmbeddedPreviews::only));
+    source.storedPreviews.clear();
+    source.calls.clear();
+    CHECK_FALSE(decodeImage(source, 1920, EmbeddedPreviews::only));
+    CHECK(source.calls.empty());
+}
+
+TEST_CASE("a preview with many times the pixels that are wanted is left for the picture itself")
+{
+    FakeImageSource source;
+    source.storedPreviews = { { 160, 120 }, { 6000, 4500 } };
+    auto const picture = decodeImage(source, 1920, EmbeddedPreviews::only);
+    REQUIRE(picture);
+    CHECK(picture->bitmap.size == PixelSize { 160, 120 });
+    source.storedPreviews = { { 6000, 4500 } };
+    CHECK_FALSE(decodeImage(source, 1920, EmbeddedPreviews::only));
+}

@@ -196,6 +196,190 @@ TEST_CASE("a failed picture is delivered as none and tried again next time")
     CHECK(desk.images[1]);
 }
 
+TEST_CASE("a thumbnail in steps: a look that tells the metadata and a small picture, then itself")
+{
+    Desk desk;
+    desk.decoder.put(
+        desk.photo, { .meta = { PixelSize { 40, 30 }, false }, .embedded = { 16, 12 } });
+    std::vector<FirstLook> looks;
+    auto const keepLook = [&](FirstLook const& look) { looks.push_back(look); };
+    auto const task
+        = desk.loader.loadThumbnail(desk.photo, 256, Turn(), keepLook, desk.keepImage());
+    desk.background.finishAll();
+    CHECK(desk.thumbQueue.pending() == 1);
+    desk.thumbQueue.runNext();
+    desk.loop.settle();
+    REQUIRE(looks.size() == 1);
+    CHECK(looks[0].meta == ImageMeta { PixelSize { 40, 30 }, false });
+    REQUIRE(looks[0].embedded);
+    CHECK(looks[0].embedded->image.size == PixelSize { 16, 12 });
+    CHECK(looks[0].embedded->origin == PixelOrigin::embedded);
+    CHECK(desk.loader.knownMeta(desk.photo) == looks[0].meta);
+    CHECK_FALSE(desk.loader.cachedThumbnail(desk.photo, 256));
+    CHECK(desk.decoder.decodes().empty());
+    CHECK(desk.images.empty());
+    CHECK(desk.thumbQueue.pending() == 1);
+    desk.settle();
+    REQUIRE(desk.images.size() == 1);
+    CHECK(desk.loader.cachedThumbnail(desk.photo, 256) == desk.images[0]);
+    CHECK(looks.size() == 1);
+    CHECK(desk.decoder.glances().size() == 1);
+    CHECK(desk.decoder.metaReads().empty());
+}
+
+TEST_CASE("a thumbnail in memory comes without a look")
+{
+    Desk desk;
+    auto const first = desk.loader.loadThumbnail(desk.photo, 256, desk.keepImage());
+    desk.settle();
+    int looks = 0;
+    auto const second = desk.loader.loadThumbnail(
+        desk.photo, 256, Turn(), [&](FirstLook const&) { ++looks; }, desk.keepImage());
+    desk.settle();
+    CHECK(looks == 0);
+    CHECK(desk.images.size() == 2);
+    CHECK(desk.decoder.glances().empty());
+}
+
+TEST_CASE("a file that cannot be looked into is tried to be decoded")
+{
+    Desk desk;
+    std::vector<FirstLook> looks;
+    auto const task = desk.loader.loadThumbnail(
+        desk.missing, 256, Turn(), [&](FirstLook const& look) { looks.push_back(look); },
+        desk.keepImage());
+    desk.settle();
+    REQUIRE(looks.size() == 1);
+    CHECK_FALSE(looks[0].meta);
+    CHECK_FALSE(looks[0].embedded);
+    REQUIRE(desk.images.size() == 1);
+    CHECK_FALSE(desk.images[0]);
+    CHECK(desk.decoder.decodes().size() == 1);
+}
+
+TEST_CASE("all files are looked into before one is decoded, and those with previews come first")
+{
+    Desk desk;
+    std::vector<FileUrl> const urls { FileUrl("/slow"), FileUrl("/quick"), FileUrl("/later") };
+    std::vector<Task> tasks;
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        desk.decoder.put(urls[i], { .isQuick = urls[i].name() == "quick" });
+        Turn const turn;
+        turn.set({ Turn::Wish::load, static_cast<std::uint32_t>(i) });
+        tasks.push_back(desk.loader.loadThumbnail(
+            urls[i], 256, turn, [](FirstLook const&) {}, desk.keepImage()));
+    }
+    desk.background.finishAll();
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        CHECK(desk.decoder.decodes().empty());
+        desk.thumbQueue.runNext();
+    }
+    CHECK(desk.decoder.glances() == urls);
+    desk.settle();
+    auto const asked = desk.decoder.decodes();
+    REQUIRE(asked.size() == 3);
+    CHECK(asked[0].file.name() == "quick");
+    CHECK(asked[1].file.name() == "slow");
+    CHECK(asked[2].file.name() == "later");
+}
+
+TEST_CASE("no picture is decoded while files in view wait to be looked up")
+{
+    Desk desk;
+    FileUrl const other("/photos/b.jpg");
+    desk.decoder.put(other, {});
+    auto const load = [&](FileUrl const& url, std::uint32_t rank) {
+        Turn const turn;
+        turn.set({ Turn::Wish::load, rank });
+        return desk.loader.loadThumbnail(
+            url, 256, turn, [](FirstLook const&) {}, desk.keepImage());
+    };
+    auto const first = load(desk.photo, 0);
+    auto second = load(other, 1);
+    desk.background.finish(0);
+    desk.thumbQueue.runAll();
+    CHECK(desk.decoder.glances().size() == 1);
+    CHECK(desk.decoder.decodes().empty());
+    SUBCASE("they are looked up")
+    {
+        desk.background.finishAll();
+        desk.thumbQueue.runNext();
+        CHECK(desk.decoder.glances().size() == 2);
+        CHECK(desk.decoder.decodes().empty());
+        desk.settle();
+        CHECK(desk.images.size() == 2);
+    }
+    SUBCASE("they are dropped")
+    {
+        second.cancel();
+        desk.settle();
+        CHECK(desk.images.size() == 1);
+    }
+}
+
+TEST_CASE("a load whose turn is put off begins when it is its turn again")
+{
+    Desk desk;
+    Turn const turn;
+    turn.set({ Turn::Wish::nothing, 0 });
+    auto const task = desk.loader.loadThumbnail(
+        desk.photo, 256, turn, [](FirstLook const&) {}, desk.keepImage());
+    desk.settle();
+    CHECK(desk.decoder.glances().empty());
+    turn.set({ Turn::Wish::glance, 0 });
+    desk.loader.turnsChanged();
+    desk.settle();
+    CHECK(desk.decoder.glances().size() == 1);
+    CHECK(desk.decoder.decodes().empty());
+    turn.set({ Turn::Wish::load, 0 });
+    desk.loader.turnsChanged();
+    desk.settle();
+    CHECK(desk.images.size() == 1);
+}
+
+TEST_CASE("a load in steps that is dropped goes no further, and what it held is freed at once")
+{
+    Desk desk;
+    auto const held = std::make_shared<int>(1);
+    auto task = desk.loader.loadThumbnail(
+        desk.photo, 256, Turn(), [held](FirstLook const&) {}, [held](ImageRef const&) {});
+    desk.background.finishAll();
+    SUBCASE("before the look") { }
+    SUBCASE("after the look")
+    {
+        desk.thumbQueue.runNext();
+    }
+    CHECK(held.use_count() == 3);
+    task.cancel();
+    CHECK(held.use_count() == 1);
+    desk.settle();
+    CHECK(desk.decoder.decodes().empty());
+    CHECK(desk.thumbQueue.pending() == 0);
+}
+
+TEST_CASE("a decode that ends after its cell has gone stays in memory")
+{
+    Desk desk;
+    auto task = desk.loader.loadThumbnail(
+        desk.photo, 256, Turn(), [](FirstLook const&) {}, desk.keepImage());
+    desk.decoder.whileDecoding = [&] { task.cancel(); };
+    desk.settle();
+    CHECK(desk.images.empty());
+    CHECK(desk.loader.cachedThumbnail(desk.photo, 256));
+}
+
+TEST_CASE("the largest thumbnail in memory is found whatever its size")
+{
+    Desk desk;
+    CHECK_FALSE(desk.loader.largestCachedThumbnail(desk.photo));
+    auto const small = desk.loader.loadThumbnail(desk.photo, 128, desk.keepImage());
+    desk.settle();
+    CHECK(desk.loader.largestCachedThumbnail(desk.photo) == desk.images.at(0));
+    auto const large = desk.loader.loadThumbnail(desk.photo, 640, desk.keepImage());
+    desk.settle();
+    CHECK(desk.loader.largestCachedThumbnail(desk.photo) == desk.images.at(1));
+}
+
 TEST_CASE("metadata is read once and remembered")
 {
     Desk desk;

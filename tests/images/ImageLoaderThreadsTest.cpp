@@ -47,9 +47,12 @@ struct Desk {
     {
         auto const& url = files[static_cast<std::size_t>(number % fileCount)];
         auto const whenImage = [done](ImageRef const&) { done(); };
-        switch (number % 4) {
+        switch (number % 5) {
         case 0:
             return loader->loadThumbnail(url, 256, whenImage);
+        case 4:
+            return loader->loadThumbnail(
+                url, 384, Turn(), [](FirstLook const&) {}, whenImage);
         case 1:
             return loader->loadMeta(url, [done](std::optional<ImageMeta> const&) { done(); });
         case 2:
@@ -114,6 +117,27 @@ TEST_CASE("loads dropped at any moment are never answered, and other threads may
     desk.displayQueue.reset();
     desk.loop.settle();
     CHECK(late == 0);
+}
+
+TEST_CASE("turns may change at any moment, and every load comes to its end")
+{
+    Desk desk;
+    int answered = 0;
+    std::vector<Turn> turns(fileCount);
+    std::vector<Task> tasks;
+    auto const count = static_cast<std::size_t>(fileCount);
+    for (std::size_t i = 0; i < count; ++i)
+        tasks.push_back(desk.loader->loadThumbnail(
+            desk.files[i], 256, turns[i], [](FirstLook const&) {},
+            [&](ImageRef const&) { ++answered; }));
+    for (std::uint32_t round = 0; answered < fileCount; ++round) {
+        for (std::size_t i = 0; i < count; ++i)
+            turns[i].set({ static_cast<Turn::Wish>((round + i) % 4), round % 7 });
+        desk.loader->turnsChanged();
+        desk.loop.settle();
+        std::this_thread::yield();
+    }
+    CHECK(answered == fileCount);
 }
 
 TEST_CASE("loads may be under way when the loader goes, or the background before the queues")

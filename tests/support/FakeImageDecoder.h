@@ -25,10 +25,12 @@ inline Bitmap grayBitmap(PixelSize size, int value = 0x80)
 class FakeImageDecoder final : public ImageDecoder {
 public:
     struct File {
-        ImageMeta meta;
+        ImageMeta meta {};
         PixelSize decoded { 4, 3 }; ///< what every request for pixels gets
         std::optional<PhotoProperties> properties {};
         CodedJpeg jpeg {}; ///< what those get that take one
+        PixelSize embedded {}; ///< of the picture that a first look yields; empty: none
+        bool isQuick = false;
     };
 
     void put(FileUrl const& url, File const& file)
@@ -63,6 +65,17 @@ public:
         return file ? std::optional(file->meta) : std::nullopt;
     }
 
+    std::optional<Glance> glance(FileUrl const& url, int /*maxPixel*/) override
+    {
+        auto const file = record(glances_, url, url);
+        if (!file)
+            return std::nullopt;
+        Glance glance { file->meta, {}, file->isQuick };
+        if (file->embedded.width > 0)
+            glance.embedded = grayBitmap(file->embedded);
+        return glance;
+    }
+
     std::optional<PhotoProperties> readProperties(FileUrl const& url) override
     {
         auto const file = record(propertyReads_, url, url);
@@ -83,6 +96,11 @@ public:
     {
         std::scoped_lock const guard(lock_);
         return metaReads_;
+    }
+    std::vector<FileUrl> glances() const
+    {
+        std::scoped_lock const guard(lock_);
+        return glances_;
     }
     std::vector<FileUrl> propertyReads() const
     {
@@ -114,6 +132,7 @@ private:
     std::map<FileUrl, File> files_;
     std::vector<DecodeRequest> decodes_;
     std::vector<FileUrl> metaReads_;
+    std::vector<FileUrl> glances_;
     std::vector<FileUrl> propertyReads_;
     std::weak_ptr<std::byte> lastPixels_;
 };
