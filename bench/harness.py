@@ -14,7 +14,7 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "bench"
-MILESTONE = re.compile(r"(window-shown|scan-accepted|first-thumbnail|visible-complete|idle)\b(.*)")
+MILESTONE = re.compile(r"(window-shown|scan-accepted|visible-early|first-thumbnail|visible-complete|idle)\b(.*)")
 
 
 def arguments(description, photos=40, rounds=5):

@@ -57,7 +57,12 @@ public:
         for (unsigned i = 0; i < 100; ++i)
             pictures_.push_back(i % 3 == 0 ? noise(171, 256, i) : noise(256, 171, i));
     }
-    Task loadThumbnail(FileUrl const&, int, ImageLoader::ImageDone) override { return {}; }
+    Task loadThumbnail(
+        FileUrl const&, int, Turn const&, ImageLoader::LookDone, ImageLoader::ImageDone) override
+    {
+        return {};
+    }
+    void turnsChanged() override { }
     Task loadMeta(FileUrl const&, ImageLoader::MetaDone) override { return {}; }
     ImageRef cachedThumbnail(FileUrl const& url, int) const override
     {

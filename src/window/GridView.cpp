@@ -18,12 +18,13 @@ GridLayout emptyLayout(double thumbSize)
 
 } // namespace
 
-GridView::GridView(
-    BrowserModel& model, ThumbnailSource& source, std::function<void(FileUrl const&)> cellChanged)
+GridView::GridView(BrowserModel& model, ThumbnailSource& source, MainLoop& loop,
+    std::function<void(FileUrl const&)> cellChanged)
     : model_(model)
     , source_(source)
     , cellChanged_(std::move(cellChanged))
     , layout_(emptyLayout(model.thumbSize))
+    , forecast_(loop, [this] { takeTurns(); })
 {
     cursor_.changed(model.cursor);
     viewerOpen_.changed(model.viewerIndex->has_value());
@@ -41,30 +42,92 @@ void GridView::layOut(double width, LineHeights const& heights)
     model_.setColumns(layout_.columns());
 }
 
-void GridView::showRows(double top, double height)
+void GridView::showRows(double top, double height, double goal)
 {
-    auto const pixel = thumbnailPixelSize(model_.thumbSize, displayScale);
     inView_ = layout_.visible(top, height, 0);
+    kept_ = layout_.visible(top, height, rowsAhead);
+    height_ = height;
+    goal_ = goal;
+    if (goal == top)
+        forecast_.moveTo(goal);
+    else
+        forecast_.headFor(goal);
     Cells kept;
-    keep(inView_, pixel, kept);
-    keep(layout_.visible(top, height, rowsAhead), pixel, kept);
+    std::uint32_t rank = 0;
+    for (auto const index : inOrder())
+        keep(index, { wishFor(index), rank++ }, kept);
     cells_ = std::move(kept);
+    if (std::exchange(hasNewTurns_, false))
+        source_.turnsChanged();
 }
 
-void GridView::keep(IndexRange range, int pixel, Cells& kept)
+void GridView::keep(std::size_t index, Turn::Place turn, Cells& kept)
 {
     auto const& items = *model_.items;
-    for (auto index = range.first; index < range.last && index < items.size(); ++index) {
-        auto const& url = items[index].url;
-        auto& cell = kept[url];
-        if (!cell)
-            if (auto const known = cells_.find(url); known != cells_.end())
-                cell = std::move(known->second);
-        if (!cell)
-            cell
-                = std::make_unique<ThumbnailCellLoads>(source_, [this, url] { cellChanged_(url); });
-        cell->show(url, pixel);
+    if (index >= items.size())
+        return;
+    auto const& url = items[index].url;
+    auto& cell = kept[url];
+    if (auto const known = cells_.find(url); known != cells_.end())
+        cell = std::move(known->second);
+    bool const isNew = !cell;
+    if (isNew)
+        cell = std::make_unique<ThumbnailCellLoads>(source_, [this, url] { cellChanged_(url); });
+    if (cell->setTurn(turn) && !isNew)
+        hasNewTurns_ = true;
+    cell->show(url, thumbnailPixelSize(model_.thumbSize, displayScale));
+}
+
+// What is in view, then the row that comes next, then the one that was left.
+std::vector<std::size_t> GridView::inOrder() const
+{
+    std::vector<std::size_t> order;
+    order.reserve(kept_.count());
+    bool const isUpward = forecast_.isUpward();
+    auto const add = [&](std::size_t first, std::size_t last) {
+        for (auto index = first; index < last; ++index)
+            order.push_back(isUpward ? last - 1 - (index - first) : index);
+    };
+    auto const above = [&] { add(kept_.first, std::min(inView_.first, kept_.last)); };
+    auto const below = [&] { add(std::max(inView_.last, kept_.first), kept_.last); };
+    add(inView_.first, inView_.last);
+    if (isUpward)
+        above();
+    below();
+    if (!isUpward)
+        above();
+    return order;
+}
+
+IndexRange GridView::viewAfter(int beats) const
+{
+    auto const top = layout_.clampedScroll(goal_ + forecast_.way(beats), height_);
+    return layout_.visible(top, height_, rowsAhead);
+}
+
+Turn::Wish GridView::wishFor(std::size_t index) const
+{
+    bool const isInView = inView_.contains(index);
+    bool const hasLeapt = forecast_.leap() > height_;
+    if (!hasLeapt && viewAfter(loadBeats).contains(index))
+        return isInView ? Turn::Wish::load : Turn::Wish::loadAhead;
+    return isInView && viewAfter(glanceBeats).contains(index) ? Turn::Wish::glance
+                                                              : Turn::Wish::nothing;
+}
+
+// Time has passed, and the movement goes on at another speed or has ended.
+void GridView::takeTurns()
+{
+    auto const& items = *model_.items;
+    bool isNew = false;
+    std::uint32_t rank = 0;
+    for (auto const index : inOrder()) {
+        auto const cell = index < items.size() ? cells_.find(items[index].url) : cells_.end();
+        if (cell != cells_.end())
+            isNew = cell->second->setTurn({ wishFor(index), rank++ }) || isNew;
     }
+    if (isNew)
+        source_.turnsChanged();
 }
 
 bool GridView::isComplete() const
@@ -100,6 +163,7 @@ ThumbnailCell GridView::cell(std::size_t index) const
     cell.onToggle = [&model = model_, index] { model.toggle(index); };
     if (auto const found = cells_.find(cell.item.url); found != cells_.end()) {
         cell.image = found->second->image();
+        cell.embedded = found->second->embedded();
         cell.meta = found->second->meta();
         cell.failed = found->second->failed();
     }

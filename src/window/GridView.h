@@ -1,6 +1,7 @@
 #pragma once
 #include "base/Published.h"
 #include "window/GridLayout.h"
+#include "window/ScrollForecast.h"
 #include "window/ThumbnailCell.h"
 #include "window/ThumbnailCellLoads.h"
 #include <functional>
@@ -24,13 +25,20 @@ public:
     static constexpr double padding = GridLayout::padding;
     static constexpr std::size_t rowsAhead = 1;
 
+    /// A picture is begun if its cell would still be in view after so long, were the gallery to
+    /// scroll on as it does; a look into the file, which takes much less, after a shorter time.
+    /// After a leap over more than a view, which may be the first of many, only looks are begun for
+    /// one beat.
+    static constexpr int loadBeats = 6;
+    static constexpr int glanceBeats = 4;
+
     struct LineHeights {
         double name = 0; ///< of the caption font, points
         double resolution = 0; ///< of the smaller caption font, points
     };
 
     /// `cellChanged` is called with the photo whose picture or metadata arrived.
-    GridView(BrowserModel& model, ThumbnailSource& source,
+    GridView(BrowserModel& model, ThumbnailSource& source, MainLoop& loop,
         std::function<void(FileUrl const&)> cellChanged);
 
     /// How far around the selection circle a click still means it, points.
@@ -54,8 +62,14 @@ public:
     GridLayout const& layout() const { return layout_; }
 
     /// Keeps cells for what is in view at scroll position `top`, drops the others and with them
-    /// their loads. Cells in view ask for their pictures before those of the row ahead.
-    void showRows(double top, double height);
+    /// their loads. `goal` is where a movement that goes on by itself will end. The turn of cells
+    /// in view comes before that of the row ahead, in the direction of the movement; nothing is
+    /// begun for what only passes by.
+    void showRows(double top, double height, double goal);
+    void showRows(double top, double height) { showRows(top, height, top); }
+
+    /// The photos that have cells: those in view and a row around it.
+    IndexRange kept() const { return kept_; }
 
     /// The photos in view at least in part.
     IndexRange inView() const { return inView_; }
@@ -100,13 +114,22 @@ public:
 private:
     using Cells = std::unordered_map<FileUrl, std::unique_ptr<ThumbnailCellLoads>>;
 
-    void keep(IndexRange range, int pixel, Cells& kept);
+    void keep(std::size_t index, Turn::Place turn, Cells& kept);
+    [[nodiscard]] IndexRange viewAfter(int beats) const;
+    [[nodiscard]] Turn::Wish wishFor(std::size_t index) const;
+    [[nodiscard]] std::vector<std::size_t> inOrder() const;
+    void takeTurns();
 
     BrowserModel& model_;
     ThumbnailSource& source_;
     std::function<void(FileUrl const&)> cellChanged_;
     GridLayout layout_;
     IndexRange inView_;
+    IndexRange kept_;
+    double height_ = 0;
+    double goal_ = 0;
+    ScrollForecast forecast_;
+    bool hasNewTurns_ = false;
     std::optional<Point> pointer_;
     Cells cells_;
     LastSeen<std::optional<std::size_t>> cursor_;

@@ -1,5 +1,6 @@
 #include "window/ThumbnailCell.h"
 #include "base/Text.h"
+#include "images/DecodeRules.h"
 #include <algorithm>
 
 namespace pixelhain {
@@ -14,6 +15,15 @@ Stroke ThumbnailCell::frame() const
     if (isSelected)
         return { { ColorRole::accent }, 3 };
     return { { isCursor ? ColorRole::secondary : ColorRole::clear }, 1.5 };
+}
+
+PixelSize ThumbnailCell::drawnShape() const
+{
+    if (image)
+        return image->image.size;
+    if (meta && meta->size)
+        return redrawnSize(*meta->size, pixel);
+    return embedded ? embedded->image.size : PixelSize {};
 }
 
 std::optional<Rect> ThumbnailCell::imageRect() const

@@ -41,12 +41,18 @@ struct ThumbnailCell {
     bool showResolution = true;
     std::function<void()> onToggle;
     ImageRef image;
+    ImageRef embedded; ///< drawn softly in the place of `image` until that is there; may be null
     std::optional<ImageMeta> meta;
     bool failed = false;
     bool hovering = false;
 
     Tint background() const;
     Stroke frame() const;
+
+    /// What is drawn, and how many pixels what is drawn in the end has, as far as that is known:
+    /// the place of both is that of the latter.
+    ImageRef const& drawn() const { return image ? image : embedded; }
+    PixelSize drawnShape() const;
 
     /// Where the picture goes, its proportions kept; nothing without a picture.
     std::optional<Rect> imageRect() const;

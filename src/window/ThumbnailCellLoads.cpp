@@ -18,36 +18,61 @@ void ThumbnailCellLoads::show(FileUrl const& url, int pixel)
     pixel_ = pixel;
     if (!sameUrl) {
         image_ = nullptr;
+        embedded_ = nullptr;
         failed_ = false;
-        loadMeta();
+        metaTask_ = Task();
+        meta_ = source_.knownMeta(url_);
+        hasLooked_ = meta_.has_value();
     }
     loadThumbnail();
 }
 
+// A look into the file tells the metadata as well, so that is asked for by itself only where there
+// is no need to look.
 void ThumbnailCellLoads::loadThumbnail()
 {
     thumbnailTask_ = Task();
     isSettled_ = false;
     // Taken from memory in the same frame, so that a cell scrolled back into view never blinks.
     if (auto cached = source_.cachedThumbnail(url_, pixel_)) {
-        image_ = std::move(cached);
-        failed_ = false;
-        isSettled_ = true;
+        use(std::move(cached));
+        loadMeta();
         return;
     }
-    thumbnailTask_ = source_.loadThumbnail(
-        url_, pixel_, [this](ImageRef image) { thumbnailArrived(std::move(image)); });
+    bool const hasNothing = !image_ && !embedded_ && !failed_;
+    ImageLoader::LookDone look;
+    if (hasNothing || !hasLooked_)
+        look = [this](FirstLook const& found) { looked(found); };
+    thumbnailTask_ = source_.loadThumbnail(url_, pixel_, turn_, std::move(look),
+        [this](ImageRef image) { thumbnailArrived(std::move(image)); });
+}
+
+void ThumbnailCellLoads::use(ImageRef image)
+{
+    image_ = std::move(image);
+    embedded_ = nullptr;
+    failed_ = false;
+    isSettled_ = true;
+}
+
+void ThumbnailCellLoads::looked(FirstLook const& look)
+{
+    hasLooked_ = true;
+    if (look.meta)
+        meta_ = look.meta;
+    if (!image_ && !failed_)
+        embedded_ = look.embedded;
+    tellChanged();
 }
 
 void ThumbnailCellLoads::thumbnailArrived(ImageRef image)
 {
+    if (image)
+        use(std::move(image));
+    embedded_ = nullptr;
     isSettled_ = true;
-    if (image) {
-        image_ = std::move(image);
-        failed_ = false;
-    } else if (!image_) {
-        failed_ = true;
-    }
+    failed_ = !image_;
+    loadMeta();
     tellChanged();
 }
 
@@ -60,10 +85,9 @@ void ThumbnailCellLoads::tellChanged() const
 
 void ThumbnailCellLoads::loadMeta()
 {
-    metaTask_ = Task();
-    meta_ = source_.knownMeta(url_);
-    if (meta_)
+    if (hasLooked_)
         return;
+    hasLooked_ = true;
     metaTask_ = source_.loadMeta(url_, [this](std::optional<ImageMeta> meta) {
         meta_ = std::move(meta);
         tellChanged();

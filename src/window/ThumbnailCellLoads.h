@@ -5,8 +5,9 @@
 
 namespace pixelhain {
 
-/// The two loads of one gallery cell, alive as long as the cell is: its thumbnail and its
-/// metadata. Dropping this cancels both. Main thread only.
+/// What one gallery cell loads, alive as long as the cell is: its thumbnail, its metadata, and
+/// until the thumbnail is there the small picture that its file holds. Dropping this cancels all.
+/// Main thread only.
 class ThumbnailCellLoads {
 public:
     /// `changed` is called when something arrives later, not for what `show` finds in memory.
@@ -19,7 +20,13 @@ public:
     /// arrives; another photo starts afresh.
     void show(FileUrl const& url, int pixel);
 
+    /// When the turn of this cell comes; whether that changes anything.
+    bool setTurn(Turn::Place place) { return turn_.set(place); }
+
     ImageRef const& image() const { return image_; }
+    /// What may be seen while there is no picture and there may still be one; null: nothing. As far
+    /// as anything else goes, the cell is still loading.
+    ImageRef const& embedded() const { return embedded_; }
     std::optional<ImageMeta> const& meta() const { return meta_; }
     bool failed() const { return failed_; }
 
@@ -29,6 +36,8 @@ public:
 
 private:
     void loadThumbnail();
+    void use(ImageRef image);
+    void looked(FirstLook const& look);
     void thumbnailArrived(ImageRef image);
     void loadMeta();
     void tellChanged() const;
@@ -37,8 +46,11 @@ private:
     std::function<void()> changed_;
     FileUrl url_;
     int pixel_ = 0;
+    Turn turn_;
     ImageRef image_;
+    ImageRef embedded_;
     std::optional<ImageMeta> meta_;
+    bool hasLooked_ = false; ///< at the metadata, whatever came of it
     bool failed_ = false;
     bool isSettled_ = false;
     Task thumbnailTask_;

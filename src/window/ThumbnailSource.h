@@ -8,9 +8,13 @@ namespace pixelhain {
 class ThumbnailSource {
 public:
     virtual ~ThumbnailSource() = default;
-    [[nodiscard]] virtual Task loadThumbnail(
-        FileUrl const& url, int maxPixel, ImageLoader::ImageDone done)
+    /// Unless `looked` is empty, it is called first with what a look into the file yields; not for
+    /// a thumbnail that is in memory by then.
+    [[nodiscard]] virtual Task loadThumbnail(FileUrl const& url, int maxPixel, Turn const& turn,
+        ImageLoader::LookDone looked, ImageLoader::ImageDone done)
         = 0;
+    /// To be called after turns were changed that were handed in.
+    virtual void turnsChanged() = 0;
     [[nodiscard]] virtual Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) = 0;
 
     /// What is in memory already.
@@ -26,10 +30,12 @@ public:
     {
     }
 
-    Task loadThumbnail(FileUrl const& url, int maxPixel, ImageLoader::ImageDone done) override
+    Task loadThumbnail(FileUrl const& url, int maxPixel, Turn const& turn,
+        ImageLoader::LookDone looked, ImageLoader::ImageDone done) override
     {
-        return loader_.loadThumbnail(url, maxPixel, std::move(done));
+        return loader_.loadThumbnail(url, maxPixel, turn, std::move(looked), std::move(done));
     }
+    void turnsChanged() override { loader_.turnsChanged(); }
     Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) override
     {
         return loader_.loadMeta(url, std::move(done));

@@ -5,14 +5,15 @@ namespace pixelhain {
 FakeThumbnails::FakeThumbnails() = default;
 FakeThumbnails::~FakeThumbnails() = default;
 
-Task FakeThumbnails::loadThumbnail(FileUrl const& url, int maxPixel, ImageLoader::ImageDone done)
+Task FakeThumbnails::loadThumbnail(FileUrl const& url, int maxPixel, Turn const& turn,
+    ImageLoader::LookDone looked, ImageLoader::ImageDone done)
 {
-    return remember({ url, maxPixel, std::move(done), nullptr });
+    return remember({ url, maxPixel, std::move(done), nullptr, std::move(looked), turn });
 }
 
 Task FakeThumbnails::loadMeta(FileUrl const& url, ImageLoader::MetaDone done)
 {
-    return remember({ url, 0, nullptr, std::move(done) });
+    return remember({ url, 0, nullptr, std::move(done), nullptr, {} });
 }
 
 ImageRef FakeThumbnails::cachedThumbnail(FileUrl const& url, int maxPixel) const
@@ -32,6 +33,13 @@ void FakeThumbnails::answer(std::size_t request, ImageRef image) const
     auto const& asked = requests.at(request);
     if (!*asked.dropped)
         asked.imageDone(std::move(image));
+}
+
+void FakeThumbnails::answerLook(std::size_t request, FirstLook const& look) const
+{
+    auto const& asked = requests.at(request);
+    if (!*asked.dropped && asked.looked)
+        asked.looked(look);
 }
 
 void FakeThumbnails::answerMeta(std::size_t request, std::optional<ImageMeta> meta) const

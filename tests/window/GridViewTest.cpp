@@ -1,7 +1,9 @@
 #include "window/GridView.h"
 #include "support/Desk.h"
 #include "support/FakeThumbnails.h"
+#include <chrono>
 #include <doctest/doctest.h>
+#include <map>
 
 using namespace pixelhain;
 
@@ -21,11 +23,32 @@ struct Gallery {
             names.push_back(std::to_string(i) + ".jpg");
         desk.open("/b", names);
         desk.model().setThumbSize(100);
-        grid.emplace(desk.model(), source, [this](FileUrl const& url) { changed.push_back(url); });
+        grid.emplace(desk.model(), source, desk.loop,
+            [this](FileUrl const& url) { changed.push_back(url); });
         layOut(18 + 4 * 110);
     }
 
     void layOut(double width) { grid->layOut(width, {}); }
+
+    // Whose turn it is, in that order; what is ahead in brackets, what is looked at only marked.
+    Names turns() const
+    {
+        std::map<std::pair<int, std::uint32_t>, std::string> order;
+        for (auto const& request : source.requests) {
+            auto const place = request.turn.place();
+            auto const name = std::string(request.url.name());
+            if (*request.dropped || request.maxPixel == 0 || place.wish == Turn::Wish::nothing)
+                continue;
+            order[{ static_cast<int>(place.wish), place.rank }] = place.wish == Turn::Wish::load
+                ? name
+                : place.wish == Turn::Wish::glance ? "?" + name
+                                                   : "(" + name + ")";
+        }
+        Names names;
+        for (auto const& [place, name] : order)
+            names.push_back(name);
+        return names;
+    }
 };
 
 constexpr double rowStep = 110;
@@ -99,27 +122,107 @@ TEST_CASE("captions that are switched off take no room")
     CHECK(gallery.grid->layout().cell(0).height == 100);
 }
 
-TEST_CASE("only cells in view and a row ahead load, those in view first")
+TEST_CASE(
+    "only cells in view and a row around them load, those in view first, then what comes next")
 {
     Gallery gallery;
     gallery.grid->showRows(14 + 2 * rowStep, 100);
+    gallery.desk.loop.advance(ScrollForecast::beat);
     CHECK(gallery.grid->inView() == IndexRange { 8, 12 });
+    CHECK(gallery.grid->kept() == IndexRange { 4, 16 });
     CHECK(gallery.source.thumbnailsAsked()
-        == Names { "9.jpg", "10.jpg", "11.jpg", "12.jpg", "5.jpg", "6.jpg", "7.jpg", "8.jpg",
-            "13.jpg", "14.jpg", "15.jpg", "16.jpg" });
+        == Names { "9.jpg", "10.jpg", "11.jpg", "12.jpg", "13.jpg", "14.jpg", "15.jpg", "16.jpg",
+            "5.jpg", "6.jpg", "7.jpg", "8.jpg" });
+    CHECK(gallery.turns()
+        == Names { "9.jpg", "10.jpg", "11.jpg", "12.jpg", "(13.jpg)", "(14.jpg)", "(15.jpg)",
+            "(16.jpg)", "(5.jpg)", "(6.jpg)", "(7.jpg)", "(8.jpg)" });
+}
+
+TEST_CASE("a gallery that moves up takes the turns from below, and the row above comes next")
+{
+    Gallery gallery;
+    gallery.grid->showRows(14 + 8 * rowStep, 100);
+    gallery.desk.loop.advance(std::chrono::seconds(1));
+    gallery.grid->showRows(14 + 4 * rowStep, 210);
+    gallery.desk.loop.advance(std::chrono::milliseconds(100));
+    CHECK(gallery.turns()
+        == Names { "24.jpg", "23.jpg", "22.jpg", "21.jpg", "20.jpg", "19.jpg", "18.jpg", "17.jpg",
+            "(16.jpg)", "(15.jpg)", "(14.jpg)", "(13.jpg)", "(28.jpg)", "(27.jpg)", "(26.jpg)",
+            "(25.jpg)" });
+}
+
+TEST_CASE("a row that comes into view takes its turn before the rows that wait around it")
+{
+    Gallery gallery;
+    gallery.grid->showRows(14, 100);
+    CHECK(gallery.turns().at(4) == "(5.jpg)");
+    auto const before = gallery.source.turnChanges;
+    gallery.grid->showRows(14 + 1, 110);
+    CHECK(gallery.turns().at(4) == "5.jpg");
+    CHECK(gallery.source.turnChanges > before);
+}
+
+TEST_CASE("cells that pass by fast are not begun, and those that slow down are")
+{
+    Gallery gallery(10'000);
+    auto& grid = *gallery.grid;
+    double top = 0;
+    auto const scroll = [&](double step, int frames) {
+        for (int i = 0; i < frames; ++i) {
+            grid.showRows(top += step, 600);
+            gallery.desk.loop.advance(std::chrono::milliseconds(16));
+        }
+    };
+    scroll(2000, 20);
+    CHECK(gallery.turns() == Names {});
+    scroll(42, 10);
+    auto const looking = gallery.turns();
+    REQUIRE_FALSE(looking.empty());
+    for (auto const& name : looking)
+        CHECK(name.front() == '?');
+    scroll(5, 10);
+    CHECK(gallery.turns().size() >= grid.inView().count());
+    CHECK(gallery.turns().front().front() != '?');
+}
+
+TEST_CASE("a gallery that stops tells the turns again without another scroll")
+{
+    Gallery gallery(10'000);
+    auto& grid = *gallery.grid;
+    for (double top = 0; top < 20'000; top += 2000)
+        grid.showRows(top, 600);
+    CHECK(gallery.turns() == Names {});
+    auto const before = gallery.source.turnChanges;
+    gallery.desk.loop.advance(std::chrono::milliseconds(100));
+    CHECK(gallery.turns().size() == grid.kept().count());
+    CHECK(gallery.source.turnChanges > before);
+}
+
+TEST_CASE("of a movement that ends by itself only the end counts")
+{
+    Gallery gallery(10'000);
+    auto& grid = *gallery.grid;
+    double const goal = 14 + 100 * rowStep;
+    grid.showRows(14, 210, goal);
+    CHECK(gallery.turns() == Names {});
+    grid.showRows(goal - 100, 210, goal);
+    CHECK(gallery.turns().size() >= 8);
+    CHECK(gallery.turns().front() == "397.jpg");
+    grid.showRows(goal, 210);
+    CHECK(gallery.turns().front() == "401.jpg");
 }
 
 TEST_CASE("cells that scroll away cancel their loads, those that stay keep theirs")
 {
     Gallery gallery;
     gallery.grid->showRows(0, 110);
-    CHECK(gallery.source.wanted() == 16);
+    CHECK(gallery.source.wanted() == 8);
     gallery.grid->showRows(14 + rowStep, 100);
     CHECK(gallery.source.thumbnailsAsked().size() == 12);
-    CHECK(gallery.source.wanted() == 24);
+    CHECK(gallery.source.wanted() == 12);
     gallery.grid->showRows(14 + 8 * rowStep, 100);
-    CHECK(gallery.source.wanted() == 24);
-    gallery.source.answer(1, pictureOf(10, 10));
+    CHECK(gallery.source.wanted() == 12);
+    gallery.source.answer(0, pictureOf(10, 10));
     CHECK(gallery.changed.empty());
 }
 
@@ -128,11 +231,12 @@ TEST_CASE("a cell follows its photo when the order changes")
     Gallery gallery(4);
     gallery.grid->showRows(0, 500);
     auto const image = pictureOf(10, 10);
-    gallery.source.answer(1, image);
+    gallery.source.answerLook(0, {});
+    gallery.source.answer(0, image);
     gallery.desk.model().setAscending(false);
     gallery.layOut(458);
     gallery.grid->showRows(0, 500);
-    CHECK(gallery.source.requests.size() == 8);
+    CHECK(gallery.source.requests.size() == 4);
     CHECK(gallery.grid->cell(3).image == image);
     CHECK_FALSE(gallery.grid->cell(0).image);
 }
@@ -173,11 +277,16 @@ TEST_CASE("pictures and metadata arrive in their cells and are reported")
 {
     Gallery gallery;
     gallery.grid->showRows(0, 110);
-    auto const image = pictureOf(10, 10);
-    gallery.source.answer(3, image);
-    gallery.source.answerMeta(2, ImageMeta { PixelSize { 3, 4 }, false });
-    CHECK(gallery.grid->cell(1).image == image);
+    auto const small = pictureOf(3, 4);
+    gallery.source.answerLook(1, { ImageMeta { PixelSize { 3, 4 }, false }, small });
     CHECK(gallery.grid->cell(1).resolutionText() == "3 × 4");
+    CHECK(gallery.grid->cell(1).embedded == small);
+    CHECK(gallery.grid->cell(1).drawn() == small);
+    CHECK_FALSE(gallery.grid->cell(1).image);
+    auto const image = pictureOf(10, 10);
+    gallery.source.answer(1, image);
+    CHECK(gallery.grid->cell(1).image == image);
+    CHECK(gallery.grid->cell(1).drawn() == image);
     CHECK(gallery.changed == std::vector { FileUrl("/b/2.jpg"), FileUrl("/b/2.jpg") });
 }
 
@@ -186,11 +295,14 @@ TEST_CASE("the grid is complete when every photo in view has its picture or none
     Gallery gallery;
     gallery.grid->showRows(0, 110);
     CHECK_FALSE(gallery.grid->isComplete());
-    gallery.source.answer(1, pictureOf(10, 10));
-    gallery.source.answer(3, nullptr);
-    gallery.source.answer(5, pictureOf(10, 10));
+    for (std::size_t i = 0; i < 4; ++i)
+        gallery.source.answerLook(i, { std::nullopt, pictureOf(5, 5) });
     CHECK_FALSE(gallery.grid->isComplete());
-    gallery.source.answer(7, pictureOf(10, 10));
+    gallery.source.answer(0, pictureOf(10, 10));
+    gallery.source.answer(1, nullptr);
+    gallery.source.answer(2, pictureOf(10, 10));
+    CHECK_FALSE(gallery.grid->isComplete());
+    gallery.source.answer(3, pictureOf(10, 10));
     CHECK(gallery.grid->isComplete());
 }
 
@@ -199,7 +311,8 @@ TEST_CASE("thumbnails on a finer screen are asked for anew, the old ones stay me
     Gallery gallery;
     gallery.grid->showRows(0, 110);
     auto const image = pictureOf(10, 10);
-    gallery.source.answer(1, image);
+    gallery.source.answerLook(0, {});
+    gallery.source.answer(0, image);
     gallery.grid->displayScale = 2;
     gallery.grid->showRows(0, 110);
     CHECK(gallery.source.requests.back().maxPixel == 256);

@@ -108,3 +108,22 @@ TEST_CASE("a file without pixel size has a single blank as resolution line")
     cell.meta = ImageMeta { PixelSize { 6000, 4000 }, false };
     CHECK(cell.resolutionText() == "6000 \u00D7 4000");
 }
+
+TEST_CASE("what stands for a picture is drawn in the very place of the picture")
+{
+    ThumbnailCell cell;
+    cell.size = 170;
+    cell.pixel = 256;
+    CHECK_FALSE(cell.drawn());
+    CHECK(cell.drawnShape() == PixelSize {});
+    cell.embedded = pictureOf(160, 120);
+    CHECK(cell.drawn() == cell.embedded);
+    CHECK(cell.drawnShape() == PixelSize { 160, 120 });
+    cell.meta = ImageMeta { PixelSize { 6000, 4000 }, false };
+    CHECK(cell.drawnShape() == PixelSize { 256, 171 });
+    CHECK_FALSE(cell.imageRect());
+    CHECK_FALSE(cell.showsFailure());
+    cell.image = pictureOf(256, 171);
+    CHECK(cell.drawn() == cell.image);
+    CHECK(cell.drawnShape() == PixelSize { 256, 171 });
+}

@@ -23,6 +23,7 @@ void Milestones::modelChanged()
 {
     if (wasLoading_ && !model_.isLoading) {
         trace_.milestone("scan-accepted", model_.allItems().size());
+        sawFilled_ = false;
         sawComplete_ = false;
         sawIdle_ = false;
         // Without photos the gallery paints no frame that would tell.
@@ -46,6 +47,10 @@ void Milestones::look()
     if (!isShown_)
         return;
     lookAtViewer();
+    if (!sawFilled_ && (grid.isFilled() || window_.isComplete())) {
+        sawFilled_ = true;
+        trace_.milestone("visible-early", grid.view().inView().count());
+    }
     if (!sawPicture_ && grid.hasShownPicture()) {
         sawPicture_ = true;
         trace_.milestone("first-thumbnail");

@@ -18,9 +18,9 @@ void CellPictures::beginUpdate()
     before_ = std::exchange(cells_, {});
 }
 
-DrawnCell& CellPictures::show(
-    FileUrl const& url, std::size_t index, ImageRef const& image, int edge)
+DrawnCell& CellPictures::show(std::size_t index, ThumbnailCell const& shown, int edge)
 {
+    auto const& url = shown.item.url;
     auto& cell = cells_[url];
     if (!cell)
         if (auto const known = before_.find(url); known != before_.end())
@@ -28,10 +28,19 @@ DrawnCell& CellPictures::show(
     if (!cell)
         cell = std::make_unique<DrawnCell>();
     cell->index = index;
-    if (image && (cell->source != image || cell->edge != edge)) {
+    auto const& image = shown.drawn();
+    auto const size = drawnSize(shown.drawnShape(), edge);
+    if (image && (cell->source != image || cell->size != size)) {
         cell->source = image;
-        cell->edge = edge;
+        cell->size = size;
+        cell->isEmbedded = !shown.image;
         bring(url, *cell);
+    } else if (!image && cell->isEmbedded) {
+        // There is no picture, and nothing stands for none.
+        cell->source = nullptr;
+        cell->isEmbedded = false;
+        cell->scaling = Task();
+        cell->picture = QImage();
     }
     return *cell;
 }
@@ -67,7 +76,7 @@ void CellPictures::forgetLines()
 void CellPictures::bring(FileUrl const& url, DrawnCell& cell)
 {
     auto const kept = kept_.find(url);
-    if (kept && kept->edge == cell.edge && kept->source.lock() == cell.source) {
+    if (kept && kept->size == cell.size && kept->source.lock() == cell.source) {
         cell.scaling = Task();
         cell.picture = kept->picture;
         return;
@@ -78,14 +87,14 @@ void CellPictures::bring(FileUrl const& url, DrawnCell& cell)
 void CellPictures::make(DrawnCell& cell)
 {
     auto const& bitmap = cell.source->image;
-    if (drawnSize(bitmap.size, cell.edge) == bitmap.size) {
+    if (cell.size == bitmap.size) {
         cell.scaling = Task();
         cell.picture = imageOf(bitmap);
         return;
     }
     cell.scaling = runThen(
         background_, loop_, Priority::userInteractive,
-        [source = cell.source, edge = cell.edge] { return drawnPicture(source->image, edge); },
+        [source = cell.source, size = cell.size] { return drawnPicture(source->image, size); },
         [this, &cell](QImage picture) {
             cell.scaling = Task();
             cell.picture = std::move(picture);
@@ -95,11 +104,11 @@ void CellPictures::make(DrawnCell& cell)
 
 void CellPictures::keep(FileUrl const& url, DrawnCell const& cell)
 {
-    if (cell.picture.isNull() || cell.isPending())
+    if (cell.picture.isNull() || cell.isPending() || cell.isEmbedded)
         return;
     auto const bytes = static_cast<std::size_t>(cell.picture.sizeInBytes());
     kept_.store(
-        url, std::make_shared<Kept const>(Kept { cell.source, cell.edge, cell.picture }), bytes);
+        url, std::make_shared<Kept const>(Kept { cell.source, cell.size, cell.picture }), bytes);
 }
 
 } // namespace pixelhain

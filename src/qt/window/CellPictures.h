@@ -2,6 +2,7 @@
 #include "base/FileUrl.h"
 #include "images/ImageLoader.h"
 #include "images/MemoryCache.h"
+#include "window/ThumbnailCell.h"
 #include <QImage>
 #include <functional>
 #include <memory>
@@ -24,7 +25,8 @@ struct DrawnLine {
 struct DrawnCell {
     std::size_t index = 0;
     ImageRef source; ///< what `picture` is, or is about to be, made of
-    int edge = 0; ///< of the square that it is made for
+    PixelSize size; ///< that it is made for
+    bool isEmbedded = false; ///< shown softly until the photo's own picture is there
     QImage picture; ///< may still be one of an earlier size
     DrawnLine name;
     DrawnLine resolution;
@@ -35,7 +37,7 @@ struct DrawnCell {
 
 /// The cells' pictures at the very size at which they are drawn, made off the main thread. Pictures
 /// that went out of view are kept within a fixed amount of memory, so that scrolling back shows
-/// them at once. Main thread only.
+/// them at once; those that only stood in for others are not. Main thread only.
 class CellPictures {
 public:
     static constexpr std::size_t keptBytes = 96 << 20;
@@ -46,7 +48,8 @@ public:
 
     /// Drops all cells that are not shown again until `endUpdate`.
     void beginUpdate();
-    DrawnCell& show(FileUrl const& url, std::size_t index, ImageRef const& image, int edge);
+    /// The cell's picture for a square of `edge` pixels.
+    DrawnCell& show(std::size_t index, ThumbnailCell const& cell, int edge);
     void endUpdate();
 
     /// Null for a cell that is not shown.
@@ -59,7 +62,7 @@ public:
 private:
     struct Kept {
         std::weak_ptr<CGImageBox const> source;
-        int edge = 0;
+        PixelSize size;
         QImage picture;
     };
     using Cells = std::unordered_map<FileUrl, std::unique_ptr<DrawnCell>>;

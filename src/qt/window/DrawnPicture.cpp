@@ -28,9 +28,8 @@ PixelSize drawnSize(PixelSize size, int edge)
     return { side(size.width), side(size.height) };
 }
 
-QImage drawnPicture(Bitmap const& bitmap, int edge)
+QImage drawnPicture(Bitmap const& bitmap, PixelSize size)
 {
-    auto const size = drawnSize(bitmap.size, edge);
     return size == bitmap.size ? imageOf(bitmap) : imageOf(resampled(bitmap, size));
 }
 

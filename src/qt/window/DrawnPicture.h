@@ -11,8 +11,8 @@ namespace pixelhain {
 /// The size at which a picture of `size` fills a square of `edge` pixels, its proportions kept.
 [[nodiscard]] PixelSize drawnSize(PixelSize size, int edge);
 
-/// `bitmap` as it is drawn in a square of `edge` device pixels: to be painted pixel by pixel.
-/// Callable from any thread.
-[[nodiscard]] QImage drawnPicture(Bitmap const& bitmap, int edge);
+/// `bitmap` at `size` device pixels, which it has or gets: to be painted pixel by pixel. Callable
+/// from any thread.
+[[nodiscard]] QImage drawnPicture(Bitmap const& bitmap, PixelSize size);
 
 } // namespace pixelhain

@@ -14,7 +14,8 @@ GridWidget::GridWidget(Services const& services, QWidget* parent)
     : QAbstractScrollArea(parent)
     , runDrag([](QDrag* drag) { drag->exec(Qt::CopyAction); })
     , services_(services)
-    , view_(services.model, services.thumbnails, [this](FileUrl const& url) { cellChanged(url); })
+    , view_(services.model, services.thumbnails, services.loop,
+          [this](FileUrl const& url) { cellChanged(url); })
     , pictures_(services.background, services.loop,
           [this](DrawnCell const& cell) { updateCell(cell.index); })
     , motion_([this](double position) { moveTo(position); })
@@ -96,8 +97,8 @@ void GridWidget::layOut()
 
 void GridWidget::showCells()
 {
-    view_.showRows(top_, viewportHeight());
-    auto const ready = view_.layout().visible(top_, viewportHeight(), GridView::rowsAhead);
+    view_.showRows(top_, viewportHeight(), motion_.isMoving() ? motion_.goal() : top_);
+    auto const ready = view_.kept();
     auto const inView = view_.inView();
     pictures_.beginUpdate();
     for (auto index = inView.first; index < inView.last; ++index)
@@ -111,7 +112,7 @@ void GridWidget::showCells()
 void GridWidget::showCell(std::size_t index)
 {
     auto const cell = view_.cell(index);
-    pictures_.show(cell.item.url, index, cell.image, painter_->pictureEdge(cell.size));
+    pictures_.show(index, cell, painter_->pictureEdge(cell.size));
 }
 
 std::optional<GridWidget::Anchor> GridWidget::anchor() const
@@ -157,8 +158,11 @@ void GridWidget::moveTo(double top)
     auto const height = viewportHeight();
     auto const before = devicePixels(top_);
     auto const after = devicePixels(view_.layout().clampedScroll(top, height));
-    if (before == after)
+    if (before == after) {
+        if (!motion_.isMoving())
+            showCells(); // what was on its way is not any more
         return;
+    }
     top_ = static_cast<double>(after) / view_.displayScale;
     showCells();
     first_ = anchor();
@@ -172,6 +176,7 @@ void GridWidget::moveTo(double top)
 void GridWidget::scrollPixels(long long before, long long after)
 {
     isComplete_ = false;
+    isFilled_ = false;
     auto const scale = static_cast<long long>(view_.displayScale);
     auto const way = before - after;
     bool const isWhole = static_cast<double>(scale) == view_.displayScale && way % scale == 0;
@@ -209,8 +214,7 @@ bool GridWidget::showsAllSizes() const
 
 bool GridWidget::isIdle() const
 {
-    auto const& layout = view_.layout();
-    auto const ready = layout.visible(top_, viewportHeight(), GridView::rowsAhead);
+    auto const ready = view_.kept();
     for (auto index = ready.first; index < ready.last; ++index) {
         auto const cell = view_.cell(index);
         auto const* drawn = pictures_.find(cell.item.url);

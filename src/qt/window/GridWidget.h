@@ -44,6 +44,9 @@ public:
     /// size and with its captions.
     bool isComplete() const { return isComplete_; }
     bool hasShownPicture() const { return hasShownPicture_; }
+    /// Whether something of every photo in view has been painted, if only the small picture that
+    /// its file holds.
+    bool isFilled() const { return isFilled_; }
     /// The same for what is kept ready around it.
     bool isIdle() const;
 
@@ -111,6 +114,7 @@ private:
     double scrollGoal() const { return motion_.isMoving() ? motion_.goal() : top_; }
     void paintCells(QPainter& painter, QRegion const& dirty);
     bool isEachInFinalState() const;
+    bool isEachFilled() const;
     Point contentPoint(QPointF viewportPoint) const;
     void updateHover();
     void startDrag(Press const& press);
@@ -128,6 +132,7 @@ private:
     double barUnit_ = 1; ///< device pixels per step of the scroll bar
     bool isSettingBar_ = false;
     bool isComplete_ = false;
+    bool isFilled_ = false;
     bool hasShownPicture_ = false;
     std::optional<QPointF> pointer_; ///< in the viewport, while it is there
     std::optional<std::size_t> hovered_;

@@ -54,6 +54,7 @@ void GridWidget::updateCell(std::size_t index)
         return;
     }
     isComplete_ = false;
+    isFilled_ = false;
     auto const cell = view_.layout().cell(index);
     auto const area = QRectF(cell.x, cell.y - top_, cell.width, cell.height);
     viewport()->update(area.toAlignedRect().adjusted(-1, -1, 1, 1));
@@ -87,6 +88,7 @@ void GridWidget::paintEvent(QPaintEvent* event)
         paintCells(painter, event->region());
     }
     isComplete_ = view_.isComplete() && isEachInFinalState();
+    isFilled_ = isComplete_ || isEachFilled();
     if (painted)
         painted();
 }
@@ -114,8 +116,21 @@ void GridWidget::paintCells(QPainter& painter, QRegion const& dirty)
             hasDrawnCaption = true;
         }
         painter_->paint(painter, placeOf(index), cell, drawn);
-        hasShownPicture_ = hasShownPicture_ || (drawn && !drawn->picture.isNull());
+        hasShownPicture_
+            = hasShownPicture_ || (drawn && !drawn->picture.isNull() && !drawn->isEmbedded);
     }
+}
+
+bool GridWidget::isEachFilled() const
+{
+    auto const inView = view_.inView();
+    for (auto index = inView.first; index < inView.last; ++index) {
+        auto const cell = view_.cell(index);
+        auto const* drawn = pictures_.find(cell.item.url);
+        if (!cell.showsFailure() && (!drawn || drawn->picture.isNull()))
+            return false;
+    }
+    return !inView.empty();
 }
 
 bool GridWidget::isEachInFinalState() const

@@ -35,6 +35,6 @@ TEST_CASE("a bitmap with holes is painted with them")
 TEST_CASE("a picture that has its drawn size already is not made anew")
 {
     auto const bitmap = Bitmap::allocate({ 160, 100 }, true);
-    CHECK(drawnPicture(bitmap, 160).constBits() == bitmap.row(0));
-    CHECK(drawnPicture(bitmap, 80).size() == QSize(80, 50));
+    CHECK(drawnPicture(bitmap, { 160, 100 }).constBits() == bitmap.row(0));
+    CHECK(drawnPicture(bitmap, { 80, 50 }).size() == QSize(80, 50));
 }

@@ -1,0 +1,51 @@
+#include "window/ScrollForecast.h"
+#include "ports/MainLoop.h"
+#include <cmath>
+#include <utility>
+
+namespace pixelhain {
+
+ScrollForecast::ScrollForecast(MainLoop& loop, std::function<void()> changed)
+    : loop_(loop)
+    , changed_(std::move(changed))
+{
+}
+
+void ScrollForecast::moveTo(double position)
+{
+    if (position == position_)
+        return;
+    isUpward_ = position < position_;
+    auto const step = std::abs(position - std::exchange(position_, position));
+    hasMoved_ = true;
+    if (beat_)
+        return;
+    leap_ = step;
+    start_ = position;
+    beat_ = loop_.after(beat, [this] { beatEnded(); });
+}
+
+void ScrollForecast::headFor(double goal)
+{
+    moveTo(goal);
+    leap_ = 0;
+}
+
+double ScrollForecast::way(int beats) const
+{
+    auto const now = position_ - start_;
+    return beats * (std::abs(now) > std::abs(before_) ? now : before_);
+}
+
+void ScrollForecast::beatEnded()
+{
+    before_ = position_ - start_;
+    start_ = position_;
+    leap_ = 0;
+    beat_ = Task();
+    if (std::exchange(hasMoved_, false))
+        beat_ = loop_.after(beat, [this] { beatEnded(); });
+    changed_();
+}
+
+} // namespace pixelhain
