@@ -71,6 +71,9 @@ public:
         return {};
     }
     Task loadMeta(FileUrl const&, ImageLoader::MetaDone) override { return {}; }
+    Task loadPreview(FileUrl const&, ImageLoader::ImageDone) override { return {}; }
+    ImageRef cachedThumbnail(FileUrl const&) const override { return nullptr; }
+    int displayPixelSize() const override { return 3840; }
     ImageRef cachedDisplayImage(FileUrl const& url) const override
     {
         return std::hash<FileUrl> {}(url) % 2 == 0 ? display : other;

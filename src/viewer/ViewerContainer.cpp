@@ -1,4 +1,5 @@
 #include "viewer/ViewerContainer.h"
+#include "images/DecodeRules.h"
 #include "model/BrowserModel.h"
 #include "ports/Background.h"
 #include <algorithm>
@@ -78,11 +79,19 @@ void ViewerContainer::metaArrived(std::optional<ImageMeta> const& meta)
         pictureChanged_({});
         return;
     }
-    auto const still = image_->image();
+    auto const still = image_->image() ? image_->image() : image_->standIn();
     freePictures();
     makeImage(true);
-    image_->standIn(still);
+    image_->keepStill(still);
     photoChanged_();
+}
+
+PixelSize ViewerContainer::standInShape() const
+{
+    if (!image_ || !image_->standIn())
+        return {};
+    return meta_ && meta_->size ? redrawnSize(*meta_->size, services_.source.displayPixelSize())
+                                : image_->standIn()->image.size;
 }
 
 // Giving back the memory of a large picture takes longer than a frame.

@@ -52,6 +52,8 @@ public:
     ViewerImage const* image() const { return image_.get(); }
     ViewerChrome* chrome() { return chrome_ ? &*chrome_ : nullptr; }
     std::optional<ImageMeta> const& meta() const { return meta_; }
+    /// The size of the picture that the photo's stand-in stands for, as far as that is known.
+    [[nodiscard]] PixelSize standInShape() const;
 
     /// The photo as the list has it now; none while the gallery shows.
     std::optional<PhotoItem> const& item() const { return item_; }

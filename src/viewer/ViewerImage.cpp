@@ -24,10 +24,11 @@ ViewerImage::ViewerImage(
     , isAnimated_(isAnimated)
     , changed_(std::move(changed))
     , image_(source.cachedDisplayImage(item_.url))
+    , standIn_(image_ || isAnimated ? nullptr : source.cachedThumbnail(item_.url))
 {
 }
 
-void ViewerImage::standIn(ImageRef picture)
+void ViewerImage::keepStill(ImageRef picture)
 {
     if (!image_)
         image_ = std::move(picture);
@@ -40,15 +41,39 @@ void ViewerImage::appear()
     imageLoad_ = source_.loadDisplayImage(item_.url, [this](ImageRef image) {
         image_ = std::move(image);
         failed_ = !image_;
+        standInLoad_.cancel();
+        spinnerWait_.cancel();
+        standIn_ = nullptr;
         changed_(atOnce);
     });
+    loadStandIn();
+}
+
+void ViewerImage::loadStandIn()
+{
+    standInLoad_ = source_.loadPreview(
+        item_.url, [this](ImageRef picture) { useStandIn(std::move(picture)); });
+    spinnerWait_ = loop_.after(spinnerDelay, [this] {
+        hasWaited_ = true;
+        if (showsSpinner())
+            changed_(atOnce);
+    });
+}
+
+void ViewerImage::useStandIn(ImageRef picture)
+{
+    auto const side = [](ImageRef const& ref) { return ref ? ref->image.size.longestSide() : 0; };
+    if (side(picture) <= side(standIn_))
+        return;
+    standIn_ = std::move(picture);
+    changed_(atOnce);
 }
 
 ViewerImage::Content ViewerImage::content() const
 {
     if (isAnimated_)
         return Content::animation;
-    if (shown())
+    if (shown() || standIn_)
         return Content::picture;
     return failed_ ? Content::failure : Content::spinner;
 }
@@ -56,8 +81,11 @@ ViewerImage::Content ViewerImage::content() const
 std::vector<ImageRef> ViewerImage::takePictures()
 {
     imageLoad_.cancel();
+    standInLoad_.cancel();
+    spinnerWait_.cancel();
     fullLoads_.clear();
-    return { std::exchange(image_, nullptr), std::exchange(full_, nullptr) };
+    return { std::exchange(image_, nullptr), std::exchange(full_, nullptr),
+        std::exchange(standIn_, nullptr) };
 }
 
 // Each change asks, also while an earlier one is waited for; the source decodes only once.

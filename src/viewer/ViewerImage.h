@@ -26,6 +26,8 @@ public:
     static constexpr std::chrono::milliseconds snapTime { 150 };
     static constexpr std::chrono::milliseconds doubleClickTime { 200 };
     static constexpr std::chrono::milliseconds wheelPause { 250 }; ///< ends a zoom by the wheel
+    /// Of a photo of which there is nothing to be seen, until a wheel turns.
+    static constexpr std::chrono::milliseconds spinnerDelay { 150 };
     static constexpr std::string_view failedSymbol = "exclamationmark.triangle";
     static constexpr std::string_view failedText = "Bild kann nicht gelesen werden";
     static constexpr std::string_view spinnerName = "Bild wird gelesen"; ///< said by screen readers
@@ -35,16 +37,17 @@ public:
     /// Called after each change with the time that it takes to be shown, slowing down at its end.
     using Changed = std::function<void(std::chrono::milliseconds)>;
 
-    /// Shows at once what is in memory. The source and the loop outlive this.
+    /// Shows at once what is in memory, or stands for it. The source and the loop outlive this.
     ViewerImage(
         ViewerSource& source, MainLoop& loop, PhotoItem item, bool isAnimated, Changed changed);
     ViewerImage(ViewerImage const&) = delete;
     ViewerImage& operator=(ViewerImage const&) = delete;
 
     /// A picture of the photo that is there already, if none is in memory.
-    void standIn(ImageRef picture);
+    void keepStill(ImageRef picture);
 
-    /// To be called when the photo comes on screen: loads the screen-sized picture if need be.
+    /// To be called when the photo comes on screen: loads the screen-sized picture if need be, and
+    /// until then the best that is quickly had.
     void appear();
 
     PhotoItem const& item() const { return item_; }
@@ -52,8 +55,14 @@ public:
     ImageRef const& image() const { return image_; }
     ImageRef const& full() const { return full_; }
     ImageRef const& shown() const { return full_ ? full_ : image_; }
+    /// The best there is in place of the screen-sized picture until that is loaded; null: nothing.
+    ImageRef const& standIn() const { return standIn_; }
     bool failed() const { return failed_; }
+    /// Whether the screen-sized picture of a still photo is yet to come.
+    bool isLoading() const { return !isAnimated_ && !shown() && !failed_; }
     Content content() const;
+    /// Whether the wheel turns by now.
+    bool showsSpinner() const { return content() == Content::spinner && hasWaited_; }
 
     double scale() const { return zoom_.scale; }
     Zoom const& zoom() const { return zoom_; }
@@ -81,6 +90,8 @@ public:
     void showPixels(double pixelScale) { zoomTo(pixelScale, doubleClickTime); }
 
 private:
+    void loadStandIn();
+    void useStandIn(ImageRef picture);
     void magnify(double magnification);
     void endWheel();
     void forgetWheel();
@@ -97,7 +108,9 @@ private:
     Changed changed_;
     ImageRef image_;
     ImageRef full_;
+    ImageRef standIn_;
     bool failed_ = false;
+    bool hasWaited_ = false;
     Zoom zoom_;
     double baseScale_ = 1;
     Point baseOffset_;
@@ -107,6 +120,8 @@ private:
     double wheelMagnification_ = 1;
     Task wheelEnd_;
     Task imageLoad_;
+    Task standInLoad_;
+    Task spinnerWait_;
     std::vector<Task> fullLoads_;
 };
 

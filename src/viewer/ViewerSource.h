@@ -17,16 +17,24 @@ public:
     [[nodiscard]] virtual Task loadFullImage(FileUrl const& url, ImageLoader::ImageDone done) = 0;
     [[nodiscard]] virtual Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) = 0;
 
+    /// The best picture inside the file that takes much less time than its own; null: none.
+    [[nodiscard]] virtual Task loadPreview(FileUrl const& url, ImageLoader::ImageDone done) = 0;
+
     /// What is in memory already.
     [[nodiscard]] virtual ImageRef cachedDisplayImage(FileUrl const& url) const = 0;
+    /// The largest of the gallery's.
+    [[nodiscard]] virtual ImageRef cachedThumbnail(FileUrl const& url) const = 0;
     [[nodiscard]] virtual std::optional<ImageMeta> knownMeta(FileUrl const& url) const = 0;
+
+    /// The longest side of screen-sized pictures.
+    [[nodiscard]] virtual int displayPixelSize() const = 0;
 };
 
 /// The image loader as the viewer's source.
 class LoaderPictures final : public ViewerSource {
 public:
-    /// All three outlive this; metadata is read on a thread of `background`, because the queue of
-    /// the thumbnails may be long.
+    /// All three outlive this; metadata and previews are read on threads of `background`, because
+    /// the queues may be long.
     LoaderPictures(ImageLoader& loader, Background& background, MainLoop& loop)
         : loader_(loader)
         , background_(background)
@@ -37,8 +45,11 @@ public:
     Task loadDisplayImage(FileUrl const& url, ImageLoader::ImageDone done) override;
     Task loadFullImage(FileUrl const& url, ImageLoader::ImageDone done) override;
     Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) override;
+    Task loadPreview(FileUrl const& url, ImageLoader::ImageDone done) override;
     ImageRef cachedDisplayImage(FileUrl const& url) const override;
+    ImageRef cachedThumbnail(FileUrl const& url) const override;
     std::optional<ImageMeta> knownMeta(FileUrl const& url) const override;
+    int displayPixelSize() const override;
 
 private:
     ImageLoader& loader_;

@@ -21,6 +21,17 @@ Task FakeViewerSource::loadMeta(FileUrl const& url, ImageLoader::MetaDone done)
     return remember({ Kind::meta, url, nullptr, std::move(done) });
 }
 
+Task FakeViewerSource::loadPreview(FileUrl const& url, ImageLoader::ImageDone done)
+{
+    return remember({ Kind::preview, url, std::move(done), nullptr });
+}
+
+ImageRef FakeViewerSource::cachedThumbnail(FileUrl const& url) const
+{
+    auto const found = thumbnails.find(url);
+    return found == thumbnails.end() ? nullptr : found->second;
+}
+
 ImageRef FakeViewerSource::cachedDisplayImage(FileUrl const& url) const
 {
     auto const found = pictures.find(url);

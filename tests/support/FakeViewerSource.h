@@ -14,7 +14,7 @@ public:
     FakeViewerSource();
     ~FakeViewerSource() override;
 
-    enum class Kind { display, full, meta };
+    enum class Kind { display, full, meta, preview };
 
     struct Request {
         Kind kind = Kind::display;
@@ -27,7 +27,10 @@ public:
     Task loadDisplayImage(FileUrl const& url, ImageLoader::ImageDone done) override;
     Task loadFullImage(FileUrl const& url, ImageLoader::ImageDone done) override;
     Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) override;
+    Task loadPreview(FileUrl const& url, ImageLoader::ImageDone done) override;
     ImageRef cachedDisplayImage(FileUrl const& url) const override;
+    ImageRef cachedThumbnail(FileUrl const& url) const override;
+    int displayPixelSize() const override { return longestSide; }
     std::optional<ImageMeta> knownMeta(FileUrl const& url) const override;
 
     /// Answers every request of this kind that is still wanted; null: there is no picture.
@@ -39,7 +42,9 @@ public:
     std::size_t asked(Kind kind) const;
 
     std::map<FileUrl, ImageRef> pictures; ///< in memory
+    std::map<FileUrl, ImageRef> thumbnails; ///< in memory
     std::map<FileUrl, ImageMeta> metas; ///< in memory
+    int longestSide = 1920;
 
 private:
     Task remember(Request request);

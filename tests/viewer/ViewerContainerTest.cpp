@@ -133,6 +133,31 @@ TEST_CASE("a photo that turns out to move keeps its still picture until it does"
     CHECK(v.container.image()->shown() == still);
 }
 
+TEST_CASE("what stands for a photo is measured as the picture that will come")
+{
+    Viewer v;
+    CHECK(v.container.standInShape() == PixelSize {});
+    v.source.thumbnails[v.url(0)]
+        = std::make_shared<CGImageBox>(CGImageBox { grayBitmap({ 256, 170 }) });
+    v.open(0);
+    CHECK(v.container.standInShape() == PixelSize { 256, 170 });
+    v.source.answerMeta(ImageMeta { PixelSize { 6000, 4001 }, false });
+    CHECK(v.container.standInShape() == PixelSize { 1920, 1280 });
+    v.source.answer(Kind::display, pictureOf(1920, 1280));
+    CHECK(v.container.standInShape() == PixelSize {});
+}
+
+TEST_CASE("what stood for a photo that turns out to move stays until it does")
+{
+    Viewer v;
+    auto const small = std::make_shared<CGImageBox>(CGImageBox { grayBitmap({ 256, 170 }) });
+    v.source.thumbnails[v.url(0)] = small;
+    v.open(0);
+    v.source.answerMeta(ImageMeta { PixelSize { 10, 10 }, true });
+    CHECK(v.container.image()->isAnimated());
+    CHECK(v.container.image()->shown() == small);
+}
+
 TEST_CASE("a file without metadata counts as still")
 {
     Viewer v;

@@ -2,6 +2,7 @@
 #include "support/FakeLoop.h"
 #include "support/FakeThumbnails.h"
 #include "support/FakeViewerSource.h"
+#include <algorithm>
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -100,6 +101,136 @@ TEST_CASE("a photo that is left gives up its loads")
     source.answer(Kind::display, pictureOf(3, 2));
     source.answer(Kind::full, pictureOf(3, 2));
     CHECK(changes == 0);
+}
+
+TEST_CASE(
+    "the gallery's thumbnail stands for a photo from the first moment, until its picture comes")
+{
+    FakeLoop loop;
+    FakeViewerSource source;
+    auto const thumbnail = pictureOf(256, 171);
+    source.thumbnails[photo("a.jpg").url] = thumbnail;
+    int changes = 0;
+    ViewerImage image(source, loop, photo("a.jpg"), false, [&](auto) { ++changes; });
+    CHECK(image.standIn() == thumbnail);
+    CHECK(image.content() == Content::picture);
+    CHECK_FALSE(image.shown());
+    CHECK(image.isLoading());
+    image.appear();
+    CHECK(source.asked(Kind::display) == 1);
+    loop.advance(1s);
+    CHECK_FALSE(image.showsSpinner());
+    CHECK(changes == 0);
+    auto const picture = pictureOf(30, 20);
+    source.answer(Kind::display, picture);
+    CHECK(image.shown() == picture);
+    CHECK_FALSE(image.standIn());
+    CHECK_FALSE(image.isLoading());
+    CHECK(changes == 1);
+}
+
+TEST_CASE("a preview of the file stands for the photo if it is better than what is there")
+{
+    Shown s;
+    s.image.appear();
+    REQUIRE(s.source.wanted(Kind::preview).size() == 1);
+    auto const preview = pictureOf(1620, 1080);
+    SUBCASE("nothing")
+    {
+        s.source.answer(Kind::preview, preview);
+        CHECK(s.image.standIn() == preview);
+        CHECK(s.changes.size() == 1);
+    }
+    SUBCASE("none comes")
+    {
+        s.source.answer(Kind::preview, nullptr);
+        CHECK_FALSE(s.image.standIn());
+        CHECK(s.changes.empty());
+    }
+    SUBCASE("the picture itself")
+    {
+        s.source.answer(Kind::display, pictureOf(30, 20));
+        CHECK(s.source.wanted(Kind::preview).empty());
+        s.source.answer(Kind::preview, preview);
+        CHECK_FALSE(s.image.standIn());
+    }
+}
+
+TEST_CASE("a preview that is smaller than the gallery's thumbnail does not take its place")
+{
+    FakeLoop loop;
+    FakeViewerSource source;
+    auto const thumbnail = pictureOf(256, 171);
+    source.thumbnails[photo("a.jpg").url] = thumbnail;
+    ViewerImage image(source, loop, photo("a.jpg"), false, [](auto) {});
+    image.appear();
+    source.answer(Kind::preview, pictureOf(160, 107));
+    CHECK(image.standIn() == thumbnail);
+}
+
+TEST_CASE("the wheel turns when there is nothing to be seen after 150 milliseconds")
+{
+    Shown s;
+    s.image.appear();
+    s.loop.advance(149ms);
+    CHECK_FALSE(s.image.showsSpinner());
+    s.loop.advance(1ms);
+    CHECK(s.image.showsSpinner());
+    CHECK(s.changes.size() == 1);
+    SUBCASE("and until a preview comes")
+    {
+        s.source.answer(Kind::preview, pictureOf(160, 107));
+        CHECK_FALSE(s.image.showsSpinner());
+    }
+    SUBCASE("and until the picture comes")
+    {
+        s.source.answer(Kind::display, pictureOf(160, 107));
+        CHECK_FALSE(s.image.showsSpinner());
+    }
+    SUBCASE("and until it is known that there is none")
+    {
+        s.source.answer(Kind::display, nullptr);
+        CHECK_FALSE(s.image.showsSpinner());
+        CHECK(s.image.content() == Content::failure);
+    }
+}
+
+TEST_CASE("a photo that comes soon turns no wheel, nor does a photo in memory or an animation")
+{
+    Shown s;
+    s.image.appear();
+    s.loop.advance(100ms);
+    s.source.answer(Kind::display, pictureOf(30, 20));
+    s.loop.advance(1s);
+    CHECK(s.changes.size() == 1);
+    CHECK(s.loop.timers() == 0);
+    Shown animated(true);
+    animated.image.appear();
+    CHECK(animated.loop.timers() == 0);
+    CHECK(animated.source.asked(Kind::preview) == 0);
+}
+
+TEST_CASE("a photo that cannot be read shows nothing in its place")
+{
+    Shown s;
+    s.image.appear();
+    s.source.answer(Kind::preview, pictureOf(160, 107));
+    s.source.answer(Kind::display, nullptr);
+    CHECK(s.image.content() == Content::failure);
+    CHECK_FALSE(s.image.standIn());
+}
+
+TEST_CASE("a photo that is left takes what stood for it along, and waits for nothing")
+{
+    Shown s;
+    s.image.appear();
+    s.source.answer(Kind::preview, pictureOf(160, 107));
+    auto const preview = s.image.standIn();
+    auto const taken = s.image.takePictures();
+    CHECK(std::ranges::find(taken, preview) != taken.end());
+    CHECK_FALSE(s.image.standIn());
+    CHECK(s.loop.timers() == 0);
+    CHECK(s.source.wanted(Kind::display).empty());
 }
 
 TEST_CASE("an animation loads neither the screen-sized nor the full picture")

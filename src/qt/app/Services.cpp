@@ -46,7 +46,7 @@ ImageLoader::Limits Services::loaderLimits()
 Services::Decoding Services::startDecoder(bool isWantedSoon)
 {
     std::size_t const first = isWantedSoon ? 2 : 0;
-    constexpr std::size_t viewer = 2; // what is known of the photo, and its animation
+    constexpr std::size_t viewer = 3; // what is known of the photo, its preview, its animation
     auto const note = std::make_shared<MissingHoldsNote>();
     return { chosenDecoder({ .width = 2 * thumbWidth() + displayWidth + viewer,
                  .first = first,

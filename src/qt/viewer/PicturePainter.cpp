@@ -13,6 +13,8 @@ namespace pixelhain {
 
 namespace {
 
+constexpr int noHalving = 1 << 30;
+
 QRect rectOf(PixelRect const& rect)
 {
     return { rect.x, rect.y, rect.width, rect.height };
@@ -87,6 +89,7 @@ void PicturePainter::clear()
     place_ = {};
     hasNews_ = false;
     isFrame_ = false;
+    standsFor_.reset();
     failures_ = 0;
     rest_.cancel();
     work_.cancel();
@@ -100,32 +103,57 @@ void PicturePainter::use(std::shared_ptr<MipLevels const> levels)
     levels_ = std::move(levels);
 }
 
+PixelSize PicturePainter::size() const
+{
+    if (standsFor_)
+        return *standsFor_;
+    return levels_ ? levels_->size() : PixelSize {};
+}
+
 void PicturePainter::show(ImageRef const& picture)
 {
     if (!picture || picture == picture_ || picture->image.isEmpty())
         return;
     picture_ = picture;
     isFrame_ = false;
+    if ((!levels_ || standsFor_) && usePrepared(picture))
+        return;
+    hasNews_ = true;
     if (levels_) {
-        hasNews_ = true;
         startWork();
         return;
     }
-    if (auto const prepared = services_.prepared.find(picture)) {
-        levels_ = prepared->levels;
-        if (!prepared->sharp.isEmpty())
-            sharp_ = Sharp { levels_, prepared->drawing, imageOf(prepared->sharp) };
-        return;
-    }
     // One level is made at once; the others, if it takes more, with the first sharp part.
-    constexpr int noHalving = 1 << 30;
     levels_ = std::make_shared<MipLevels const>(picture->image, noHalving);
-    hasNews_ = true;
+}
+
+bool PicturePainter::usePrepared(ImageRef const& picture)
+{
+    auto const prepared = services_.prepared.find(picture);
+    if (!prepared)
+        return false;
+    use(prepared->levels);
+    standsFor_.reset();
+    hasNews_ = false;
+    if (!prepared->sharp.isEmpty())
+        sharp_ = Sharp { levels_, prepared->drawing, imageOf(prepared->sharp) };
+    return true;
+}
+
+// It is not made sharp: that would take the time of what it waits for.
+void PicturePainter::showStandIn(ImageRef const& picture, PixelSize shape)
+{
+    if (!picture || picture->image.isEmpty() || (levels_ && !standsFor_) || hasNews_)
+        return;
+    standsFor_ = shape;
+    if (picture == picture_)
+        return;
+    picture_ = picture;
+    use(std::make_shared<MipLevels const>(picture->image, noHalving));
 }
 
 void PicturePainter::showFrame(Bitmap const& frame)
 {
-    constexpr int noHalving = 1 << 30;
     clear();
     isFrame_ = true;
     levels_ = std::make_shared<MipLevels const>(frame, noHalving);
@@ -163,7 +191,7 @@ void PicturePainter::place(PixelSize area, PixelRect const& place)
 
 bool PicturePainter::isSharp() const
 {
-    if (!levels_ || hasNews_)
+    if (!levels_ || hasNews_ || standsFor_)
         return false;
     auto const part = visible();
     return isExact() || isFrame_ || part.isEmpty()
@@ -179,7 +207,7 @@ void PicturePainter::sharpen()
 
 void PicturePainter::startWork()
 {
-    if (isWorking_ || !levels_ || isFrame_)
+    if (isWorking_ || !levels_ || isFrame_ || (standsFor_ && !hasNews_))
         return;
     auto const whole = place_.size();
     MipLevels::Drawing const drawing { whole, withMargin(visible(), whole) };
@@ -199,8 +227,10 @@ void PicturePainter::made(Made made)
     isWorking_ = false;
     bool const isOfNews = hasNews_ && made.levels->size() == picture_->image.size
         && made.levels->all().front().bitmap.pixels == picture_->image.pixels;
-    if (isOfNews)
+    if (isOfNews) {
         hasNews_ = false;
+        standsFor_.reset();
+    }
     if (made.levels != levels_)
         use(made.levels);
     bool const isMissing = made.sharp.isEmpty() && made.drawing.whole != made.levels->size();

@@ -47,6 +47,10 @@ public:
     /// worse once it can be drawn sharp. The same again does nothing.
     void show(ImageRef const& picture);
 
+    /// What stands for a picture of `shape` until that is there: drawn softly in its place. Does
+    /// nothing once there is better.
+    void showStandIn(ImageRef const& picture, PixelSize shape);
+
     /// A picture that is drawn as it is, because the next one follows soon.
     void showFrame(Bitmap const& frame);
 
@@ -55,8 +59,9 @@ public:
     /// Attempts at a sharp picture before it stays as it is until its size changes.
     static constexpr int mostFailures = 3;
 
-    /// The pixels that the picture has which is drawn; empty if there is none.
-    PixelSize size() const { return levels_ ? levels_->size() : PixelSize {}; }
+    /// The pixels that the picture has which is drawn, or for which that stands; empty if there is
+    /// none.
+    PixelSize size() const;
 
     /// Where the whole picture lies in an area of `area` device pixels.
     void place(PixelSize area, PixelRect const& place);
@@ -83,6 +88,7 @@ private:
     PixelRect visible() const;
     bool isExact() const;
     void use(std::shared_ptr<MipLevels const> levels);
+    bool usePrepared(ImageRef const& picture);
     void sharpen();
     void startWork();
     void made(Made made);
@@ -95,6 +101,7 @@ private:
     ImageRef picture_; ///< what `levels_` are, or are about to be, made of
     std::shared_ptr<MipLevels const> levels_;
     bool isFrame_ = false;
+    std::optional<PixelSize> standsFor_; ///< `levels_` are of a stand-in
     bool hasNews_ = false; ///< `picture_` is better than `levels_`
     PixelSize area_;
     PixelRect place_;

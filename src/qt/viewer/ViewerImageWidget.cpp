@@ -73,6 +73,9 @@ void ViewerImageWidget::pictureChanged(std::chrono::milliseconds time)
         // A still picture stands for an animation until its first frame is there.
         if (!image->isAnimated() || !hasFrame_)
             painter_.show(image->shown());
+        painter_.showStandIn(image->standIn(), container_.standInShape());
+        if (image->content() == ViewerImage::Content::failure)
+            painter_.clear();
         motion_.moveTo(image->zoom(), time, now());
     }
     place();
@@ -200,7 +203,7 @@ void ViewerImageWidget::paintFade(QPainter& painter, QRect const& dirty)
 bool ViewerImageWidget::isComplete() const
 {
     auto const* const image = container_.image();
-    return isComplete_ && image && image->content() != ViewerImage::Content::spinner;
+    return isComplete_ && image && !image->isLoading();
 }
 
 } // namespace pixelhain

@@ -172,7 +172,7 @@ void ViewerWidget::showContent()
     auto const* const image = container_.image();
     auto const content = image ? image->content() : ViewerImage::Content::picture;
     failure_->setVisible(content == ViewerImage::Content::failure);
-    spinner_->setVisible(content == ViewerImage::Content::spinner);
+    spinner_->setVisible(image && image->showsSpinner());
 }
 
 void ViewerWidget::showArrows()

@@ -1,4 +1,5 @@
 #include "base/Resample.h"
+#include "images/DecodeRules.h"
 #include "qt/viewer/ViewerDesk.h"
 #include "support/FakeThumbnails.h"
 #include <algorithm>
@@ -250,6 +251,66 @@ TEST_CASE("one image pixel on one device pixel is the photo itself")
     auto const now = drawnPart(seen, moved);
     CHECK(
         v.frame().copy(seen) == imageOf(picture->image).copy(now.x, now.y, now.width, now.height));
+}
+
+TEST_CASE("what stands for a photo gives way to it in the same place, without a gap")
+{
+    ViewerDesk v;
+    PixelSize const photo { 4001, 2667 };
+    auto const picture = chart(1920, redrawnSize(photo, 1920).height);
+    auto const reduced = [&](int width, int height) {
+        return std::make_shared<CGImageBox>(
+            CGImageBox { resampled(picture->image, { width, height }), PixelOrigin::embedded });
+    };
+    v.source.metas[v.url(0)] = ImageMeta { photo, false };
+    v.source.thumbnails[v.url(0)] = reduced(256, 170);
+    v.open(0);
+    auto const place = picturePlace(v.area(), picture->image.size, {});
+    auto const shown = visible(v, place);
+    auto const exact = reference(picture->image, place.size(), drawnPart(shown, place));
+    auto const isBlackBeside = [&](QImage const& frame) {
+        return qGray(frame.pixel(shown.left() - 1, frame.height() / 2)) == 0
+            && qGray(frame.pixel(shown.right() + 1, frame.height() / 2)) == 0;
+    };
+    auto const first = v.frame();
+    auto const coarse = decibels(first.copy(shown), exact);
+    CHECK(coarse > 10);
+    CHECK(isBlackBeside(first));
+    CHECK_FALSE(v.widget.isComplete());
+    v.source.answer(Kind::preview, reduced(810, 540));
+    auto const better = v.frame();
+    CHECK(decibels(better.copy(shown), exact) > coarse);
+    CHECK(isBlackBeside(better));
+    v.rest();
+    CHECK_FALSE(v.widget.isComplete());
+    SUBCASE("prepared where it was decoded: in the next frame")
+    {
+        v.prepared.prepare(picture);
+        v.source.answer(Kind::display, picture);
+        checkSharp(v, picture->image, {});
+    }
+    SUBCASE("made sharp later: until then the stand-in stays")
+    {
+        auto const before = v.frame();
+        v.source.answer(Kind::display, picture);
+        CHECK(v.frame() == before);
+        v.rest();
+        checkSharp(v, picture->image, {});
+    }
+    CHECK(isBlackBeside(v.frame()));
+    CHECK(v.widget.isComplete());
+}
+
+TEST_CASE("nothing of what stood for a photo is left when that cannot be read")
+{
+    ViewerDesk v;
+    v.source.thumbnails[v.url(0)] = chart(256, 170);
+    v.open(0);
+    CHECK(qGray(v.frame().pixel(v.frame().width() / 2, v.frame().height() / 2)) != 0);
+    v.source.answer(Kind::display, nullptr);
+    auto const frame = v.frame();
+    for (int x = 0; x < frame.width(); ++x)
+        REQUIRE(qGray(frame.pixel(x, frame.height() / 2)) == 0);
 }
 
 TEST_CASE("the full picture takes the place of the screen-sized one without a jump")

@@ -241,6 +241,8 @@ TEST_CASE("a photo that cannot be read says so, one that is being read turns a w
 {
     ViewerDesk v;
     v.open(0);
+    CHECK_FALSE(partOf<LargeSpinner>(v.widget)->isVisible());
+    v.desk.loop.advance(std::chrono::milliseconds(150));
     CHECK(partOf<LargeSpinner>(v.widget)->isVisible());
     CHECK_FALSE(partOf<FailureView>(v.widget)->isVisible());
     v.source.answer(Kind::display, nullptr);
