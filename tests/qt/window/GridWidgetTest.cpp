@@ -1,4 +1,5 @@
 #include "qt/window/GridWidget.h"
+#include "images/DecodeRules.h"
 #include "qt/window/DrawnPicture.h"
 #include "qt/window/Gallery.h"
 #include <QScrollBar>
@@ -167,8 +168,8 @@ TEST_CASE(
     CHECK(gallery.grid.isFilled());
     CHECK_FALSE(gallery.grid.isComplete());
     CHECK_FALSE(gallery.grid.hasShownPicture());
-    auto const sharp = plainPicture(256, 171, Qt::blue);
-    gallery.answerAll(sharp);
+    auto const size = redrawnSize(*meta.size, gallery.grid.view().cell(0).pixel);
+    gallery.answerAll(plainPicture(size.width, size.height, Qt::blue));
     // Until it is made, the small one stays: there is no frame without a picture.
     auto const between = gallery.grid.grab().toImage().convertToFormat(QImage::Format_RGB32);
     CHECK(between.pixel(gallery.area(0).center()) == QColor(Qt::red).rgb());
