@@ -90,6 +90,8 @@ class SetupTest(unittest.TestCase):
                 "[cmake] [libjpeg62-turbo-dev] [qt6-base-dev] [xvfb] [qt6-qpa-plugins]",
             ("--with", "house", "core"):
                 "[cmake] [libjpeg62-turbo-dev] [doctest-dev] [xvfb] [clang-format-14]",
+            ("--with", "package", "release"):
+                "[cmake] [libjpeg62-turbo-dev] [qt6-base-dev] [qt6-qpa-plugins] [build-essential] [debhelper]",
         }
         for arguments, packages in wanted.items():
             with self.subTest(arguments):

@@ -1,0 +1,228 @@
+"""The installed package, from its installation to its removal. To be run on a machine that nobody needs:
+PackageTest.py makes one."""
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+
+PLACE = pathlib.Path(__file__).resolve().parent
+os.environ["PIXELHAIN_BUILD"] = "/usr/bin"
+
+from Desktop import Desktop, until  # noqa: E402
+from Programs import Picture  # noqa: E402
+from Session import Session  # noqa: E402
+
+ID = "de.pixelhain.Pixelhain"
+SHARE = pathlib.Path("/usr/share")
+ENTRY = SHARE / f"applications/{ID}.desktop"
+DECODER = pathlib.Path("/usr/libexec/pixelhain/pixelhain-decoder")
+SAMPLES = PLACE / "samples"
+COMMANDS = "list", "meta", "info", "thumbnail", "contact-sheet"
+
+
+def run(*command, check=True, **variables):
+    done = subprocess.run(
+        command, text=True, timeout=200, env={**os.environ, "LC_ALL": "C.UTF-8", **variables},
+        stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    if check and done.returncode != 0:
+        raise AssertionError(f"{command}: {done.returncode}\n{done.stdout}\n{done.stderr}")
+    return done
+
+
+def install():
+    run("dpkg", "--install", PLACE / "pixelhain.deb", DEBIAN_FRONTEND="noninteractive")
+
+
+def purge():
+    run("dpkg", "--purge", "pixelhain", DEBIAN_FRONTEND="noninteractive")
+
+
+def files_of_the_machine():
+    """What packages bring, and programs keep for all users."""
+    found = set()
+    for top in "/etc", "/opt", "/usr", "/var":
+        for folder, folders, files in os.walk(top):
+            found.update(os.path.join(folder, name) for name in [*folders, *files])
+    return found
+
+
+def options_in(text):
+    return set(re.findall(r"(?<![\w-])--?[\w][\w-]*", text))
+
+
+class InstalledTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        install()
+        cls.addClassCleanup(purge)
+        cls.version = (PLACE / "version").read_text()
+
+    def test_both_programs_tell_their_version(self):
+        self.assertEqual(run("pixelhain", "--version").stdout, f"pixelhain {self.version}\n")
+        self.assertEqual(run("pixelhain-cli", "--version").stdout, f"pixelhain-cli {self.version}\n")
+
+    def test_programs_are_hardened(self):
+        for program in ("/usr/bin/pixelhain", "/usr/bin/pixelhain-cli", DECODER):
+            with self.subTest(program):
+                said = run("readelf", "--wide", "--file-header", "--program-headers", "--dynamic", program).stdout
+                self.assertRegex(said, r"Type:\s+DYN \(Position-Independent")
+                self.assertIn("GNU_RELRO", said)
+                self.assertRegex(said, r"FLAGS_1.*NOW")
+                self.assertRegex(said, r"GNU_STACK.* RW ")
+                self.assertNotRegex(said, r"R(UN)?PATH")
+                names = run("readelf", "--wide", "--dyn-syms", program).stdout
+                self.assertIn("__stack_chk_fail", names)
+                self.assertRegex(names, r"__\w+_chk@")
+
+    def test_pictures_are_decoded_by_the_installed_decoder(self):
+        photo = next(SAMPLES.glob("*.jpg"))
+        command = "pixelhain-cli", "thumbnail", "--size", "64", photo
+        self.assertRegex(run(*command).stdout, r"\t(64\t\d+|\d+\t64)\t")
+        away = DECODER.rename(DECODER.with_name("away"))
+        self.addCleanup(away.rename, DECODER)
+        without = run(*command, check=False)
+        self.assertEqual(without.returncode, 1)
+        self.assertIn("pictures cannot be decoded", without.stderr)
+
+    def test_a_folder_is_shown(self):
+        Desktop.own()
+        file = PLACE / "window.png"
+        run("pixelhain", "--screenshot", file, SAMPLES, HOME=str(PLACE), XDG_CONFIG_HOME=str(PLACE / "shown"),
+            QT_QPA_PLATFORM="xcb", XDG_RUNTIME_DIR=str(Desktop.own().place))
+        self.assertGreater(Picture(file).colorful_share(), 0.1)
+
+    def test_a_photo_is_opened_through_the_bus_in_a_program_that_the_bus_starts(self):
+        desktop = Desktop.own()
+        photo = next(SAMPLES.glob("*.jpg")).as_uri()
+        self.opens(lambda: run(
+            "gdbus", "call", "--session", "--dest", ID, "--object-path", "/de/pixelhain/Pixelhain",
+            "--method", "org.freedesktop.Application.Open", f"['{photo}']", "{}",
+            DBUS_SESSION_BUS_ADDRESS=desktop.environment["DBUS_SESSION_BUS_ADDRESS"]))
+
+    def test_a_photo_is_opened_by_the_desktop_entry(self):
+        launch = (
+            "import sys; from gi.repository import Gio; "
+            "Gio.DesktopAppInfo.new(sys.argv[1]).launch([Gio.File.new_for_path(sys.argv[2])]); "
+            "Gio.bus_get_sync(Gio.BusType.SESSION).flush_sync()")
+        photo = next(SAMPLES.glob("*.jpg"))
+        self.opens(lambda: run(
+            "/usr/bin/python3", "-c", launch, ENTRY.name, photo, **Desktop.own().environment,
+            XDG_DATA_DIRS="/usr/share"))
+
+    def opens(self, ask):
+        """What is asked of the bus brings a window with the samples, and there is one program."""
+        ask()
+        titles = []
+
+        def look():
+            found = run("xdotool", "search", "--onlyvisible", "--name", "^samples – ", check=False).stdout.split()
+            titles[:] = [run("xdotool", "getwindowname", window, check=False).stdout.strip() for window in found]
+            return re.fullmatch(r"samples – \d+ Fotos", titles[0]) if len(titles) == 1 else None
+
+        try:
+            until(look, "a window with the samples")
+        finally:
+            programs = run("pidof", "pixelhain", check=False).stdout.split()
+            for program in programs:
+                os.kill(int(program), 15)
+            until(lambda: not run("pidof", "pixelhain", check=False).stdout, "an end of the program")
+        self.assertEqual(len(programs), 1)
+
+    def test_the_desktop_offers_it_for_photos_and_folders(self):
+        for kind in ("image/jpeg", "image/x-canon-cr3", "image/heif", "inode/directory"):
+            self.assertIn(ENTRY.name, run("gio", "mime", kind).stdout, kind)
+        self.assertNotIn(ENTRY.name, run("gio", "mime", "text/plain").stdout)
+
+    def test_the_desktop_entry_is_valid(self):
+        self.assertEqual(run("desktop-file-validate", ENTRY).stdout, "")
+
+    def test_what_software_centres_read_is_valid(self):
+        metainfo = SHARE / f"metainfo/{ID}.metainfo.xml"
+        run("appstreamcli", "validate", "--no-net", metainfo)
+        self.assertIn(f'<release version="{self.version}"', metainfo.read_text())
+        entry = re.search("^MimeType=(.*);$", ENTRY.read_text(), re.M)[1].split(";")
+        self.assertEqual(re.findall("<mediatype>(.*)</mediatype>", metainfo.read_text()), entry)
+
+    def test_the_bus_starts_what_is_installed(self):
+        service = (SHARE / f"dbus-1/services/{ID}.service").read_text()
+        self.assertEqual(service, f"[D-BUS Service]\nName={ID}\nExec=/usr/bin/pixelhain\n")
+
+    def test_the_icon_is_there_in_all_sizes(self):
+        icons = SHARE / "icons/hicolor"
+        for size in (16, 22, 24, 32, 48, 64, 128, 256, 512):
+            picture = icons / f"{size}x{size}/apps/{ID}.png"
+            self.assertEqual(run("pixelhain-cli", "meta", picture).stdout, f"{picture}\t{size}\t{size}\tstill\n")
+        self.assertTrue((icons / f"scalable/apps/{ID}.svg").is_file())
+        self.assertTrue((icons / f"symbolic/apps/{ID}-symbolic.svg").is_file())
+
+    def test_manuals_are_complete_and_well_formed(self):
+        for name in ("pixelhain", "pixelhain-cli"):
+            for folder in ("man1", "de/man1"):
+                page = SHARE / f"man/{folder}/{name}.1.gz"
+                with self.subTest(page):
+                    shown = run("man", "--warnings", "--local-file", page, MANWIDTH="80")
+                    self.assertEqual(shown.stderr, "")
+                    self.assertIn(self.version, shown.stdout)
+                    self.assertLessEqual(self.options_of(name) - {"-h"}, options_in(shown.stdout))
+
+    def options_of(self, program):
+        """All that the program itself says it takes."""
+        if program == "pixelhain":
+            return options_in(run("pixelhain", "--help").stdout)
+        told = options_in(run("pixelhain-cli", "--help").stdout)
+        return told.union(*(options_in(run("pixelhain-cli", name, "--help").stdout) for name in COMMANDS))
+
+    def completed(self, *words):
+        """What bash offers for the last of the words."""
+        script = """
+            source /usr/share/bash-completion/bash_completion
+            _completion_loader "$1" || (($? == 124))
+            COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMP_LINE="$*" COMP_POINT=${#COMP_LINE}
+            compopt() { :; }
+            $(complete -p "$1" | sed 's/.*-F \\([^ ]*\\) .*/\\1/') "$1" "${!#}" "${@: -2:1}"
+            printf '%s\\n' "${COMPREPLY[@]}"
+        """
+        return [word for word in run("bash", "--norc", "-c", script, "bash", *words).stdout.split("\n") if word]
+
+    def test_bash_completes_all_options(self):
+        self.assertEqual(set(self.completed("pixelhain", "--")),
+                         {name for name in self.options_of("pixelhain") if name.startswith("--")})
+        for command in COMMANDS:
+            said = options_in(run("pixelhain-cli", command, "--help").stdout)
+            self.assertEqual(set(self.completed("pixelhain-cli", command, "-")) - {"--help"}, said, command)
+        self.assertEqual(self.completed("pixelhain-cli", "")[:5], [*COMMANDS])
+
+    def test_bash_completes_photos_and_values(self):
+        names = self.completed("pixelhain", f"{SAMPLES}/Farb")
+        self.assertEqual(names, [f"{SAMPLES}/Farbspiel.gif"])
+        self.assertEqual(self.completed("pixelhain-cli", "meta", f"{PLACE}/vers"), [])
+        self.assertEqual(self.completed("pixelhain-cli", "list", "--sort", "d"), ["date"])
+        self.assertEqual(self.completed("pixelhain-cli", "contact-sheet", "--paper", "a"), ["a4", "a3"])
+
+    def test_zsh_loads_its_completions(self):
+        for name in ("_pixelhain", "_pixelhain-cli"):
+            run("zsh", "-f", "-c", f"autoload -Uz compinit {name} && compinit -D -u && "
+                f"whence -w {name} && autoload +X {name} && [[ $_comps[{name[1:]}] == {name} ]]")
+
+
+class RemovalTest(unittest.TestCase):
+    def test_what_was_used_and_removed_leaves_nothing_behind(self):
+        before = files_of_the_machine()
+        install()
+        self.assertTrue(ENTRY.exists())
+        session = Session(PLACE / "home", SAMPLES, DISPLAY=Desktop.own().environment["DISPLAY"])
+        session.wait_for("idle")
+        self.assertEqual(session.end(), 0)
+        purge()
+        left = {name for name in files_of_the_machine() - before
+                if not name.startswith(("/var/lib/dpkg/", "/var/log/", "/var/cache/"))}
+        self.assertEqual(left, set())
+        self.assertEqual([name for name in files_of_the_machine() if ID in name], [])
+        for cache in SHARE.glob("applications/mimeinfo.cache"):
+            self.assertNotIn(ID, cache.read_text())
+        self.assertNotEqual(run("dpkg", "--status", "pixelhain", check=False).returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,93 @@
+"""The package that tools/package built: what it consists of, and how it fares on a machine that has never
+seen the program. That machine is this one beneath a layer of its own: what is installed there is gone when the
+test ends, and neither checkout nor build folders are in it."""
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+ROOT = HERE.parents[1]
+PLACE = ROOT / "build/package"
+BUILT = PLACE / "source/build/debian"
+NAMESPACES = ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--propagation", "private"]
+# $1: the folder that gets the layer. Everything under it vanishes with the last process.
+NEW_MACHINE = """\
+set -e
+mount -t tmpfs layer "$1"
+mkdir "$1/above" "$1/work" "$1/root"
+mount -t overlay overlay -o lowerdir=/,upperdir="$1/above",workdir="$1/work" "$1/root"
+cd "$1/root"
+mount -t proc proc proc
+mount --rbind /dev dev
+mount -t tmpfs tmp tmp
+mount -t tmpfs run run
+mkdir -p tmp/package
+cp -r "$2"/. tmp/package
+mount -t tmpfs hidden ".$3"
+exec chroot . /usr/bin/python3 -B /tmp/package/InstalledTest.py
+"""
+
+
+def run(*command, **options):
+    return subprocess.run(
+        command, text=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
+
+
+def version():
+    return re.search(r"^project\(\w+ VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text(), re.M)[1]
+
+
+class PackageTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        found = list(PLACE.glob("pixelhain_*.deb"))
+        assert len(found) == 1, f"tools/package makes one package, but there are: {found}"
+        cls.package = found[0]
+
+    def field(self, name):
+        return run("dpkg-deb", "--field", self.package, name).stdout.strip()
+
+    def test_it_has_the_version_of_the_program(self):
+        self.assertEqual(self.field("Version"), version())
+
+    def test_it_brings_what_the_desktop_may_lack(self):
+        for name in ("qt6-wayland", "qt6-gtk-platformtheme", "qt6-xdgdesktopportal-platformtheme"):
+            self.assertIn(name, self.field("Recommends"))
+
+    def test_lintian_finds_neither_errors_nor_warnings(self):
+        changes, = PLACE.glob("pixelhain_*.changes")
+        checked = run("lintian", "--allow-root", "--fail-on", "error,warning", changes)
+        self.assertEqual(checked.returncode, 0, checked.stdout)
+
+    def test_no_check_of_lintian_is_overridden(self):
+        self.assertEqual([*ROOT.glob("debian/**/*lintian-overrides")], [])
+
+    def test_it_can_be_installed_used_and_removed(self):
+        with tempfile.TemporaryDirectory(prefix="pixelhain-machine-") as layer, \
+                tempfile.TemporaryDirectory(prefix="pixelhain-package-") as luggage:
+            self.pack(pathlib.Path(luggage))
+            namespaces = NAMESPACES if os.geteuid() == 0 else [*NAMESPACES, "--user", "--map-root-user"]
+            done = run(*namespaces, "bash", "-c", NEW_MACHINE, "bash", layer, luggage, ROOT)
+        self.assertEqual(done.returncode, 0, done.stdout)
+        self.assertRegex(done.stdout, r"Ran \d+ tests")
+
+    def pack(self, luggage):
+        shutil.copy(self.package, luggage / "pixelhain.deb")
+        for file in (*HERE.glob("*.py"), *(ROOT / "tests/e2e").glob("*.py")):
+            shutil.copy(file, luggage)
+        subprocess.run([BUILT / "pixelhain-samples", "--percent", "10", luggage / "samples"], check=True)
+        (luggage / "version").write_text(version())
+        screenshots = re.findall(
+            r"<image>@HOMEPAGE@/(.*)</image>",
+            (ROOT / "packaging/desktop/de.pixelhain.Pixelhain.metainfo.xml.in").read_text())
+        self.assertTrue(screenshots)
+        for name in screenshots:
+            self.assertTrue((ROOT / "docs" / name).is_file(), name)
+
+
+if __name__ == "__main__":
+    unittest.main()
