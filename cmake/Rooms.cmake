@@ -12,6 +12,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_BUILD_TYPE STREQUAL Release)
 endif()
 # A library of which a program uses nothing is not loaded at its start.
 target_link_options(pixelhain_options INTERFACE -Wl,--as-needed)
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+    # What Debian hardens its packages with; the compiler's own default is a program that can be
+    # loaded anywhere.
+    target_link_options(pixelhain_options INTERFACE -Wl,-z,relro -Wl,-z,now)
+endif()
 if(PIXELHAIN_WERROR)
     target_compile_options(pixelhain_options INTERFACE -Werror)
 endif()
