@@ -2,7 +2,7 @@
 #include "codecs/Animation.h"
 #include "codecs/FileProperties.h"
 #include "codecs/ImageCodecs.h"
-#include "decoder/CountedBytes.h"
+#include "codecs/CountedBytes.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
 #include <algorithm>
@@ -54,8 +54,9 @@ std::optional<ImageMeta> InProcessDecoder::readMeta(FileUrl const& file)
 
 std::optional<Glance> InProcessDecoder::glance(FileUrl const& file, int maxPixel)
 {
-    return withImage<Glance>(
-        file, [maxPixel](ImageSource& image) { return std::optional(glanceAt(image, maxPixel)); });
+    std::uint64_t count = 0;
+    return withImage<Glance>(file, count,
+        [maxPixel](ImageSource& image) { return std::optional(glanceAt(image, maxPixel)); });
 }
 
 std::optional<PhotoProperties> InProcessDecoder::readProperties(FileUrl const& file)

@@ -2,7 +2,7 @@
 #include "codecs/DecodeLimits.h"
 #include "codecs/FileProperties.h"
 #include "decoder/CarefulSource.h"
-#include "decoder/CountedBytes.h"
+#include "codecs/CountedBytes.h"
 #include "decoder/ProcessorAlarm.h"
 #include "decoder/PropertiesRecord.h"
 #include "decoder/SpaceMemory.h"
