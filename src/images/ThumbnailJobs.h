@@ -7,6 +7,8 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <tuple>
+#include <vector>
 
 namespace pixelhain {
 
@@ -44,9 +46,17 @@ public:
     /// For a work item that starts: what to do, if there still is something that may begin.
     [[nodiscard]] std::optional<Job> start();
 
+    /// Whether it is only ahead, its step and its rank: what comes first is least.
+    using Urgency = std::tuple<bool, Step, std::uint32_t>;
+
 private:
-    void forgetDropped();
-    [[nodiscard]] bool mayBegin(Job const& job) const;
+    struct Startable {
+        Urgency urgency;
+        std::list<Job>::iterator job;
+    };
+
+    /// All that may begin now, in the order in which they were added. Forgets the dropped.
+    [[nodiscard]] std::vector<Startable> startableJobs();
 
     std::mutex lock_;
     std::list<Job> jobs_;

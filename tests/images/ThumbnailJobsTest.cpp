@@ -175,6 +175,17 @@ TEST_CASE("what is expected ahead holds up nothing in view")
     CHECK(j.done == Names { "slow" });
 }
 
+TEST_CASE("what has to wait holds up no look that may begin")
+{
+    Jobs j;
+    j.expect("look 0", Step::glance, { Wish::load, 0 });
+    j.add("slow", Step::slow, { Wish::load, 1 });
+    j.add("look ahead", Step::glance, { Wish::loadAhead, 5 });
+    j.run();
+    CHECK(j.done == Names { "look ahead" });
+    CHECK(j.jobs.claimItems() == 0);
+}
+
 TEST_CASE("a turn keeps the largest rank that it can tell")
 {
     Turn const turn;
