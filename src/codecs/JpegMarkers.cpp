@@ -6,7 +6,7 @@ namespace pixelhain {
 namespace {
 
 constexpr int mostSegments = 8192;
-constexpr int mostFill = 1024; // bytes of 0xFF in front of a marker
+constexpr int mostFill = 1024; // bytes of 0xFF in front of markers, in the whole file
 constexpr int mostBlocks = 10; // of a unit that holds several components
 
 enum Marker : std::uint8_t {
@@ -38,7 +38,7 @@ std::optional<JpegMarkers::Segment> JpegMarkers::segmentAt(std::uint64_t offset)
     if (++segments_ > mostSegments)
         return {};
     std::array<std::uint8_t, 4> head {};
-    for (int fill = 0; fill < mostFill; ++fill, ++offset) {
+    for (; fill_ < mostFill; ++fill_, ++offset) {
         auto const got = bytes_.readAt(offset, head);
         if (got < 2)
             return Segment { endOfImage, offset, 0 };

@@ -107,6 +107,7 @@ private:
     std::optional<std::uint8_t> adobe_; ///< what it says about the colours
     std::uint64_t behindFrame_ = 0;
     int segments_ = 0;
+    int fill_ = 0;
 };
 
 } // namespace pixelhain

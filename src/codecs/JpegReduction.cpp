@@ -76,7 +76,7 @@ JpegReduction::Next JpegReduction::takeSequential()
     auto const outcome = scan ? scan->run() : JpegScanRun::Outcome::foreign;
     if (outcome == JpegScanRun::Outcome::foreign)
         return Next::foreign;
-    if (markers_.scan().parts.size() == planes_.size())
+    if (std::ranges::all_of(planes_, [](auto const& plane) { return plane.missingBits >= 0; }))
         return Next::finished;
     offset_ = scan->end();
     return Next::more;

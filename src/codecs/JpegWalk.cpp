@@ -62,6 +62,19 @@ bool JpegWalk::lose(std::uint32_t position)
     return false;
 }
 
+// Whether another block follows.
+[[gnu::always_inline]] inline bool JpegWalk::passBlock(std::uint32_t position)
+{
+    if (++block_ < unit_->count)
+        return true;
+    block_ = 0;
+    starts_[++units_] = position;
+    if (position < limit_ && units_ < most_)
+        return true;
+    position_ = position;
+    return false;
+}
+
 // Reads the mean of the block at hand; false if the walk ends.
 [[gnu::always_inline]] inline bool JpegWalk::beginBlock(
     std::uint8_t const* data, std::uint32_t position)
@@ -78,37 +91,39 @@ bool JpegWalk::lose(std::uint32_t position)
     return true;
 }
 
-// One whose mean takes more than a look, or that is more than its mean.
+// One whose mean takes more than a look, or that is more than its mean; there may be many of these
+// one after the other.
 [[gnu::noinline]] bool JpegWalk::beginOddBlock(std::uint8_t const* data, std::uint32_t position)
 {
-    auto const& codes = unit_->blocks[block_];
-    auto const bits = bitsAt(data, position);
-    auto const found = codes.means->find(bits);
-    if (found.bits == 0 || found.symbol > 15)
-        return lose(position);
-    *nextDifference_++ = static_cast<std::int16_t>(codedNumber(bits << found.bits, found.symbol));
-    position += static_cast<std::uint32_t>(found.bits + found.symbol);
-    if (codes.steps == nullptr) {
-        state_ = position << positionShift | 1;
-        table_ = codes.skips->entries();
-        return true;
+    for (;;) {
+        auto const& codes = unit_->blocks[block_];
+        auto const bits = bitsAt(data, position);
+        auto const found = codes.means->find(bits);
+        if (found.bits == 0 || found.symbol > 15)
+            return lose(position);
+        *nextDifference_++
+            = static_cast<std::int16_t>(codedNumber(bits << found.bits, found.symbol));
+        position += static_cast<std::uint32_t>(found.bits + found.symbol);
+        if (codes.steps == nullptr) {
+            state_ = position << positionShift | 1;
+            table_ = codes.skips->entries();
+            return true;
+        }
+        auto const end = readQuarters(data, position, codes, *nextQuarters_++);
+        if (!end)
+            return lose(position);
+        position = *end;
+        if (!passBlock(position))
+            return false;
+        if (unit_->blocks[block_].steps == nullptr)
+            return beginBlock(data, position);
     }
-    auto const end = readQuarters(data, position, codes, *nextQuarters_++);
-    return end ? endBlock(data, *end) : lose(position);
 }
 
 [[gnu::always_inline]] inline bool JpegWalk::endBlock(
     std::uint8_t const* data, std::uint32_t position)
 {
-    if (++block_ == unit_->count) {
-        block_ = 0;
-        starts_[++units_] = position;
-        if (position >= limit_ || units_ == most_) {
-            position_ = position;
-            return false;
-        }
-    }
-    return beginBlock(data, position);
+    return passBlock(position) && beginBlock(data, position);
 }
 
 // Goes on where `next` is past the block of `state`.

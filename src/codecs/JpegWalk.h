@@ -84,6 +84,7 @@ private:
 
     bool turn(std::uint8_t const* data, std::uint32_t state, std::uint32_t next);
     bool turnOdd(std::uint8_t const* data, std::uint32_t state);
+    bool passBlock(std::uint32_t position);
     bool endBlock(std::uint8_t const* data, std::uint32_t position);
     bool beginBlock(std::uint8_t const* data, std::uint32_t position);
     bool beginOddBlock(std::uint8_t const* data, std::uint32_t position);
