@@ -40,6 +40,9 @@ void GridView::layOut(double width, LineHeights const& heights)
     measures.count = model_.items->size();
     layout_ = GridLayout(measures);
     model_.setColumns(layout_.columns());
+    // Another list begins at its top: nobody scrolled there.
+    if (first_.changed(measures.count > 0 ? (*model_.items)[0].url : FileUrl()))
+        forecast_.forget();
 }
 
 void GridView::showRows(double top, double height, double goal)

@@ -132,6 +132,7 @@ private:
     bool hasNewTurns_ = false;
     std::optional<Point> pointer_;
     Cells cells_;
+    LastSeen<FileUrl> first_;
     LastSeen<std::optional<std::size_t>> cursor_;
     LastSeen<bool> viewerOpen_;
 };

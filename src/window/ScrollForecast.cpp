@@ -13,10 +13,11 @@ ScrollForecast::ScrollForecast(MainLoop& loop, std::function<void()> changed)
 
 void ScrollForecast::moveTo(double position)
 {
-    if (position == position_)
+    auto const from = std::exchange(position_, position).value_or(position);
+    if (position == from)
         return;
-    isUpward_ = position < position_;
-    auto const step = std::abs(position - std::exchange(position_, position));
+    isUpward_ = position < from;
+    auto const step = std::abs(position - from);
     hasMoved_ = true;
     if (beat_)
         return;
@@ -31,16 +32,28 @@ void ScrollForecast::headFor(double goal)
     leap_ = 0;
 }
 
+void ScrollForecast::forget()
+{
+    position_.reset();
+    before_ = 0;
+    leap_ = 0;
+    hasMoved_ = false;
+    isUpward_ = false;
+    beat_.cancel();
+}
+
 double ScrollForecast::way(int beats) const
 {
-    auto const now = position_ - start_;
+    if (!beat_)
+        return 0;
+    auto const now = position_.value_or(start_) - start_;
     return beats * (std::abs(now) > std::abs(before_) ? now : before_);
 }
 
 void ScrollForecast::beatEnded()
 {
-    before_ = position_ - start_;
-    start_ = position_;
+    before_ = *position_ - start_;
+    start_ = *position_;
     leap_ = 0;
     beat_ = Task();
     if (std::exchange(hasMoved_, false))

@@ -2,6 +2,7 @@
 #include "base/Task.h"
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace pixelhain {
 
@@ -23,6 +24,9 @@ public:
     /// It is on its way there by itself; a step that is known to be whole is no leap.
     void headFor(double goal);
 
+    /// What is shown is something else now: the next position is where it rests, however far away.
+    void forget();
+
     /// The way in points that it will go within so many beats.
     [[nodiscard]] double way(int beats) const;
 
@@ -37,7 +41,7 @@ private:
 
     MainLoop& loop_;
     std::function<void()> changed_;
-    double position_ = 0;
+    std::optional<double> position_ = 0; ///< none: not known yet
     double start_ = 0; ///< of this beat
     double before_ = 0; ///< the way in the last beat
     double leap_ = 0;

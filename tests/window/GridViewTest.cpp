@@ -198,6 +198,18 @@ TEST_CASE("a gallery that stops tells the turns again without another scroll")
     CHECK(gallery.source.turnChanges > before);
 }
 
+TEST_CASE("the next folder's photos have their turn at once, wherever the last one was scrolled to")
+{
+    Gallery gallery(10'000);
+    auto& grid = *gallery.grid;
+    grid.showRows(100'000, 600);
+    gallery.desk.loop.advance(std::chrono::milliseconds(200));
+    gallery.desk.open("/c", { "x.jpg", "y.jpg" });
+    gallery.layOut(18 + 4 * 110);
+    grid.showRows(0, 600);
+    CHECK(gallery.turns() == Names { "x.jpg", "y.jpg" });
+}
+
 TEST_CASE("of a movement that ends by itself only the end counts")
 {
     Gallery gallery(10'000);

@@ -37,6 +37,20 @@ TEST_CASE("a single step out of rest foretells nothing, however long it is")
     CHECK(s.loop.timers() == 0);
 }
 
+TEST_CASE("where another list begins is no movement")
+{
+    Scrolled s;
+    s.scroll(50'000, 2000, 20);
+    s.forecast.forget();
+    CHECK(s.forecast.way(1) == 0);
+    CHECK(s.loop.timers() == 0);
+    s.forecast.moveTo(0);
+    CHECK(s.forecast.leap() == 0);
+    CHECK(s.forecast.way(6) == 0);
+    s.forecast.moveTo(300);
+    CHECK(s.forecast.leap() == 300);
+}
+
 TEST_CASE("a steady movement goes on as it does")
 {
     Scrolled s;
