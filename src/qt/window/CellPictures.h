@@ -33,6 +33,8 @@ struct DrawnCell {
     Task scaling;
 
     bool isPending() const { return static_cast<bool>(scaling); }
+    /// Nor what stands for it, nor what still does until the picture is brought to its size.
+    bool showsOwnPicture() const { return !isPending() && !isEmbedded && !picture.isNull(); }
 };
 
 /// The cells' pictures at the very size at which they are drawn, made off the main thread. Pictures

@@ -116,8 +116,7 @@ void GridWidget::paintCells(QPainter& painter, QRegion const& dirty)
             hasDrawnCaption = true;
         }
         painter_->paint(painter, placeOf(index), cell, drawn);
-        hasShownPicture_
-            = hasShownPicture_ || (drawn && !drawn->picture.isNull() && !drawn->isEmbedded);
+        hasShownPicture_ = hasShownPicture_ || (drawn && drawn->showsOwnPicture());
     }
 }
 
