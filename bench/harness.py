@@ -140,11 +140,12 @@ def machine():
 
 
 @contextlib.contextmanager
-def x_server(width=1920, height=1080):
+def x_server(width=1920, height=1080, *options):
     """An empty virtual X server; gives the value of DISPLAY."""
     read, write = os.pipe()
     server = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-dpi", "96", "-nolisten", "tcp"],
+        ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-dpi", "96", "-nolisten", "tcp",
+         *options],
         pass_fds=[write], stderr=subprocess.DEVNULL)
     os.close(write)
     with os.fdopen(read) as answer:

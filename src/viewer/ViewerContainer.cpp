@@ -79,10 +79,11 @@ void ViewerContainer::metaArrived(std::optional<ImageMeta> const& meta)
         pictureChanged_({});
         return;
     }
-    auto const still = image_->image() ? image_->image() : image_->standIn();
+    auto const still = image_->image();
+    auto const standIn = image_->standIn();
     freePictures();
     makeImage(true);
-    image_->keepStill(still);
+    image_->keepStill(still, standIn);
     photoChanged_();
 }
 

@@ -28,10 +28,12 @@ ViewerImage::ViewerImage(
 {
 }
 
-void ViewerImage::keepStill(ImageRef picture)
+void ViewerImage::keepStill(ImageRef picture, ImageRef standIn)
 {
     if (!image_)
         image_ = std::move(picture);
+    if (!image_)
+        standIn_ = std::move(standIn);
 }
 
 void ViewerImage::appear()
@@ -41,23 +43,33 @@ void ViewerImage::appear()
     imageLoad_ = source_.loadDisplayImage(item_.url, [this](ImageRef image) {
         image_ = std::move(image);
         failed_ = !image_;
-        standInLoad_.cancel();
-        spinnerWait_.cancel();
+        cancelStandIn();
         standIn_ = nullptr;
         changed_(atOnce);
     });
-    loadStandIn();
+    // Photos that are only paged past are not to take a processor from the one that is sought.
+    if (standIn_)
+        standInWait_ = loop_.after(previewDelay, [this] { loadStandIn(); });
+    else
+        loadStandIn();
+    spinnerWait_ = loop_.after(spinnerDelay, [this] {
+        hasWaited_ = true;
+        if (showsSpinner())
+            changed_(atOnce);
+    });
 }
 
 void ViewerImage::loadStandIn()
 {
     standInLoad_ = source_.loadPreview(
         item_.url, [this](ImageRef picture) { useStandIn(std::move(picture)); });
-    spinnerWait_ = loop_.after(spinnerDelay, [this] {
-        hasWaited_ = true;
-        if (showsSpinner())
-            changed_(atOnce);
-    });
+}
+
+void ViewerImage::cancelStandIn()
+{
+    standInWait_.cancel();
+    standInLoad_.cancel();
+    spinnerWait_.cancel();
 }
 
 void ViewerImage::useStandIn(ImageRef picture)
@@ -81,8 +93,7 @@ ViewerImage::Content ViewerImage::content() const
 std::vector<ImageRef> ViewerImage::takePictures()
 {
     imageLoad_.cancel();
-    standInLoad_.cancel();
-    spinnerWait_.cancel();
+    cancelStandIn();
     fullLoads_.clear();
     return { std::exchange(image_, nullptr), std::exchange(full_, nullptr),
         std::exchange(standIn_, nullptr) };

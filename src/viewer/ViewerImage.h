@@ -28,6 +28,8 @@ public:
     static constexpr std::chrono::milliseconds wheelPause { 250 }; ///< ends a zoom by the wheel
     /// Of a photo of which there is nothing to be seen, until a wheel turns.
     static constexpr std::chrono::milliseconds spinnerDelay { 150 };
+    /// Until a preview is looked for where something stands for the photo already: two frames.
+    static constexpr std::chrono::milliseconds previewDelay { 32 };
     static constexpr std::string_view failedSymbol = "exclamationmark.triangle";
     static constexpr std::string_view failedText = "Bild kann nicht gelesen werden";
     static constexpr std::string_view spinnerName = "Bild wird gelesen"; ///< said by screen readers
@@ -43,8 +45,8 @@ public:
     ViewerImage(ViewerImage const&) = delete;
     ViewerImage& operator=(ViewerImage const&) = delete;
 
-    /// A picture of the photo that is there already, if none is in memory.
-    void keepStill(ImageRef picture);
+    /// What was shown of the photo until now, or stood for it, if there is none in memory.
+    void keepStill(ImageRef picture, ImageRef standIn);
 
     /// To be called when the photo comes on screen: loads the screen-sized picture if need be, and
     /// until then the best that is quickly had.
@@ -91,6 +93,7 @@ public:
 
 private:
     void loadStandIn();
+    void cancelStandIn();
     void useStandIn(ImageRef picture);
     void magnify(double magnification);
     void endWheel();
@@ -120,6 +123,7 @@ private:
     double wheelMagnification_ = 1;
     Task wheelEnd_;
     Task imageLoad_;
+    Task standInWait_;
     Task standInLoad_;
     Task spinnerWait_;
     std::vector<Task> fullLoads_;

@@ -155,7 +155,9 @@ TEST_CASE("what stood for a photo that turns out to move stays until it does")
     v.open(0);
     v.source.answerMeta(ImageMeta { PixelSize { 10, 10 }, true });
     CHECK(v.container.image()->isAnimated());
-    CHECK(v.container.image()->shown() == small);
+    CHECK(v.container.image()->standIn() == small);
+    CHECK_FALSE(v.container.image()->shown());
+    CHECK(v.container.standInShape() == PixelSize { 10, 10 });
 }
 
 TEST_CASE("a file without metadata counts as still")

@@ -164,8 +164,40 @@ TEST_CASE("a preview that is smaller than the gallery's thumbnail does not take 
     source.thumbnails[photo("a.jpg").url] = thumbnail;
     ViewerImage image(source, loop, photo("a.jpg"), false, [](auto) {});
     image.appear();
+    loop.advance(ViewerImage::previewDelay);
     source.answer(Kind::preview, pictureOf(160, 107));
     CHECK(image.standIn() == thumbnail);
+}
+
+TEST_CASE("a photo that is only paged past with its thumbnail reads no preview")
+{
+    FakeLoop loop;
+    FakeViewerSource source;
+    source.thumbnails[photo("a.jpg").url] = pictureOf(256, 171);
+    ViewerImage image(source, loop, photo("a.jpg"), false, [](auto) {});
+    image.appear();
+    loop.advance(ViewerImage::previewDelay - 1ms);
+    CHECK(source.asked(Kind::preview) == 0);
+    SUBCASE("one that stays does")
+    {
+        loop.advance(1ms);
+        CHECK(source.asked(Kind::preview) == 1);
+        auto const preview = pictureOf(1620, 1080);
+        source.answer(Kind::preview, preview);
+        CHECK(image.standIn() == preview);
+    }
+    SUBCASE("one whose picture is there does not")
+    {
+        source.answer(Kind::display, pictureOf(1920, 1280));
+        loop.advance(1s);
+        CHECK(source.asked(Kind::preview) == 0);
+    }
+    SUBCASE("nor one that is left")
+    {
+        CHECK_FALSE(image.takePictures().empty());
+        loop.advance(1s);
+        CHECK(source.asked(Kind::preview) == 0);
+    }
 }
 
 TEST_CASE("the wheel turns when there is nothing to be seen after 150 milliseconds")

@@ -277,6 +277,7 @@ TEST_CASE("what stands for a photo gives way to it in the same place, without a 
     CHECK(coarse > 10);
     CHECK(isBlackBeside(first));
     CHECK_FALSE(v.widget.isComplete());
+    v.desk.loop.advance(ViewerImage::previewDelay);
     v.source.answer(Kind::preview, reduced(810, 540));
     auto const better = v.frame();
     CHECK(decibels(better.copy(shown), exact) > coarse);
