@@ -1,6 +1,8 @@
+#include "codecs/CountedBytes.h"
+#include "codecs/DecodeLimits.h"
 #include "codecs/JpegPixels.h"
 #include "codecs/JpegReduction.h"
-#include "codecs/CountedBytes.h"
+#include "codecs/JpegScanBytes.h"
 #include "fuzz/Fuzz.h"
 #include "support/LibraryJpeg.h"
 #include <cstdlib>
@@ -55,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t leng
     auto const whole = reduction.readFrame();
     auto const isRead = whole && std::int64_t { whole->width } * whole->height <= mostPixels
         && reduction.readMeans();
-    mustHold(count <= length * 5 / 4 + 65536);
+    mustHold(count <= length + DecodeLimits::scans * std::min(length, JpegScanBytes::largestPiece));
     if (!isRead)
         return 0;
     auto const size = eighthOf(*whole);
