@@ -144,6 +144,15 @@ bool GridView::isComplete() const
     return true;
 }
 
+std::uint64_t GridView::bytesRead() const
+{
+    std::uint64_t bytes = 0;
+    for (auto index = inView_.first; index < inView_.last; ++index)
+        if (auto const image = cell(index).image)
+            bytes += image->bytesRead;
+    return bytes;
+}
+
 bool GridView::isCurrent() const
 {
     return layout_.measures().count == model_.items->size();

@@ -4,6 +4,7 @@
 #include "window/ScrollForecast.h"
 #include "window/ThumbnailCell.h"
 #include "window/ThumbnailCellLoads.h"
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -76,6 +77,9 @@ public:
 
     /// Whether every photo in view has its picture or is known to have none.
     bool isComplete() const;
+
+    /// What was read of their files for the pictures in view.
+    [[nodiscard]] std::uint64_t bytesRead() const;
 
     /// Whether the model's list is as long as it was when it was laid out: views hear of a change
     /// only after it, and a frame or a click may come in between.

@@ -302,6 +302,19 @@ TEST_CASE("pictures and metadata arrive in their cells and are reported")
     CHECK(gallery.changed == std::vector { FileUrl("/b/2.jpg"), FileUrl("/b/2.jpg") });
 }
 
+TEST_CASE("the grid tells what was read for the pictures in view")
+{
+    Gallery gallery;
+    gallery.grid->showRows(0, 110);
+    CHECK(gallery.grid->bytesRead() == 0);
+    for (std::size_t const index : { 0, 2 }) {
+        CGImageBox box = *pictureOf(3, 2);
+        box.bytesRead = 5000 + index;
+        gallery.source.answer(index, std::make_shared<CGImageBox>(std::move(box)));
+    }
+    CHECK(gallery.grid->bytesRead() == 10'002);
+}
+
 TEST_CASE("the grid is complete when every photo in view has its picture or none")
 {
     Gallery gallery;

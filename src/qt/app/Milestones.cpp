@@ -58,6 +58,7 @@ void Milestones::look()
     if (!sawComplete_ && window_.isComplete()) {
         sawComplete_ = true;
         trace_.milestone("visible-complete", grid.view().inView().count());
+        trace_.milestone("bytes-read", grid.view().bytesRead());
     }
     if (sawComplete_ && !sawIdle_ && isIdle()) {
         sawIdle_ = true;

@@ -11,9 +11,9 @@ class BrowserModel;
 class MainWindowWidget;
 
 /// Watches the window and reports to the trace when it stands, when a folder's photos are known,
-/// when the first picture shows, when something is to be seen of all in view, when all in view do,
-/// when nothing is left to do, when a photo stands sharp in the viewer, and each message of the
-/// status bar.
+/// when the first picture shows, when something is to be seen of all in view, when all in view do
+/// and what was read of their files for it, when nothing is left to do, when a photo stands sharp
+/// in the viewer, and each message of the status bar.
 class Milestones {
 public:
     Milestones(Trace const& trace, BrowserModel& model, MainWindowWidget& window);
