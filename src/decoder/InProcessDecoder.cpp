@@ -1,8 +1,8 @@
 #include "decoder/InProcessDecoder.h"
 #include "codecs/Animation.h"
+#include "codecs/CountedBytes.h"
 #include "codecs/FileProperties.h"
 #include "codecs/ImageCodecs.h"
-#include "codecs/CountedBytes.h"
 #include "images/DecodeRules.h"
 #include "posix/OpenedFile.h"
 #include <algorithm>

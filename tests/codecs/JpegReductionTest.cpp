@@ -1,8 +1,8 @@
 #include "codecs/JpegReduction.h"
 #include "codecs/CodecSupport.h"
+#include "codecs/CountedBytes.h"
 #include "codecs/JpegMarkers.h"
 #include "codecs/JpegPixels.h"
-#include "codecs/CountedBytes.h"
 #include "support/LibraryJpeg.h"
 #include <doctest/doctest.h>
 
