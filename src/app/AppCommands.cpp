@@ -1,6 +1,7 @@
 #include "app/AppCommands.h"
 #include "model/BrowserModel.h"
 #include "model/RecentFolders.h"
+#include "window/MainToolbar.h"
 #include <iterator>
 #include <utility>
 
@@ -111,9 +112,8 @@ AppMenu AppCommands::view() const
 {
     auto& model = model_;
     auto& windows = windows_;
-    auto const sidebarTitle = [&windows] {
-        return windows.showsSidebar() ? "Seitenleiste ausblenden" : "Seitenleiste einblenden";
-    };
+    auto const sidebarTitle
+        = [&windows] { return std::string(MainToolbar::sidebarTitle(windows.showsSidebar())); };
     return { "Ansicht",
         {
             AppCommand::button(

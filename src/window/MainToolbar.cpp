@@ -23,6 +23,16 @@ bool MainToolbar::isShown() const
     return !model_.viewerIndex->has_value();
 }
 
+std::string_view MainToolbar::sidebarTitle(bool isShown)
+{
+    return isShown ? "Seitenleiste ausblenden" : "Seitenleiste einblenden";
+}
+
+std::string MainToolbar::sidebarTip(bool isShown)
+{
+    return std::string(sidebarTitle(isShown)) + " (⌃⌘S)";
+}
+
 std::string_view MainToolbar::title(Item item)
 {
     switch (item) {

@@ -22,6 +22,7 @@ public:
         Item::trash, Item::actions, Item::share };
 
     static constexpr std::string_view name = "Symbolleiste"; ///< said by screen readers
+    static constexpr std::string_view sidebarSymbol = "sidebar.left";
     static constexpr std::string_view folderTitle = "Ordner öffnen";
     static constexpr std::string_view folderSymbol = "folder";
     static constexpr std::string_view folderTip = "Ordner öffnen (⌘O)";
@@ -46,6 +47,10 @@ public:
 
     /// Not while a photo is open in the viewer.
     [[nodiscard]] bool isShown() const;
+
+    /// What the button for the folders' column does to it, as the menu bar says it too.
+    [[nodiscard]] static std::string_view sidebarTitle(bool isShown);
+    [[nodiscard]] static std::string sidebarTip(bool isShown);
 
     /// What stands beside the item's symbol; said by screen readers where nothing stands there.
     [[nodiscard]] static std::string_view title(Item item);

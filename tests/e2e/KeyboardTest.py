@@ -77,8 +77,8 @@ class KeyboardTest(Programs):
         for name in "Ordner", "Ordnerliste aktualisieren", "Ordner öffnen …":
             self.assertIn(name, names)
         # Along the toolbar as it is read.
-        toolbar = ["Ordner öffnen", "Vorschaugröße", "Ansicht", "Diashow", "Papierkorb", "Aktionen", "Teilen",
-                   "Dateiname filtern"]
+        toolbar = ["Seitenleiste ausblenden", "Ordner öffnen", "Vorschaugröße", "Ansicht", "Diashow", "Papierkorb",
+                   "Aktionen", "Teilen", "Dateiname filtern"]
         self.assertEqual([name for name in names if name in toolbar], toolbar)
         self.assertEqual(session.end(), 0)
 

@@ -15,6 +15,7 @@ MENUS = {
 
 # Name and tip of each control; the slider has the tip of the row that it stands in.
 TOOLBAR = [
+    ("push button", "Seitenleiste ausblenden", "Seitenleiste ausblenden (⌃⌘S)"),
     ("push button", "Ordner öffnen", "Ordner öffnen (⌘O)"),
     ("slider", "Vorschaugröße", "Vorschaugröße (+ / −)"),
     ("button menu", "Ansicht", "Sortierung & Ansicht"),

@@ -7,8 +7,8 @@ from Desktop import until
 from Programs import GALLERY, Programs
 from Session import SpokenSession
 
-CONTROLS = ["Ordner öffnen", "Vorschaugröße", "Ansicht", "Diashow", "Papierkorb", "Aktionen", "Teilen",
-            "Dateiname filtern"]
+CONTROLS = ["Seitenleiste ausblenden", "Ordner öffnen", "Vorschaugröße", "Ansicht", "Diashow", "Papierkorb",
+            "Aktionen", "Teilen", "Dateiname filtern"]
 SMALLEST, LARGEST = 80, 400  # photos, in points
 
 
@@ -249,6 +249,23 @@ class ToolbarTest(Programs):
         self.wait_for_names([GALLERY[0], *GALLERY[3:]])
         session.keys("ctrl+z")
         self.wait_for_names(GALLERY)
+        self.assertEqual(session.end(), 0)
+
+    def test_the_sidebar_button_hides_and_shows_the_folders(self):
+        session = self.start("sidebar")
+        tree, left = session.find("tree", "Ordner"), self.gallery.place[0]
+        session.click_on(self.control("Seitenleiste ausblenden"))
+        until(lambda: not tree.is_("showing"), "the folders go")
+        until(lambda: self.gallery.place[0] < left, "the photos take their room")
+        button = self.control("Seitenleiste einblenden")
+        self.assertEqual(session.tip_of(button), "Seitenleiste einblenden (⌃⌘S)")
+        menu = session.menu("Ansicht")
+        self.assertIn("Seitenleiste einblenden", menu.entries())
+        session.click_on(menu.parent)
+        session.click_on(button)
+        until(lambda: tree.is_("showing"), "the folders come back")
+        until(lambda: self.gallery.place[0] == left, "the photos as they were")
+        self.control("Seitenleiste ausblenden")
         self.assertEqual(session.end(), 0)
 
     def test_the_slideshow_button_shows_photos_without_the_toolbar(self):

@@ -64,6 +64,9 @@ TEST_CASE("the toolbar holds size, view, slideshow, trash, actions and share in 
     CHECK(MainToolbar::largerSymbol == "square.grid.2x2");
     CHECK(MainToolbar::sliderWidth == 110);
     CHECK(MainToolbar::sizeSpacing == 4);
+    CHECK(MainToolbar::sidebarSymbol == "sidebar.left");
+    CHECK(MainToolbar::sidebarTip(true) == "Seitenleiste ausblenden (⌃⌘S)");
+    CHECK(MainToolbar::sidebarTip(false) == "Seitenleiste einblenden (⌃⌘S)");
     CHECK(MainToolbar::folderTip == "Ordner öffnen (⌘O)");
     CHECK(MainToolbar::searchPrompt == "Dateiname filtern");
 }

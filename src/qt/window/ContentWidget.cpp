@@ -115,6 +115,7 @@ ContentWidget::ContentWidget(
     whole->setSpacing(0);
     whole->addWidget(toolbar_);
     whole->addWidget(columns_, 1);
+    toolbar_->toggleSidebar = [this] { toggleSidebar(); };
     toolbar_->leave = [this] { focusDetail(); };
     empty_->setFocusPolicy(Qt::ClickFocus);
     modelChanged();
@@ -152,6 +153,9 @@ void ContentWidget::toggleSidebar()
     if (showsSidebar() && sidebar_->isAncestorOf(focusWidget()))
         focusDetail();
     sidebar_->setHidden(showsSidebar());
+    toolbar_->sidebarToggled(showsSidebar());
+    if (sidebarToggled)
+        sidebarToggled();
 }
 
 void ContentWidget::modelChanged()

@@ -42,6 +42,7 @@ public:
 
     bool showsSidebar() const;
     void toggleSidebar();
+    std::function<void()> sidebarToggled; ///< called when it was shown or hidden
 
     /// How wide the folders' column is, or will be when it shows again.
     int sidebarWidth() const;

@@ -40,6 +40,7 @@ MenuBar::MenuBar(MainWindowWidget& window, BrowserModel& model)
         connect(added, &QMenu::aboutToHide, this, [this] { menuCloses(); });
     }
     addKeys();
+    window.content().sidebarToggled = [this] { refresh(); };
     connect(qApp, &QApplication::focusChanged, this,
         [this](QWidget*, QWidget* now) { focusChanged(now); });
     window.installEventFilter(this);
@@ -162,7 +163,6 @@ bool MenuBar::showsSidebar() const
 void MenuBar::toggleSidebar()
 {
     window_.content().toggleSidebar();
-    refresh();
 }
 
 bool MenuBar::isFullScreen() const

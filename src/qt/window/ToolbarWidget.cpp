@@ -52,12 +52,18 @@ private:
 ToolbarWidget::ToolbarWidget(BrowserModel& model, ShareMenu* share, QWidget* parent)
     : QWidget(parent)
     , toolbar_(model, share)
+    , sidebar_(addButton(MainToolbar::sidebarSymbol, MainToolbar::sidebarTitle(true)))
     , folder_(addButton(MainToolbar::folderSymbol, MainToolbar::folderTitle))
     , sizeRow_(new QWidget(this))
     , slider_(nullptr)
     , more_(nullptr)
     , search_(nullptr)
 {
+    sidebarToggled(true);
+    connect(sidebar_, &QToolButton::clicked, this, [this] {
+        if (toggleSidebar)
+            toggleSidebar();
+    });
     folder_->setToolTip(shownText(MainToolbar::folderTip));
     connect(folder_, &QToolButton::clicked, this, [this] { toolbar_.chooseFolder(); });
     for (auto const item : MainToolbar::order)
@@ -125,6 +131,13 @@ ToolbarButton* ToolbarWidget::button(MainToolbar::Item item) const
     return found == parts_.end() ? nullptr : dynamic_cast<ToolbarButton*>(found->widget);
 }
 
+void ToolbarWidget::sidebarToggled(bool isShown)
+{
+    sidebar_->setText(shownText(MainToolbar::sidebarTitle(isShown)));
+    sidebar_->setAccessibleName(sidebar_->text());
+    sidebar_->setToolTip(shownText(MainToolbar::sidebarTip(isShown)));
+}
+
 void ToolbarWidget::endEditing()
 {
     if (leave)
@@ -171,7 +184,8 @@ ToolbarWidths ToolbarWidget::widths() const
         all.bare.push_back(button ? button->wantedWidth(false) : row);
     }
     all.spacing = itemSpacing;
-    all.rest = 2 * marginX + folder_->wantedWidth(false) + 2 * groupSpacing;
+    all.rest = 2 * marginX + sidebar_->wantedWidth(false) + itemSpacing
+        + folder_->wantedWidth(false) + 2 * groupSpacing;
     all.searchIdeal = search_->idealWidth();
     all.searchMinimum = search_->minimumUsefulWidth();
     all.more = itemSpacing + more_->wantedWidth(false);
@@ -187,7 +201,11 @@ void ToolbarWidget::layOut()
     auto const place = [&](QWidget* widget, int x, int width, int height) {
         widget->setGeometry(x, bar.top() + (bar.height() - height) / 2, width, height);
     };
-    place(folder_, marginX, folder_->wantedWidth(false), folder_->sizeHint().height());
+    auto left = marginX;
+    for (auto* const button : { sidebar_, folder_ }) {
+        place(button, left, button->wantedWidth(false), button->sizeHint().height());
+        left += button->width() + itemSpacing;
+    }
     auto right = width() - marginX - plan.searchWidth;
     place(search_, right, plan.searchWidth, search_->sizeHint().height());
     right -= groupSpacing;

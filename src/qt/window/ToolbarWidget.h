@@ -21,6 +21,7 @@ public:
     MainToolbar const& toolbar() const { return toolbar_; }
     SizeSlider& slider() { return *slider_; }
     SearchField& search() { return *search_; }
+    ToolbarButton& sidebarButton() { return *sidebar_; }
     ToolbarButton& folderButton() { return *folder_; }
     /// The button of an item other than the size.
     ToolbarButton* button(MainToolbar::Item item) const;
@@ -28,6 +29,10 @@ public:
 
     /// Called when the keyboard is to go to the gallery.
     std::function<void()> leave;
+
+    /// Shows or hides the folders' column; to be followed by `sidebarToggled`.
+    std::function<void()> toggleSidebar;
+    void sidebarToggled(bool isShown);
 
     /// Gives the keyboard to the search field, its text marked; not while the bar is hidden.
     void focusSearch();
@@ -56,6 +61,7 @@ private:
     void layOut();
 
     MainToolbar toolbar_;
+    ToolbarButton* sidebar_;
     ToolbarButton* folder_;
     QWidget* sizeRow_;
     SizeSlider* slider_;

@@ -11,7 +11,7 @@ TEST_CASE("every symbol that the window names is drawn in the wanted colour and 
             "square.grid.3x3", "photo", "checkmark.circle", "play.rectangle", "trash",
             "doc.richtext", "square.and.arrow.up", "keyboard", "questionmark.circle",
             "lightbulb.fill", "magnifyingglass", "xmark.circle.fill", "square.grid.2x2",
-            "arrow.up.arrow.down", "ellipsis.circle", "chevron.right.2" }) {
+            "arrow.up.arrow.down", "ellipsis.circle", "chevron.right.2", "sidebar.left" }) {
         CAPTURE(name);
         auto const image = symbolImage(name, 48, Qt::red);
         REQUIRE(image.size() == QSize(48, 48));

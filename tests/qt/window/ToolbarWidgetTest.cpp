@@ -100,7 +100,7 @@ struct Window {
 
     std::vector<QWidget*> controls()
     {
-        std::vector<QWidget*> all { &bar().folderButton(), &slider() };
+        std::vector<QWidget*> all { &bar().sidebarButton(), &bar().folderButton(), &slider() };
         for (auto const item : MainToolbar::order)
             if (auto* const button = bar().button(item))
                 all.push_back(button);
@@ -334,6 +334,31 @@ TEST_CASE("the folder button opens the panel, by the mouse and by the keyboard")
     CHECK_FALSE(test.model().viewerIndex->has_value());
 }
 
+TEST_CASE("the sidebar's button shows and hides the folders, and the menu bar says what comes next")
+{
+    Window test;
+    auto& button = test.bar().sidebarButton();
+    auto const says = [&](char const* title, char const* tip) {
+        auto const wanted = QString::fromUtf8(title);
+        CHECK(button.accessibleName() == wanted);
+        CHECK(button.toolTip() == QString::fromUtf8(tip));
+        auto const commands = test.window.findChildren<QAction*>();
+        CHECK(std::ranges::any_of(commands,
+            [&](QAction* command) { return command->text().remove(QLatin1Char('&')) == wanted; }));
+    };
+    says("Seitenleiste ausblenden", "Seitenleiste ausblenden (⌃⌘S)");
+    test.press(button);
+    CHECK_FALSE(test.window.content().showsSidebar());
+    says("Seitenleiste einblenden", "Seitenleiste einblenden (⌃⌘S)");
+    test.type(Qt::Key_F9);
+    CHECK(test.window.content().showsSidebar());
+    says("Seitenleiste ausblenden", "Seitenleiste ausblenden (⌃⌘S)");
+    button.setFocus();
+    test.type(Qt::Key_Return);
+    CHECK_FALSE(test.window.content().showsSidebar());
+    CHECK(test.window.focusWidget() == &button);
+}
+
 TEST_CASE("the tips follow the selection")
 {
     Window test;
@@ -433,7 +458,7 @@ TEST_CASE("in the smallest window everything has its place, side by side")
             right = place.right();
         }
         CHECK(right < width);
-        CHECK(test.controls().size() == 8); // nothing had to go
+        CHECK(test.controls().size() == 9); // nothing had to go
     }
 }
 
@@ -467,7 +492,7 @@ TEST_CASE("every control has a name, and Tab leads from one to the next")
     Window test;
     for (auto const* control : test.controls())
         CHECK_FALSE(control->accessibleName().isEmpty());
-    test.bar().folderButton().setFocus();
+    test.bar().sidebarButton().setFocus();
     for (auto const* control : test.controls()) {
         CAPTURE(control->accessibleName().toStdString());
         CHECK(test.window.focusWidget() == control);
