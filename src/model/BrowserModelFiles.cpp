@@ -55,7 +55,8 @@ void BrowserModel::moveOrCopyTargets(Transfer transfer)
 }
 
 // With nothing in the viewer and nothing marked the photo under the cursor is meant, and so it is
-// once commands before this one have taken all the marked ones away.
+// once commands before this one have taken all the marked ones away; not while others stay marked
+// that cannot be seen.
 CommandTargets BrowserModel::targetsNow() const
 {
     if (auto const photo = urlAt(viewerIndex))
@@ -63,9 +64,10 @@ CommandTargets BrowserModel::targetsNow() const
     auto atCursor = urlAt(cursor);
     if (atCursor && photos_.willHide(*atCursor))
         atCursor.reset();
-    if (!selection->empty())
-        return { actionTargets(), atCursor };
-    return { {}, atCursor };
+    auto marked = selection->empty() ? std::vector<FileUrl>() : actionTargets();
+    if (marked.size() < selection->size())
+        atCursor.reset();
+    return { std::move(marked), atCursor };
 }
 
 void BrowserModel::FileChanges::trash(std::vector<FileUrl> photos)

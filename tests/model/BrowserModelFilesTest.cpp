@@ -66,6 +66,26 @@ TEST_CASE("marked photos go to the trash and leave the gallery, without a scan")
     CHECK(desk.files.exists(Gallery::photo(2)));
 }
 
+TEST_CASE("with marks that the filter hides the photo at the cursor is not meant instead")
+{
+    Desk desk;
+    desk.open("/b", { "1.jpg", "b2.jpg", "b3.jpg" });
+    auto& model = desk.model();
+    model.toggle(0);
+    model.setSearchText("b");
+    model.moveCursor(-1, Extend::no);
+    model.trashTargets();
+    desk.settle();
+    CHECK(model.allItems().size() == 3);
+    // Nor when a command before this one takes what was marked and could be seen.
+    model.toggle(0);
+    model.trashTargets();
+    model.trashTargets();
+    desk.settle();
+    CHECK(desk.names() == Names { "b3.jpg" });
+    CHECK(desk.marked() == Names { "1.jpg" });
+}
+
 TEST_CASE("the trash command does nothing while text is edited")
 {
     Gallery desk;
