@@ -4,11 +4,18 @@
 #include "model/PhotoOrder.h"
 #include "model/SelectionRules.h"
 #include "ports/Background.h"
+#include "ports/MainLoop.h"
+#include <chrono>
 #include <utility>
 
 namespace pixelhain {
 
 namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto retryDelay = 1s; // to take photos out of a list that is being read
+constexpr auto activityDelay = 300ms; // shorter searches show nothing
 
 bool isSearch(ViewChoice const& choice)
 {
@@ -18,6 +25,15 @@ bool isSearch(ViewChoice const& choice)
 bool haveSameOrder(ViewChoice const& a, ViewChoice const& b)
 {
     return a.sortKey == b.sortKey && a.ascending == b.ascending;
+}
+
+std::vector<PhotoItem> visibleWithout(
+    UrlSet const& gone, PhotoList& list, ViewChoice const& choice, TextOrder const& order)
+{
+    auto visible = list.visible(choice, order);
+    if (!gone.empty())
+        removePhotos(visible, membership(gone, visible));
+    return visible;
 }
 
 } // namespace
@@ -37,7 +53,7 @@ void PhotoFilter::choose(ViewChoice const& choice)
     if (!list_->isQuick() && choice == shown_)
         return;
     if (list_->isQuick())
-        deliver(choice, list_->visible(choice, order_));
+        deliver(choice, visibleWithout(gone_, *list_, choice, order_));
     else if (whole_ && !isSearch(choice) && haveSameOrder(choice, shown_))
         deliver(choice, *std::exchange(whole_, std::nullopt));
     else
@@ -54,11 +70,12 @@ void PhotoFilter::deriveLater(ViewChoice const& choice)
     chosen_ = choice;
     task_ = runThen(
         background_, loop_, Priority::userInteractive,
-        [list = PhotoList::Reading(list_), choice, &order = order_] {
-            return list->visible(choice, order);
+        [list = PhotoList::Reading(list_), gone = gone_, choice, &order = order_] {
+            return visibleWithout(gone, *list, choice, order);
         },
         [this](std::vector<PhotoItem> visible) {
             task_ = Task();
+            takeOutGone();
             deliver(chosen_, std::move(visible));
         });
 }
@@ -86,6 +103,7 @@ void PhotoFilter::replace(
 {
     task_ = Task();
     dropWhole();
+    gone_.clear();
     discardPhotos(background_, std::exchange(list_, std::move(list)));
     shown_ = choice;
     discardPhotos(background_, show_(std::move(visible), Scan::other));
@@ -93,13 +111,26 @@ void PhotoFilter::replace(
 
 void PhotoFilter::remove(UrlSet const& urls)
 {
-    if (list_->isBeingRead())
-        discardPhotos(background_, std::exchange(list_, std::make_shared<PhotoList>(*list_)));
-    list_->remove(membership(urls, list_->items()));
+    gone_.insert(urls.begin(), urls.end());
+    takeOutGone();
     if (whole_)
         removePhotos(*whole_, membership(urls, *whole_));
     if (task_)
         deriveLater(chosen_);
+}
+
+// A list that is being read is not changed, and a copy of a very long one would take longer than a
+// frame. Searches that nobody waits for any more do not tell when they end.
+void PhotoFilter::takeOutGone()
+{
+    if (gone_.empty())
+        return;
+    if (list_->isBeingRead()) {
+        takeOut_ = loop_.after(retryDelay, [this] { takeOutGone(); });
+        return;
+    }
+    list_->remove(membership(gone_, list_->items()));
+    gone_.clear();
 }
 
 } // namespace pixelhain

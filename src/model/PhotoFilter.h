@@ -26,6 +26,7 @@ public:
 
     PhotoFilter(Background& background, MainLoop& loop, TextOrder const& order, Show show);
 
+    /// Holds photos that were forgotten until a moment after the last search has ended.
     std::vector<PhotoItem> const& photos() const { return list_->items(); }
 
     /// Has shown what `choice` lets through, now or later; a search that is still under way is
@@ -50,12 +51,15 @@ private:
     void deriveLater(ViewChoice const& choice);
     void deliver(ViewChoice const& choice, std::vector<PhotoItem> visible);
     void dropWhole();
+    void takeOutGone();
 
     Background& background_;
     MainLoop& loop_;
     TextOrder const& order_;
     Show show_;
     std::shared_ptr<PhotoList> list_ = std::make_shared<PhotoList>();
+    UrlSet gone_; ///< photos that are still to be taken out of the list
+    Task takeOut_;
     ViewChoice shown_;
     ViewChoice chosen_; ///< what is under way
     std::optional<std::vector<PhotoItem>> whole_; ///< what a search replaced, in the order shown

@@ -69,13 +69,6 @@ PhotoIndex::PhotoIndex(std::span<FileUrl const> urls, TextOrder const& order)
 {
 }
 
-PhotoIndex PhotoIndex::withoutNames() const
-{
-    PhotoIndex copy;
-    copy.rank_ = rank_;
-    return copy;
-}
-
 std::vector<PhotoItem> PhotoIndex::visible(std::span<PhotoItem const> items, TextOrder const& order,
     std::string_view searchText, SortKey sortKey, bool ascending)
 {

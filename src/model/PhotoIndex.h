@@ -24,9 +24,6 @@ public:
 
     std::size_t size() const { return rank_.size(); }
 
-    /// A copy that knows the order of the names only.
-    [[nodiscard]] PhotoIndex withoutNames() const;
-
     /// The items that match `searchText`, sorted. `items` must be the list this was made from.
     std::vector<PhotoItem> visible(std::span<PhotoItem const> items, TextOrder const& order,
         std::string_view searchText, SortKey sortKey, bool ascending);

@@ -3,12 +3,6 @@
 
 namespace pixelhain {
 
-PhotoList::PhotoList(PhotoList const& other)
-    : items_(other.items_)
-    , index_(other.index_.withoutNames())
-{
-}
-
 std::vector<PhotoItem> PhotoList::visible(ViewChoice const& choice, TextOrder const& order)
 {
     if (!trimmedBlanks(choice.searchText).empty()) {

@@ -12,7 +12,7 @@ namespace pixelhain {
 class TextOrder;
 
 /// The photos of a scan and what is known about their names. Searches in the background read it
-/// while they look; whoever changes it meanwhile changes a copy.
+/// while they look; nobody changes it meanwhile.
 class PhotoList {
 public:
     PhotoList() = default;
@@ -21,8 +21,7 @@ public:
         , index_(std::move(index))
     {
     }
-    /// Never waits for a search in `other`.
-    PhotoList(PhotoList const& other);
+    PhotoList(PhotoList const&) = delete;
     PhotoList& operator=(PhotoList const&) = delete;
 
     std::vector<PhotoItem> const& items() const { return items_; }
@@ -63,6 +62,7 @@ public:
     ~Reading() { list_->readings_.fetch_sub(1, std::memory_order_release); }
 
     PhotoList* operator->() const { return list_.get(); }
+    PhotoList& operator*() const { return *list_; }
 
 private:
     std::shared_ptr<PhotoList> list_;

@@ -5,6 +5,7 @@
 #include <random>
 
 using namespace pixelhain;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -177,9 +178,37 @@ TEST_CASE("a photo that is trashed while a long list is searched does not come b
         test.desk.finish(1);
     test.desk.settle();
     CHECK(test.shown() == 9);
+    test.desk.loop.advance(1s);
     CHECK(test.model().allItems().size() == LongList::count - 2);
     test.model().setSearchText("");
     CHECK(test.shown() == LongList::count - 2);
+}
+
+TEST_CASE("a list that an old search still reads is not copied to take a photo out")
+{
+    LongList test;
+    auto& model = test.model();
+    auto const* const first = model.allItems().data();
+    model.setSearchText("b");
+    model.setSearchText("b2399"); // and now the first one hangs
+    REQUIRE(test.desk.background.pending() == 2);
+    model.removeItems({ FileUrl("/b/b23995.jpg") });
+    while (test.desk.background.pending() > 1)
+        test.desk.finish(1);
+    CHECK(test.shown() == 9);
+    CHECK(model.allItems().data() == first);
+    model.setSearchText("");
+    CHECK(test.shown() == LongList::count - 1);
+    model.setSearchText("b2399");
+    while (test.desk.background.pending() > 1)
+        test.desk.finish(1);
+    CHECK(test.shown() == 9);
+    test.desk.settle();
+    model.removeItems({ FileUrl("/b/b23996.jpg") });
+    CHECK(test.shown() == 8);
+    test.desk.loop.advance(1s);
+    CHECK(model.allItems().size() == LongList::count - 2);
+    CHECK(model.allItems().data() == first);
 }
 
 TEST_CASE("other folders end a search that is under way")
@@ -300,6 +329,7 @@ TEST_CASE("whatever is typed and done meanwhile, a long list ends as the rules s
         auto const inViewer = photoAt(*model.viewerIndex);
         auto const atCursor = photoAt(*model.cursor);
         test.desk.settle();
+        test.desk.loop.advance(1s);
         auto const visible = expected(model, test.desk.textOrder);
         CHECK(*model.items == visible);
         for (auto const& [photo, index] :

@@ -32,18 +32,6 @@ TEST_CASE("a list tells what a choice lets through, in its order")
     CHECK(visible.back().name() == "2.jpg");
 }
 
-TEST_CASE("a copy goes its own way")
-{
-    FakeTextOrder const order;
-    auto items = photos(3);
-    PhotoIndex index(std::span<PhotoItem const>(items), order);
-    PhotoList list(items, std::move(index));
-    PhotoList copy(list);
-    copy.remove({ true, false, false });
-    CHECK(copy.visible({}, order).size() == 2);
-    CHECK(list.visible({}, order).size() == 3);
-}
-
 TEST_CASE("the first searches may come from several threads at once")
 {
     FakeTextOrder const order;
