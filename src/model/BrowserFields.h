@@ -38,6 +38,8 @@ public:
     Field<bool> isSlideshow { *this, false };
     Field<bool> isSlideshowPaused { *this, false };
     Field<bool> isLoading { *this, false }; ///< a scan is under way
+    /// A long list is being searched or ordered, for longer than a moment.
+    Field<bool> isSearching { *this, false };
     Field<bool> canUndoTrash { *this, false };
     Field<std::optional<std::string>> status { *this }; ///< the status bar's message
     Field<bool> showInfo { *this, false };

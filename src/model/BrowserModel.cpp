@@ -19,10 +19,12 @@ BrowserModel::BrowserModel(Ports const& ports)
     , ports_(ports)
     , photoTest_(std::make_shared<PhotoTest>(ports.imageTypes))
     , folderWatcher_(ports.folderEvents, [this] { refreshTree(); })
-    , photos_(ports.background, ports.loop, ports.textOrder,
+    , photos_(
+          ports.background, ports.loop, ports.textOrder,
           [this](std::vector<PhotoItem> visible, PhotoFilter::Scan scan) {
               return showItems(std::move(visible), scan);
-          })
+          },
+          [this](bool searches) { isSearching = searches; })
     , fileWork_(ports.background, ports.loop,
           [this](std::optional<FileProgress> progress) { fileProgress = progress; })
     , pageWork_(ports.background, ports.loop,
@@ -118,7 +120,10 @@ std::string BrowserModel::windowTitle() const
 
 void BrowserModel::setShowContactSheetDialog(bool shows)
 {
-    showContactSheetDialog = shows && !items->empty();
+    if (!shows)
+        showContactSheetDialog = false;
+    else
+        photos_.whenShown([this] { showContactSheetDialog = !items->empty(); });
 }
 
 void BrowserModel::showStatus(std::string text)

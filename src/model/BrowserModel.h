@@ -48,6 +48,7 @@ public:
     void showParentFolder(); ///< as the root; the shown folders stay
     /// Where in `items` a photo stands, as far as what it is ordered by tells. Quick.
     std::optional<std::size_t> placeOf(PhotoItem const& photo) const;
+    ViewChoice const& shownChoice() const { return photos_.shown(); } ///< made `items` what it is
     void applyFilter(); ///< derives `items` anew; those of a very long list come later
 
     void showStatus(std::string text); ///< in the status bar, for five seconds
@@ -127,7 +128,6 @@ private:
     void stepSlideshow(std::ptrdiff_t delta);
     void showInViewer(std::optional<std::size_t> index, ViewerTransition transition);
     void prefetch(std::vector<std::size_t> const& next);
-    CommandTargets targetsNow() const;
 
     Ports ports_;
     std::shared_ptr<PhotoTest> photoTest_; ///< shared with scans that outlive the model

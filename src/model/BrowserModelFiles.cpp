@@ -1,6 +1,7 @@
 #include "model/BrowserModel.h"
 #include "model/FileJobs.h"
 #include "model/Messages.h"
+#include "model/SelectionRules.h"
 #include "model/Settings.h"
 #include "ports/Clipboard.h"
 #include "ports/MainWindow.h"
@@ -14,6 +15,8 @@ namespace pixelhain {
 struct BrowserModel::FileChanges {
     BrowserModel& model;
 
+    void inTurn(std::function<void(CommandTargets)> command);
+    CommandTargets targetsInGallery(std::optional<PhotoItem> const& atCursor) const;
     void trash(std::vector<FileUrl> photos);
     void trashed(TrashResult result);
     void undo();
@@ -26,8 +29,10 @@ void BrowserModel::trashTargets()
 {
     if (window_ && window_->isEditingText())
         return;
-    auto const begin = [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); };
-    fileWork_.give({ targetsNow(), begin, true });
+    FileChanges { *this }.inTurn([this](CommandTargets targets) {
+        auto const begin = [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); };
+        fileWork_.give({ std::move(targets), begin, true });
+    });
 }
 
 void BrowserModel::trash(std::vector<FileUrl> urls)
@@ -38,36 +43,54 @@ void BrowserModel::trash(std::vector<FileUrl> urls)
 
 void BrowserModel::undoTrash()
 {
-    fileWork_.give({ {}, [this](auto const&) { FileChanges { *this }.undo(); } });
+    photos_.inTurn([this] {
+        fileWork_.give({ {}, [this](auto const&) { FileChanges { *this }.undo(); } });
+    });
 }
 
 // What is meant stands unless something under way takes photos away; the panel need not wait for a
 // long copy.
 void BrowserModel::moveOrCopyTargets(Transfer transfer)
 {
-    auto const ask = [this, transfer](std::vector<FileUrl> photos) {
-        FileChanges { *this }.askForFolder(std::move(photos), transfer);
-    };
-    if (fileWork_.takesPhotosAway())
-        fileWork_.give({ targetsNow(), ask });
-    else
-        ask(actionTargets());
+    FileChanges { *this }.inTurn([this, transfer](CommandTargets targets) {
+        auto const ask = [this, transfer](std::vector<FileUrl> photos) {
+            FileChanges { *this }.askForFolder(std::move(photos), transfer);
+        };
+        if (fileWork_.takesPhotosAway())
+            fileWork_.give({ std::move(targets), ask });
+        else
+            ask(targets.photosNow());
+    });
 }
 
 // With nothing in the viewer and nothing marked the photo under the cursor is meant, and so it is
 // once commands before this one have taken all the marked ones away; not while others stay marked
 // that cannot be seen.
-CommandTargets BrowserModel::targetsNow() const
+CommandTargets BrowserModel::FileChanges::targetsInGallery(
+    std::optional<PhotoItem> const& atCursor) const
 {
-    if (auto const photo = urlAt(viewerIndex))
-        return { {}, photo };
-    auto atCursor = urlAt(cursor);
-    if (atCursor && photos_.willHide(*atCursor))
-        atCursor.reset();
-    auto marked = selection->empty() ? std::vector<FileUrl>() : actionTargets();
-    if (marked.size() < selection->size())
-        atCursor.reset();
-    return { std::move(marked), atCursor };
+    auto const willHide = [&](FileUrl const& photo) { return model.photos_.willHide(photo); };
+    auto marked = markedPhotos(model.selection, *model.items);
+    std::erase_if(marked, willHide);
+    std::optional<FileUrl> current;
+    if (marked.size() == model.selection->size() && atCursor && model.placeOf(*atCursor)
+        && !willHide(atCursor->url))
+        current = atCursor->url;
+    return { std::move(marked), std::move(current) };
+}
+
+// Behind commands that mark photos, which may wait for a long list to be searched. The photo in the
+// viewer or under the cursor is meant as it stands now.
+void BrowserModel::FileChanges::inTurn(std::function<void(CommandTargets)> command)
+{
+    if (auto const photo = model.urlAt(model.viewerIndex))
+        return command({ {}, photo });
+    std::optional<PhotoItem> atCursor;
+    if (auto const& cursor = *model.cursor; cursor && *cursor < model.items->size())
+        atCursor = (*model.items)[*cursor];
+    model.photos_.inTurn([&model = model, atCursor, command = std::move(command)] {
+        command(FileChanges { model }.targetsInGallery(atCursor));
+    });
 }
 
 void BrowserModel::FileChanges::trash(std::vector<FileUrl> photos)
@@ -168,23 +191,29 @@ void BrowserModel::stopFileWork(std::function<void()> done)
 
 void BrowserModel::copyToClipboard()
 {
-    auto const photos = actionTargets();
-    if (photos.empty())
-        return;
-    ports_.clipboard.setFiles(photos);
-    showStatus(messages::copiedToClipboard(photos.size()));
+    FileChanges { *this }.inTurn([this](CommandTargets const& targets) {
+        auto const photos = targets.photosNow();
+        if (photos.empty())
+            return;
+        ports_.clipboard.setFiles(photos);
+        showStatus(messages::copiedToClipboard(photos.size()));
+    });
 }
 
 void BrowserModel::revealInFinder()
 {
-    if (auto const photos = actionTargets(); !photos.empty())
-        ports_.workspace.reveal(photos);
+    FileChanges { *this }.inTurn([this](CommandTargets const& targets) {
+        if (auto const photos = targets.photosNow(); !photos.empty())
+            ports_.workspace.reveal(photos);
+    });
 }
 
 void BrowserModel::openWithDefaultApp()
 {
-    for (auto const& photo : actionTargets())
-        ports_.workspace.open(photo);
+    FileChanges { *this }.inTurn([this](CommandTargets const& targets) {
+        for (auto const& photo : targets.photosNow())
+            ports_.workspace.open(photo);
+    });
 }
 
 } // namespace pixelhain

@@ -168,7 +168,7 @@ void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGa
     pendingFileToShow_ = std::nullopt;
     folder = urls.front();
     folders = std::move(urls);
-    photos_.replace(std::make_shared<PhotoList>(), viewChoice(), {});
+    photos_.clear(viewChoice());
     selection = UrlSet();
     searchText = std::string();
     lastTrashed_.clear();

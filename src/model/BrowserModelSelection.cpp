@@ -29,34 +29,37 @@ void BrowserModel::toggle(std::size_t index)
 {
     if (index >= items->size())
         return;
-    auto const& url = (*items)[index].url;
-    auto& marked = selection.edit();
-    if (marked.erase(url) == 0)
-        marked.insert(url);
+    photos_.inTurn([this, url = (*items)[index].url] {
+        auto& marked = selection.edit();
+        if (marked.erase(url) == 0)
+            marked.insert(url);
+    });
 }
 
 // A range only ever adds.
 void BrowserModel::mark(std::size_t from, std::size_t to)
 {
     auto const last = std::min(std::max(from, to), items->size() - 1);
-    auto& marked = selection.edit();
+    std::vector<FileUrl> urls;
     for (auto i = std::min(from, to); i <= last; ++i)
-        marked.insert((*items)[i].url);
+        urls.push_back((*items)[i].url);
+    photos_.inTurn(
+        [this, urls = std::move(urls)] { selection.edit().insert(urls.begin(), urls.end()); });
 }
 
 void BrowserModel::selectAll()
 {
-    selection.replace(allPhotos(*items));
+    photos_.whenShown([this] { selection.replace(allPhotos(*items)); });
 }
 
 void BrowserModel::selectNone()
 {
-    selection = UrlSet();
+    photos_.inTurn([this] { selection = UrlSet(); });
 }
 
 void BrowserModel::invertSelection()
 {
-    selection.replace(invertedSelection(selection, *items));
+    photos_.whenShown([this] { selection.replace(invertedSelection(selection, *items)); });
 }
 
 void BrowserModel::moveCursor(std::ptrdiff_t delta, Extend extend)

@@ -13,6 +13,7 @@ namespace pixelhain {
 struct BrowserModel::SlideshowSteps {
     BrowserModel& model;
 
+    void start();
     void enterFullScreen();
     void leaveFullScreen();
     void advanceSlideshow(std::ptrdiff_t delta, ViewerTransition transition);
@@ -23,26 +24,31 @@ struct BrowserModel::SlideshowSteps {
 
 void BrowserModel::startSlideshow()
 {
-    if (items->empty())
+    photos_.whenShown([this] { SlideshowSteps { *this }.start(); });
+}
+
+void BrowserModel::SlideshowSteps::start()
+{
+    if (model.items->empty())
         return;
-    auto order = slideshowOrder(selection, *items);
-    auto const first = viewerIndex->value_or(cursor->value_or(order.front()));
-    if (slideshowShuffle)
-        shuffle(order, ports_.random);
+    auto& random = model.ports_.random;
+    auto order = slideshowOrder(model.selection, *model.items);
+    auto const first = model.viewerIndex->value_or(model.cursor->value_or(order.front()));
+    if (model.slideshowShuffle)
+        shuffle(order, random);
     auto position = positionOf(first, order).value_or(0);
-    if (slideshowShuffle)
+    if (model.slideshowShuffle)
         std::swap(order.front(), order[std::exchange(position, 0)]);
-    slideshow_.order = std::move(order);
-    slideshow_.position = position;
-    showInViewer(slideshow_.order[position], ViewerTransition::none);
-    isSlideshow = true;
-    isSlideshowPaused = false;
-    SlideshowSteps steps { *this };
-    steps.enterFullScreen();
-    if (window_)
-        window_->hidePointerUntilMoved();
-    steps.prefetchSlideshow();
-    steps.restartSlideshowTimer();
+    model.slideshow_.order = std::move(order);
+    model.slideshow_.position = position;
+    model.showInViewer(model.slideshow_.order[position], ViewerTransition::none);
+    model.isSlideshow = true;
+    model.isSlideshowPaused = false;
+    enterFullScreen();
+    if (model.window_)
+        model.window_->hidePointerUntilMoved();
+    prefetchSlideshow();
+    restartSlideshowTimer();
 }
 
 void BrowserModel::stopSlideshow()

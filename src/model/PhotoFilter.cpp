@@ -38,20 +38,24 @@ std::vector<PhotoItem> visibleWithout(
 
 } // namespace
 
-PhotoFilter::PhotoFilter(Background& background, MainLoop& loop, TextOrder const& order, Show show)
+PhotoFilter::PhotoFilter(Background& background, MainLoop& loop, TextOrder const& order, Show show,
+    ShowActivity showActivity)
     : background_(background)
     , loop_(loop)
     , order_(order)
     , show_(std::move(show))
+    , showActivity_(std::move(showActivity))
 {
 }
 
 void PhotoFilter::choose(ViewChoice const& choice)
 {
+    if (choice.searchText != chosen_.searchText)
+        waiting_.clear();
     task_ = Task();
     // A search that is taken back changes nothing.
     if (!list_->isQuick() && choice == shown_)
-        return;
+        return settle();
     if (list_->isQuick())
         deliver(choice, visibleWithout(gone_, *list_, choice, order_));
     else if (whole_ && !isSearch(choice) && haveSameOrder(choice, shown_))
@@ -65,9 +69,36 @@ bool PhotoFilter::willHide(FileUrl const& photo) const
     return task_ && !matchesFilter({ photo }, chosen_.searchText, order_);
 }
 
+void PhotoFilter::whenShown(Command command)
+{
+    if (task_)
+        waiting_.push_back(std::move(command));
+    else
+        command();
+}
+
+void PhotoFilter::inTurn(Command command)
+{
+    if (hasWaiting())
+        waiting_.push_back(std::move(command));
+    else
+        command();
+}
+
+// What was chosen last is shown.
+void PhotoFilter::settle()
+{
+    activityTask_ = Task();
+    showActivity_(false);
+    for (auto const& command : std::exchange(waiting_, {}))
+        command();
+}
+
 void PhotoFilter::deriveLater(ViewChoice const& choice)
 {
     chosen_ = choice;
+    if (!activityTask_)
+        activityTask_ = loop_.after(activityDelay, [this] { showActivity_(true); });
     task_ = runThen(
         background_, loop_, Priority::userInteractive,
         [list = PhotoList::Reading(list_), gone = gone_, choice, &order = order_] {
@@ -90,6 +121,13 @@ void PhotoFilter::deliver(ViewChoice const& choice, std::vector<PhotoItem> visib
         whole_ = std::move(old);
     else
         discardPhotos(background_, std::move(old));
+    settle();
+}
+
+void PhotoFilter::clear(ViewChoice const& choice)
+{
+    waiting_.clear();
+    replace(std::make_shared<PhotoList>(), choice, {});
 }
 
 void PhotoFilter::dropWhole()
@@ -107,6 +145,7 @@ void PhotoFilter::replace(
     discardPhotos(background_, std::exchange(list_, std::move(list)));
     shown_ = choice;
     discardPhotos(background_, show_(std::move(visible), Scan::other));
+    settle();
 }
 
 void PhotoFilter::remove(UrlSet const& urls)

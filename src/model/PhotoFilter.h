@@ -24,7 +24,12 @@ public:
     /// before: it may be wanted again, and one that is not may take long to free.
     using Show = std::function<std::vector<PhotoItem>(std::vector<PhotoItem> visible, Scan scan)>;
 
-    PhotoFilter(Background& background, MainLoop& loop, TextOrder const& order, Show show);
+    /// Hears that a search takes longer than a moment, and when what was chosen is shown.
+    using ShowActivity = std::function<void(bool isSearching)>;
+    using Command = std::function<void()>;
+
+    PhotoFilter(Background& background, MainLoop& loop, TextOrder const& order, Show show,
+        ShowActivity showActivity);
 
     /// Holds photos that were forgotten until a moment after the last search has ended.
     std::vector<PhotoItem> const& photos() const { return list_->items(); }
@@ -40,6 +45,16 @@ public:
     /// What the list that is shown was chosen by.
     ViewChoice const& shown() const { return shown_; }
 
+    /// Runs a command for the list that was chosen last as soon as that is shown; at once if it is.
+    /// Forgotten when another text is searched for before: it was not given for that.
+    void whenShown(Command command);
+    /// Runs a command after those that wait; at once if none does.
+    void inTurn(Command command);
+    bool hasWaiting() const { return !waiting_.empty(); }
+
+    /// Shows nothing, and forgets what waits: other folders are to be read.
+    void clear(ViewChoice const& choice);
+
     /// Shows the photos of another scan, of which `choice` lets `visible` through.
     void replace(
         std::shared_ptr<PhotoList> list, ViewChoice const& choice, std::vector<PhotoItem> visible);
@@ -50,6 +65,7 @@ public:
 private:
     void deriveLater(ViewChoice const& choice);
     void deliver(ViewChoice const& choice, std::vector<PhotoItem> visible);
+    void settle();
     void dropWhole();
     void takeOutGone();
 
@@ -57,6 +73,7 @@ private:
     MainLoop& loop_;
     TextOrder const& order_;
     Show show_;
+    ShowActivity showActivity_;
     std::shared_ptr<PhotoList> list_ = std::make_shared<PhotoList>();
     UrlSet gone_; ///< photos that are still to be taken out of the list
     Task takeOut_;
@@ -64,6 +81,8 @@ private:
     ViewChoice chosen_; ///< what is under way
     std::optional<std::vector<PhotoItem>> whole_; ///< what a search replaced, in the order shown
     Task task_;
+    Task activityTask_; ///< while something is under way
+    std::vector<Command> waiting_; ///< for what is under way
 };
 
 } // namespace pixelhain

@@ -1,5 +1,5 @@
 #include "model/PhotoOrder.h"
-#include "support/Desk.h"
+#include "support/LongList.h"
 #include <algorithm>
 #include <doctest/doctest.h>
 #include <random>
@@ -8,23 +8,6 @@ using namespace pixelhain;
 using namespace std::chrono_literals;
 
 namespace {
-
-// More photos than are filtered at once. Those of the second half are called "b".
-struct LongList {
-    static constexpr std::size_t count = 24'000;
-    Desk desk;
-
-    LongList()
-    {
-        Names names;
-        for (std::size_t i = 0; i < count; ++i)
-            names.push_back((i < count / 2 ? "a" : "b") + std::to_string(i) + ".jpg");
-        desk.open("/b", names);
-    }
-
-    BrowserModel& model() { return desk.model(); }
-    std::size_t shown() { return model().items->size(); }
-};
 
 // What is to be visible, by the filter rule and the comparator alone.
 std::vector<PhotoItem> expected(BrowserModel const& model, TextOrder const& order)
