@@ -21,9 +21,10 @@ EmptyStateView EmptyStateView::noPhotos(BrowserModel const& model)
     view.symbolSize = 44;
     view.spacing = 10;
     view.isTextSecondary = true;
-    bool const isSearching = !model.searchText->empty();
-    view.text = isSearching ? "Keine Treffer" : "Keine Fotos in diesem Ordner";
-    if (!isSearching && !model.includeSubfolders)
+    // What is typed may still be looked for.
+    bool const isSearched = !model.shownChoice().searchText.empty();
+    view.text = isSearched ? "Keine Treffer" : "Keine Fotos in diesem Ordner";
+    if (!isSearched && !model.includeSubfolders)
         view.hint = "Unterordner findest du links in der Seitenleiste.";
     return view;
 }

@@ -6,7 +6,12 @@ namespace pixelhain {
 
 bool StatusBar::showsActivity() const
 {
-    return model_.isLoading;
+    return model_.isLoading || model_.isSearching;
+}
+
+std::string_view StatusBar::activityName() const
+{
+    return model_.isLoading ? loadingName : searchingName;
 }
 
 std::string StatusBar::countText() const

@@ -11,9 +11,10 @@ class BrowserModel;
 /// the progress of long work and the link that unmarks everything.
 class StatusBar {
 public:
-    // Said by screen readers: of the bar, and of what turns while a folder is read.
+    // Said by screen readers: of the bar, and of what turns while something is under way.
     static constexpr std::string_view name = "Status";
-    static constexpr std::string_view activityName = "Ordner wird gelesen";
+    static constexpr std::string_view loadingName = "Ordner wird gelesen";
+    static constexpr std::string_view searchingName = "Fotos werden durchsucht";
     static constexpr double itemSpacing = 10;
     static constexpr double paddingX = 12;
     static constexpr double paddingY = 6;
@@ -28,6 +29,7 @@ public:
     }
 
     [[nodiscard]] bool showsActivity() const;
+    [[nodiscard]] std::string_view activityName() const;
 
     /// "40 Fotos · 3 ausgewählt", secondary colour.
     [[nodiscard]] std::string countText() const;

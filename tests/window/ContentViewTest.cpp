@@ -1,5 +1,5 @@
 #include "window/ContentView.h"
-#include "support/Desk.h"
+#include "support/LongList.h"
 #include "window/EmptyStateView.h"
 #include <doctest/doctest.h>
 
@@ -49,6 +49,20 @@ TEST_CASE("a search that matches nothing says so, without the hint")
     CHECK(content.detail() == ContentView::Detail::noPhotos);
     CHECK(EmptyStateView::noPhotos(desk.model()).text == "Keine Treffer");
     CHECK_FALSE(EmptyStateView::noPhotos(desk.model()).hint.has_value());
+}
+
+TEST_CASE("what is said of an empty list fits it while something else is looked for")
+{
+    LongList test;
+    auto& model = test.model();
+    model.setSearchText("nichts");
+    test.desk.settle();
+    REQUIRE(model.items->empty());
+    model.setAscending(false);
+    model.setSearchText("");
+    REQUIRE(model.items->empty());
+    CHECK(EmptyStateView::noPhotos(model).text == "Keine Treffer");
+    CHECK_FALSE(EmptyStateView::noPhotos(model).hint.has_value());
 }
 
 TEST_CASE("photos show the gallery, with their number as subtitle")

@@ -1,5 +1,6 @@
 #include "window/StatusBar.h"
-#include "support/Desk.h"
+#include "support/LongList.h"
+#include <chrono>
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -61,6 +62,22 @@ TEST_CASE("activity shows while a scan is under way")
     CHECK(bar.showsActivity());
     desk.settle();
     CHECK_FALSE(bar.showsActivity());
+}
+
+TEST_CASE("activity shows while a long list is searched for longer than a moment")
+{
+    LongList test;
+    StatusBar const bar(test.model());
+    CHECK(bar.activityName() == "Fotos werden durchsucht");
+    test.model().setSearchText("b");
+    CHECK_FALSE(bar.showsActivity());
+    test.desk.loop.advance(std::chrono::seconds(1));
+    CHECK(bar.showsActivity());
+    CHECK(bar.activityName() == "Fotos werden durchsucht");
+    test.desk.settle();
+    CHECK_FALSE(bar.showsActivity());
+    test.model().startScan();
+    CHECK(bar.activityName() == "Ordner wird gelesen");
 }
 
 TEST_CASE("the message is the model's")

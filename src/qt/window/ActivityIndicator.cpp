@@ -1,8 +1,6 @@
 #include "qt/window/ActivityIndicator.h"
-#include "qt/ports/FileUrlText.h"
 #include "qt/window/Accessibility.h"
 #include "qt/window/Tones.h"
-#include "window/StatusBar.h"
 #include <QPainter>
 
 namespace pixelhain {
@@ -20,7 +18,6 @@ ActivityIndicator::ActivityIndicator(QWidget* parent)
 {
     setFixedSize(edge, edge);
     setAccessibleRole(*this, QAccessible::Animation);
-    setAccessibleName(shownText(StatusBar::activityName));
 }
 
 void ActivityIndicator::showEvent(QShowEvent*)

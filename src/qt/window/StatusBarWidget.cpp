@@ -102,6 +102,8 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
 void StatusBarWidget::modelChanged()
 {
     auto const message = bar_.message();
+    if (auto const name = shownText(bar_.activityName()); activity_->accessibleName() != name)
+        activity_->setAccessibleName(name);
     activity_->setVisible(bar_.showsActivity());
     count_->setText(shownText(bar_.countText()));
     dot_->setVisible(message.has_value());
