@@ -69,6 +69,20 @@ class ActivationTest(unittest.TestCase):
         self.assertEqual(first.end(), 0)
         self.assertEqual(other.end(), 0)
 
+    def test_a_start_while_the_running_program_ends_has_a_window_of_its_own(self):
+        for number, delay in enumerate((0, 0.02, 0.04, 0.08)):
+            first = self.shown(f"eins {number}")
+            first.program.terminate()
+            time.sleep(delay)
+            second = self.start(f"zwei {number}")
+            second.wait_for("idle")
+            second.wait_for_window(f"zwei {number} – 0 Fotos")
+            self.assertEqual(first.program.wait(PATIENCE), 0)
+            # It is the one that a third start finds.
+            self.second_start(f"drei {number}")
+            second.wait_for_window(f"drei {number} – 0 Fotos")
+            self.assertEqual(second.end(), 0)
+
     def test_the_launcher_is_told_that_the_start_is_complete(self):
         first = self.shown("eins")
         self.second_start("zwei")

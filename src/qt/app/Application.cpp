@@ -87,6 +87,9 @@ Application::Application(Services& services)
     addViewer();
     watchMilestones();
     services_.panels.setParent(&window_);
+    // The toolkit ends the program after this, whatever is shown until then.
+    QObject::connect(
+        qApp, &QGuiApplication::lastWindowClosed, &window_, [this] { isEnding_ = true; });
     window_.activated = [this] { delegate_.applicationDidBecomeActive(); };
     window_.closed = [this] { mainWindowClosed(); };
     window_.quit = [this] { end(); };
@@ -159,15 +162,19 @@ void Application::mainWindowClosed()
 
 void Application::answer(ApplicationService& service)
 {
-    service.serve([this](OpenRequest const& request) { take(request); });
+    service.serve([this](OpenRequest const& request) { return take(request); });
 }
 
-// The main window may have been closed while the help was open.
-void Application::take(OpenRequest const& request)
+// The main window may have been closed while the help was open. One that is about to close, as soon
+// as no file is under way, would take with it what is opened in it now.
+bool Application::take(OpenRequest const& request)
 {
+    if (isEnding_ || window_.isClosing())
+        return false;
     if (request.file)
         delegate_.openUrls({ &*request.file, 1 });
     bringForward(window_, request);
+    return true;
 }
 
 } // namespace pixelhain

@@ -42,7 +42,7 @@ private:
     void addViewer();
     void watchMilestones();
     void openHelp();
-    void take(OpenRequest const& request);
+    [[nodiscard]] bool take(OpenRequest const& request);
     void end();
     void mainWindowClosed();
 

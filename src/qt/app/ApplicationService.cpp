@@ -10,19 +10,22 @@ namespace pixelhain {
 ApplicationService::ApplicationService() = default;
 ApplicationService::~ApplicationService() = default;
 
-void ApplicationService::serve(std::function<void(OpenRequest const&)> asked)
+void ApplicationService::serve(Asked asked)
 {
     asked_ = std::move(asked);
+    // Who asked then has been told that it is taken.
     if (auto const request = std::exchange(waiting_, nullptr))
-        asked_(*request);
+        static_cast<void>(asked_(*request));
 }
 
 void ApplicationService::ask(OpenRequest const& request)
 {
-    if (asked_)
-        asked_(request);
-    else if (request.file || !waiting_) // what is to be opened is not forgotten for a mere call
+    if (asked_) {
+        if (!asked_(request) && calledFromDBus())
+            sendErrorReply(QDBusError::Failed, shownText(service::isEnding));
+    } else if (request.file || !waiting_) { // what is to be opened is not forgotten for a mere call
         waiting_ = std::make_unique<OpenRequest const>(request);
+    }
 }
 
 void ApplicationService::Activate(QVariantMap const& platformData)

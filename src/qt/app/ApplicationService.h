@@ -25,9 +25,12 @@ public:
     ApplicationService();
     ~ApplicationService() override;
 
+    /// Whether the request is taken. Who hears that it is not goes on without this program.
+    using Asked = std::function<bool(OpenRequest const&)>;
+
     /// From now on `asked` is called for each request. One that came before, the last of them, is
     /// passed on at once.
-    void serve(std::function<void(OpenRequest const&)> asked);
+    void serve(Asked asked);
 
 public slots:
     void Activate(QVariantMap const& platformData);
@@ -43,7 +46,7 @@ public slots:
 private:
     void ask(OpenRequest const& request);
 
-    std::function<void(OpenRequest const&)> asked_;
+    Asked asked_;
     std::unique_ptr<OpenRequest const> waiting_;
 };
 

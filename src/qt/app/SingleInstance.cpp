@@ -44,6 +44,17 @@ Role claimName(QString const& address, QString const& connection, ApplicationSer
                                                                         : Role::second;
 }
 
+// The bus gives the name to who waits for it when the other one leaves. Its answer is not awaited.
+void standNext(QString const& connection)
+{
+    auto call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+        QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+        QStringLiteral("RequestName"));
+    constexpr quint32 waitInLine = 0;
+    call << ApplicationService::name() << waitInLine;
+    QDBusConnection(connection).asyncCall(call);
+}
+
 QDBusMessage callFor(OpenRequest const& request)
 {
     auto const method = request.file ? QStringLiteral("Open") : QStringLiteral("Activate");
@@ -127,7 +138,10 @@ bool SingleInstance::handOver(OpenRequest const& request)
         return false;
     // Asked once: who does not answer may do what is asked all the same, later.
     patienceLeft_ = {};
-    return isTaken(request, deadline);
+    if (isTaken(request, deadline))
+        return true;
+    standNext(answer_->connection);
+    return false;
 }
 
 bool SingleInstance::isTaken(OpenRequest const& request, Clock::time_point deadline) const

@@ -28,8 +28,9 @@ public:
     SingleInstance(SingleInstance const&) = delete;
     SingleInstance& operator=(SingleInstance const&) = delete;
 
-    /// Hands the request to the program that runs already; false if there is none, it does not
-    /// answer, or nobody knows yet. Returns at once unless there is, or probably is, another one.
+    /// Hands the request to the program that runs already; false if there is none, it is about to
+    /// end or does not answer, or nobody knows yet. Who could not hand over is the next to have the
+    /// name, once the other has gone. Returns at once unless there is, or probably is, another one.
     /// May be called again: all calls together wait no longer than `patience`. A program that hung
     /// may still do what it was asked when it comes round.
     [[nodiscard]] bool handOver(OpenRequest const& request);

@@ -21,6 +21,9 @@ public:
     /// Whether what the window shows is all there is to show for now.
     bool isComplete() const;
 
+    /// Whether it was told to close, and waits for the file that is under way.
+    bool isClosing() const { return isClosing_; }
+
     /// Whether the first frame has come to the screen.
     bool isOnScreen() const { return isOnScreen_; }
 
@@ -61,7 +64,7 @@ private:
     ContentWidget* content_;
     MenuBar* menus_ = nullptr;
     bool hasAppeared_ = false;
-    bool isClosing_ = false; ///< as soon as no file is under way
+    bool isClosing_ = false;
     bool hasPainted_ = false;
     bool isOnScreen_ = false;
     HiddenPointer pointer_;

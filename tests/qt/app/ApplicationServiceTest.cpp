@@ -15,10 +15,14 @@ namespace {
 struct Served {
     ApplicationService service;
     std::vector<OpenRequest> requests;
+    bool isTaken = true;
 
     Served()
     {
-        service.serve([this](OpenRequest const& request) { requests.push_back(request); });
+        service.serve([this](OpenRequest const& request) {
+            requests.push_back(request);
+            return isTaken;
+        });
     }
 };
 
@@ -81,7 +85,10 @@ TEST_CASE("a request that comes before the window is there is done when it is, t
     service.Open({ QStringLiteral("file:///a") }, {});
     service.Open({ QStringLiteral("file:///b") }, {});
     std::vector<FileUrl> files;
-    service.serve([&](OpenRequest const& request) { files.push_back(*request.file); });
+    service.serve([&](OpenRequest const& request) {
+        files.push_back(*request.file);
+        return true;
+    });
     CHECK(files == std::vector { FileUrl("/b") });
 }
 
@@ -91,7 +98,10 @@ TEST_CASE("coming to the front does not make a file forgotten that waits to be o
     service.Open({ QStringLiteral("file:///a") }, {});
     service.Activate({});
     std::vector<std::optional<FileUrl>> files;
-    service.serve([&](OpenRequest const& request) { files.push_back(request.file); });
+    service.serve([&](OpenRequest const& request) {
+        files.push_back(request.file);
+        return true;
+    });
     CHECK(files == std::vector { std::optional(FileUrl("/a")) });
 }
 
@@ -154,6 +164,22 @@ TEST_CASE("callers on the bus who send something else are told so, and nothing h
     CHECK(action.errorName() == QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
     CHECK(action.errorMessage() == QStringLiteral("Diese Aktion gibt es nicht."));
     CHECK(program.requests.empty());
+}
+
+TEST_CASE("callers on the bus are told when the program does not take what they ask for")
+{
+    if (!hasTestBus())
+        return;
+    OnBus program;
+    program.isTaken = false;
+    auto const answers = { program.call(QStringLiteral("Activate"), { QVariantMap() }),
+        program.call(
+            QStringLiteral("Open"), { uris(QStringLiteral("file:///a"), 1), QVariantMap() }) };
+    for (auto const& answer : answers) {
+        CHECK(answer.errorName() == QStringLiteral("org.freedesktop.DBus.Error.Failed"));
+        CHECK(answer.errorMessage() == QStringLiteral("Das Programm wird gerade beendet."));
+    }
+    CHECK(program.requests.size() == 2);
 }
 
 TEST_CASE("ten thousand files and a megabyte of text on the bus are one request each")

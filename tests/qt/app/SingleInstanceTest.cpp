@@ -70,13 +70,14 @@ private:
 // cannot answer while a second start waits for it here.
 class RunningProgram {
 public:
-    enum class State { answers, hangs };
+    enum class State { answers, isEnding, hangs };
 
     explicit RunningProgram(State state)
     {
-        service_.serve([this](OpenRequest const& request) {
+        service_.serve([this, state](OpenRequest const& request) {
             std::scoped_lock const guard(lock_);
             requests_.push_back(request);
+            return state != State::isEnding;
         });
         if (state == State::hangs)
             return;
@@ -151,7 +152,7 @@ TEST_CASE("the first start has the name on the bus and is found under it")
     Variable const runtime("XDG_RUNTIME_DIR", bytes(folder.url().path()));
     auto& service = newService();
     int asked = 0;
-    service.serve([&](OpenRequest const&) { ++asked; });
+    service.serve([&](OpenRequest const&) { return ++asked > 0; });
     std::optional<SingleInstance> first(std::in_place, service);
     auto bus = QDBusConnection::sessionBus();
     auto const isThere
@@ -184,6 +185,36 @@ TEST_CASE("a second start hands what it was asked for to the program that runs")
     CHECK(taken[0].file == request.file);
     CHECK(taken[0].startupId == "start_TIME12");
     CHECK(taken[0].activationToken == "token");
+}
+
+TEST_CASE("who asks a program that is ending goes on by itself, and has the name after it")
+{
+    if (!hasTestBus())
+        return;
+    TemporaryFolder folder;
+    Variable const runtime("XDG_RUNTIME_DIR", bytes(folder.url().path()));
+    LifetimeLock const mark(std::string(folder.url().child("de.pixelhain.Pixelhain.lock").path()));
+    std::optional<RunningProgram> first(std::in_place, RunningProgram::State::isEnding);
+    REQUIRE(first->isRunning());
+    auto& service = newService();
+    int asked = 0;
+    service.serve([&](OpenRequest const&) { return ++asked > 0; });
+    auto const before = std::chrono::steady_clock::now();
+    SingleInstance second(service);
+    CHECK_FALSE(second.handOver({ FileUrl("/b"), "", "" }));
+    CHECK(std::chrono::steady_clock::now() - before < SingleInstance::patience);
+    CHECK(first->requests().size() == 1);
+    first.reset();
+    auto bus = QDBusConnection::sessionBus();
+    auto const isThere
+        = [&] { return bus.interface()->isServiceRegistered(ApplicationService::name()).value(); };
+    REQUIRE(eventually(isThere));
+    auto call = QDBusMessage::createMethodCall(ApplicationService::name(),
+        ApplicationService::path(), ApplicationService::interface(), QStringLiteral("Activate"));
+    call << QVariantMap();
+    auto const pending = bus.asyncCall(call);
+    CHECK(eventually([&] { return asked == 1; }));
+    service.serve(nullptr);
 }
 
 TEST_CASE("a running program that hangs is asked once, and waited for once")
