@@ -132,10 +132,10 @@ void Application::openHelp()
     help_->bringForward();
 }
 
-void Application::start(CommandLine const& line)
+void Application::start(CommandLine const& line, OpenRequest const& request)
 {
     delegate_.openUrls(line.files);
-    window_.show();
+    showFirst(window_, request);
     speakGerman();
     delegate_.applicationDidFinishLaunching();
     looking_ = services_.loop.after(untilFirstMenu, [this] { services_.sharing.refresh(); });

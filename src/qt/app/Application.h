@@ -32,8 +32,8 @@ public:
     Application(Application const&) = delete;
     Application& operator=(Application const&) = delete;
 
-    /// Opens the main window, and what the command line names.
-    void start(CommandLine const& line);
+    /// Opens the main window, with the tokens of the start, and what the command line names.
+    void start(CommandLine const& line, OpenRequest const& request);
 
     /// Does what others on the session bus ask for, as long as both live.
     void answer(ApplicationService& service);

@@ -35,10 +35,13 @@ std::string platformToken(QVariantMap const& data, QString const& key)
 
 } // namespace
 
-OpenRequest OpenRequest::fromEnvironment(std::optional<FileUrl> file)
+OpenRequest OpenRequest::takeFromEnvironment(std::optional<FileUrl> file)
 {
-    return { std::move(file), environmentToken("DESKTOP_STARTUP_ID"),
-        environmentToken("XDG_ACTIVATION_TOKEN") };
+    constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
+    OpenRequest request { std::move(file), environmentToken("DESKTOP_STARTUP_ID"),
+        environmentToken(tokenVariable) };
+    qunsetenv(tokenVariable);
+    return request;
 }
 
 OpenRequest OpenRequest::fromPlatformData(

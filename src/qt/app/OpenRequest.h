@@ -18,9 +18,10 @@ struct OpenRequest {
 
     static constexpr std::size_t longestToken = 512;
 
-    /// The tokens that the launcher gave this process in its environment. To be called before the
-    /// toolkit starts, which takes them away.
-    static OpenRequest fromEnvironment(std::optional<FileUrl> file);
+    /// The tokens that the launcher gave this process in its environment. The one for Wayland is
+    /// taken out of it; the other is left there for the toolkit. To be called before the toolkit
+    /// starts and before there is a second thread.
+    static OpenRequest takeFromEnvironment(std::optional<FileUrl> file);
 
     /// As they travel beside every call of org.freedesktop.Application. What is of no use is left
     /// out, whoever sent it.

@@ -36,15 +36,28 @@ void activateByToken(QWidget& window, std::string const& token)
     qunsetenv(variable);
 }
 
+bool isOnWayland()
+{
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
 } // namespace
+
+// On X11 the toolkit has read the id when it connected, and gives it to the first window.
+void showFirst(QWidget& window, OpenRequest const& request)
+{
+    qunsetenv("DESKTOP_STARTUP_ID");
+    window.show();
+    if (!request.activationToken.empty() && isOnWayland())
+        activateByToken(window, request.activationToken);
+}
 
 void bringForward(QWidget& window, OpenRequest const& request)
 {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
-    if (!request.activationToken.empty()
-        && QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) {
+    if (!request.activationToken.empty() && isOnWayland()) {
         activateByToken(window, request.activationToken);
         return;
     }

@@ -85,7 +85,7 @@ int run(CommandLine const& line, OpenRequest request, SingleInstance* instance, 
     request.file = firstOf(line.files);
     if (instance && instance->handOver(request))
         return 0;
-    application.start(line);
+    application.start(line, request);
     application.answer(service);
     return QApplication::exec();
 }
@@ -102,7 +102,7 @@ int main(int argc, char** argv)
     auto const early = parsed(argc, argv);
     if (answersAtOnce(early))
         return 0;
-    auto const request = OpenRequest::fromEnvironment(firstOf(early.files));
+    auto const request = OpenRequest::takeFromEnvironment(firstOf(early.files));
     leaveSilentBusAlone();
     ApplicationService service;
     std::optional<SingleInstance> instance;

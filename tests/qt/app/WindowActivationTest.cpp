@@ -18,6 +18,23 @@ TEST_CASE("a startup id without a time tells nothing")
         CHECK_FALSE(timeOfStartupId(id));
 }
 
+TEST_CASE(
+    "the tokens of a start are used, and not handed on to programs that are started from here")
+{
+    qputenv("XDG_ACTIVATION_TOKEN", "token");
+    qputenv("DESKTOP_STARTUP_ID", "start_TIME12");
+    auto const request = OpenRequest::takeFromEnvironment(std::nullopt);
+    CHECK(request.activationToken == "token");
+    CHECK(request.startupId == "start_TIME12");
+    CHECK_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    CHECK(qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID")); // the toolkit is still to read it
+    QWidget window;
+    showFirst(window, request);
+    CHECK(window.isVisible());
+    CHECK_FALSE(qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID"));
+    CHECK_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+}
+
 TEST_CASE("a window that was closed or minimized is shown again")
 {
     QWidget window;
