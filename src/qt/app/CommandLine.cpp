@@ -1,5 +1,6 @@
 #include "qt/app/CommandLine.h"
 #include "qt/ports/FileUrlText.h"
+#include <utility>
 
 namespace pixelhain {
 
@@ -9,11 +10,15 @@ CommandLine CommandLine::parse(std::span<char const* const> arguments, FileUrl c
     constexpr std::string_view screenshotPrefix = "--screenshot=";
     CommandLine line;
     bool optionsEnded = false;
+    bool isPerhapsValue = false;
     for (std::size_t at = 0; at < arguments.size(); ++at) {
         std::string_view const argument = arguments[at];
+        bool const followsUnknown = std::exchange(isPerhapsValue, false);
         if (optionsEnded || !argument.starts_with('-') || argument == "-") {
-            if (auto const url = fileUrlFromArgument(argument, currentFolder))
+            if (auto const url = fileUrlFromArgument(argument, currentFolder)) {
                 line.files.push_back(*url);
+                line.hasSureFile = line.hasSureFile || !followsUnknown;
+            }
         } else if (argument == "--") {
             optionsEnded = true;
         } else if (argument == "--help" || argument == "-h") {
@@ -30,6 +35,7 @@ CommandLine CommandLine::parse(std::span<char const* const> arguments, FileUrl c
             line.error = "Zu --screenshot fehlt die Datei.";
         } else {
             line.error = "Unbekannte Option: " + std::string(argument);
+            isPerhapsValue = true;
         }
     }
     return line;

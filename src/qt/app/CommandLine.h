@@ -12,6 +12,8 @@ namespace pixelhain {
 struct CommandLine {
     /// Folders and images to open; only the first one is.
     std::vector<FileUrl> files;
+    /// Whether there is a file among them that is not, perhaps, the value of an unknown option.
+    bool hasSureFile = false;
     /// Where to save a picture of the window; the program ends then.
     std::optional<std::string> screenshot;
     /// Not to hand anything over to a program that runs already.

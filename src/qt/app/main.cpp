@@ -73,7 +73,7 @@ bool standsApart(CommandLine const& line)
 // Without a folder there is nothing to decode, and the window comes sooner alone.
 bool hasFolder(CommandLine const& line)
 {
-    return !line.files.empty()
+    return line.hasSureFile
         || !LastFolders::read(QtPreferences(QtPreferences::defaultFile())).folders.empty();
 }
 

@@ -46,3 +46,12 @@ TEST_CASE("an unknown option is an error")
     CHECK(parsed({ "--help" }).wantsHelp);
     CHECK(parsed({ "--version" }).wantsVersion);
 }
+
+TEST_CASE("what follows an unknown option is perhaps its value and no file")
+{
+    CHECK(parsed({ "a" }).hasSureFile);
+    CHECK_FALSE(parsed({}).hasSureFile);
+    CHECK_FALSE(parsed({ "-qwindowgeometry", "800x600" }).hasSureFile);
+    CHECK(parsed({ "-qwindowgeometry", "800x600", "a" }).hasSureFile);
+    CHECK(parsed({ "-reverse", "--", "a" }).hasSureFile);
+}
