@@ -10,7 +10,7 @@
 #include "icu/IcuTextOrder.h"
 #include "model/PhotoTest.h"
 #include "model/Scanning.h"
-#include "pdf/CairoPdf.h"
+#include "pdf/LoadedPdfWriter.h"
 #include "posix/FolderHandle.h"
 #include "posix/PosixFileReplacement.h"
 #include <algorithm>
@@ -165,7 +165,7 @@ ContactSheetResult render(
     };
     job.pageDone = [&](std::size_t done, std::size_t pages) { bar.show(done, pages); };
     PosixFileReplacements files;
-    CairoPdfWriter pdf(files);
+    LoadedPdfWriter pdf(files);
     CommandLoader desk(usualJobs(), 1);
     return renderContactSheet({ desk.loader, desk.thumbQueue, usualJobs(), pdf }, job, run);
 }

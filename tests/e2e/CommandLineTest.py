@@ -13,6 +13,12 @@ class CommandLineTest(Programs):
     def test_the_version_is_told(self):
         self.assertRegex(self.cli("--version").stdout, r"^pixelhain-cli \d+\.\d+\.\d+\n$")
 
+    def test_no_program_loads_at_its_start_what_only_pdf_files_need(self):
+        for program in ("pixelhain", "pixelhain-cli"):
+            loaded = self.run_program(program, LD_TRACE_LOADED_OBJECTS="1").stdout
+            self.assertIn("libstdc++", loaded)
+            self.assertNotRegex(loaded, "libcairo|libpango|libgio")
+
     def test_list_prints_the_gallery_in_natural_order(self):
         result = self.cli("list", self.samples)
         self.assertEqual(result.returncode, 0, result.stderr)

@@ -3,7 +3,7 @@
 #include "icu/IcuTextFormats.h"
 #include "icu/IcuTextOrder.h"
 #include "images/ImageLoader.h"
-#include "pdf/CairoPdf.h"
+#include "pdf/LoadedPdfWriter.h"
 #include "posix/InotifyFolderEvents.h"
 #include "posix/PosixFileOperations.h"
 #include "posix/PosixFileReplacement.h"
@@ -69,7 +69,7 @@ struct Services {
     ThreadQueue displayQueue { displayWidth, displayNiceness };
     ThreadQueue sheetQueue { thumbWidth(), sheetNiceness };
     PosixFileReplacements replacements;
-    CairoPdfWriter pdf { replacements };
+    LoadedPdfWriter pdf { replacements };
     IcuTextFormats formats;
     PreparedPictures prepared;
 };
