@@ -132,8 +132,8 @@ class Run:
         return since
 
 
-def watch(command, environment, pixels, seconds):
-    """Starts it and watches it until it is done, `seconds` at most."""
+def watch(command, environment, pixels, seconds, picture=None):
+    """Starts it and watches it until it is done, `seconds` at most; `picture` is of the screen then."""
     run = Run(pixels.green())
     start = time.monotonic()
     process = subprocess.Popen(command, env=environment, start_new_session=True, stdin=subprocess.DEVNULL,
@@ -152,6 +152,9 @@ def watch(command, environment, pixels, seconds):
             run.memory = max(run.memory, tree.memory())
         time.sleep(POLL)
     run.done, run.cpu = worked - start, tree.seconds()
+    if picture:
+        picture.parent.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["convert", f"xwd:{pixels.file}", picture], check=True)
     tree.end()
     process.wait()
     return run
