@@ -1,4 +1,5 @@
 #include "cli/Interruption.h"
+#include "posix/FolderHandle.h"
 #include <cstdint>
 #include <cstdlib>
 #include <poll.h>
@@ -34,7 +35,8 @@ Interruption::Interruption(CancelFlag& flag)
 Interruption::~Interruption()
 {
     std::uint64_t const one = 1;
-    static_cast<void>(::write(stop_.get(), &one, sizeof one));
+    [[maybe_unused]] auto const told
+        = uninterrupted([&] { return ::write(stop_.get(), &one, sizeof one); });
     listener_.join();
     ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }

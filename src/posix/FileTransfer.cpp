@@ -146,8 +146,8 @@ private:
             return FileOutcome::failed;
         timespec const times[] = { source_.st_atim, source_.st_mtim };
         // A link means the same without its owner and dates.
-        static_cast<void>(::fchownat(
-            to_.folder(), to_.name(), source_.st_uid, source_.st_gid, AT_SYMLINK_NOFOLLOW));
+        [[maybe_unused]] auto const owned = ::fchownat(
+            to_.folder(), to_.name(), source_.st_uid, source_.st_gid, AT_SYMLINK_NOFOLLOW);
         static_cast<void>(::utimensat(to_.folder(), to_.name(), times, AT_SYMLINK_NOFOLLOW));
         // There is no opening a link to sync it.
         if (Descriptor const folder(uninterrupted(

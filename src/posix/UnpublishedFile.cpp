@@ -1,8 +1,9 @@
 #include "posix/UnpublishedFile.h"
 #include "posix/FolderHandle.h"
+#include "posix/SystemRandom.h"
+#include <cinttypes>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/random.h>
 #include <utility>
 
 namespace pixelhain {
@@ -13,10 +14,8 @@ constexpr mode_t ownerOnly = 0600;
 
 std::string hiddenName()
 {
-    unsigned long long number = 0;
-    static_cast<void>(::getrandom(&number, sizeof number, 0));
     char name[32];
-    std::snprintf(name, sizeof name, ".~%016llx.part", number);
+    std::snprintf(name, sizeof name, ".~%016" PRIx64 ".part", SystemRandom().next());
     return name;
 }
 

@@ -373,7 +373,8 @@ TEST_CASE("workers end with the program, even if it is killed")
         if (!desk.shows(desk.good[0]))
             return 1;
         auto const workers = children();
-        static_cast<void>(::write(ends[1], workers.data(), workers.size() * sizeof workers[0]));
+        if (::write(ends[1], workers.data(), workers.size() * sizeof workers[0]) <= 0)
+            return 1;
         ::pause();
         return 0;
     });
