@@ -216,6 +216,7 @@ Command const& contactSheetCommand()
         = "Photos come in the order of the operands, those of a folder in the gallery's;\n"
           "one that cannot be read leaves its square empty. FILE.pdf is replaced only when\n"
           "the new one is complete, and only if it is a PDF.\n"
+          "  --output FILE   the PDF\n"
           "  --title T       heading of every page; usually the folders' names\n"
           "  --columns N     thumbnails in a row, from 1 to 20; usually 5\n"
           "  --paper SIZE    a4 (the default), a3 or letter\n"

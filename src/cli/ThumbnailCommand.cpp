@@ -166,8 +166,8 @@ Command const& thumbnailCommand()
           "scale) or full.\n"
           "  --size N        longest side at most, in pixels\n"
           "  --display       as the viewer does: without the previews in the files\n"
-          "  --bytes         tell last how many bytes of the file were read\n"
           "  --jobs N        pictures decoded side by side; usually the processors\n"
+          "  --bytes         tell last how many bytes of the file were read\n"
           "  --output DIR    write DIR/NAME.png, NAME with its ending, in a folder that is made\n"
           "                  if it is not there; never over a file: of two files of one\n"
           "                  name the second fails\n",
