@@ -10,6 +10,8 @@ import subprocess
 import tempfile
 import unittest
 
+import yaml
+
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 PLACE = ROOT / "build/package"
@@ -113,6 +115,49 @@ class PackageTest(unittest.TestCase):
         subprocess.run([BUILT / "pixelhain-samples", "--percent", "10", luggage / "samples"], check=True)
         (luggage / "version").write_text(version())
         return luggage
+
+
+class FlatpakTest(unittest.TestCase):
+    # What the program is built with and the runtime has, by the names in CMakeLists.txt.
+    RUNTIME = {"JPEG", "PNG", "ZLIB", "TIFF", "GIF", "ICU", "WEBP", "LCMS", "JXL", "PANGOCAIRO", "Qt6", "XCB",
+               "FONTCONFIG", "Threads", "PkgConfig"}
+    MODULES = {"HEIF": "libheif", "RAW": "libraw", "OPENJPEG": "openjpeg", "OPENEXR": "openexr"}
+
+    def setUp(self):
+        file, = (ROOT / "packaging/flatpak").iterdir()
+        self.manifest = yaml.safe_load(file.read_text())
+        self.assertEqual(file.stem, self.manifest["id"])
+
+    def modules(self, of=None):
+        for module in (of or self.manifest)["modules"]:
+            yield from self.modules(module) if "modules" in module else ()
+            yield module
+
+    def test_it_is_built_on_a_runtime_with_the_toolkit(self):
+        self.assertEqual(self.manifest["runtime"], "org.kde.Platform")
+        self.assertEqual(self.manifest["sdk"], "org.kde.Sdk")
+        self.assertRegex(self.manifest["runtime-version"], r"^6\.\d+$")
+        self.assertEqual(self.manifest["command"], "pixelhain")
+        self.assertTrue((ROOT / f"packaging/desktop/{self.manifest['id']}.desktop.in").is_file())
+
+    def test_it_brings_every_library_that_the_runtime_lacks(self):
+        asked = re.findall(r"(?:find_package|pkg_check_modules)\((\w+)", (ROOT / "CMakeLists.txt").read_text())
+        self.assertEqual(set(asked), self.RUNTIME | set(self.MODULES))
+        names = [module["name"] for module in self.modules()]
+        self.assertLessEqual(set(self.MODULES.values()), set(names))
+        self.assertEqual(names[-1], "pixelhain")
+
+    def test_every_source_is_of_one_version_or_this_checkout(self):
+        for module in self.modules():
+            source = module["sources"][0]
+            if module["name"] == "pixelhain":
+                self.assertEqual((ROOT / "packaging/flatpak" / source["path"]).resolve(), ROOT)
+            else:
+                self.assertRegex(source["url"], "^https://.*[.]git$")
+                self.assertRegex(source["tag"], r"^v?\d+(\.\d+)+$")
+
+    def test_it_reaches_no_network(self):
+        self.assertNotIn("--share=network", self.manifest["finish-args"])
 
 
 if __name__ == "__main__":
