@@ -61,6 +61,11 @@ ViewerChrome::Arrow ViewerChrome::arrow(Side side) const
         isLeft ? "Vorheriges Foto" : "Nächstes Foto" };
 }
 
+bool ViewerChrome::showsArrows() const
+{
+    return model_.items->size() > 1;
+}
+
 void ViewerChrome::perform(Action action)
 {
     switch (action) {

@@ -68,6 +68,8 @@ public:
     [[nodiscard]] std::string spokenName() const;
     [[nodiscard]] Button button(Action action) const;
     [[nodiscard]] Arrow arrow(Side side) const;
+    /// Not where there is no other photo to go to.
+    [[nodiscard]] bool showsArrows() const;
 
     /// Everything but sharing, which is the business of whoever has the menu.
     void perform(Action action);

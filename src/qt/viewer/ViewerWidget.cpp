@@ -149,12 +149,13 @@ void ViewerWidget::showLayers()
     bool const hasChrome = container_.shows(Layer::chrome);
     chrome_->show(*container_.chrome());
     showArrows();
-    if (!hasChrome
-        && (chrome_->isAncestorOf(QApplication::focusWidget()) || left_->hasFocus()
-            || right_->hasFocus()))
+    bool const hasArrows = hasChrome && container_.chrome()->showsArrows();
+    if ((!hasChrome && chrome_->isAncestorOf(QApplication::focusWidget()))
+        || (!hasArrows && (left_->hasFocus() || right_->hasFocus())))
         picture_->setFocus();
-    for (QWidget* const widget : std::initializer_list<QWidget*> { chrome_, left_, right_ })
-        widget->setVisible(hasChrome);
+    chrome_->setVisible(hasChrome);
+    left_->setVisible(hasArrows);
+    right_->setVisible(hasArrows);
     pause_->setVisible(container_.shows(Layer::pauseLabel));
     bool const hasInfo = container_.shows(Layer::infoPanel);
     if (hasInfo)

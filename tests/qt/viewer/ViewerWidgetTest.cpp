@@ -237,6 +237,23 @@ TEST_CASE("the arrows step, and are lit under the pointer")
     CHECK(right.geometry().right() == ViewerDesk::width - 10 - 1);
 }
 
+TEST_CASE("a photo alone has no arrows at its sides, and they give the keyboard back")
+{
+    ViewerDesk v;
+    v.desk.open("/Zwei", { "a.jpg", "b.jpg" });
+    v.open(0, plainPicture(90, 50, Qt::white));
+    auto& right = v.widget.arrow(Side::right);
+    CHECK(right.isVisible());
+    right.setFocus();
+    v.desk.model().trash({ v.desk.model().items->back().url });
+    v.desk.settle();
+    REQUIRE(v.desk.model().items->size() == 1);
+    CHECK_FALSE(right.isVisible());
+    CHECK_FALSE(v.widget.arrow(Side::left).isVisible());
+    CHECK(v.widget.chrome().isVisible());
+    CHECK_FALSE(right.hasFocus());
+}
+
 TEST_CASE("a photo that cannot be read says so, one that is being read turns a wheel")
 {
     ViewerDesk v;
