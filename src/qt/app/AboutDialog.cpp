@@ -1,6 +1,7 @@
 #include "qt/app/AboutDialog.h"
 #include "app/AboutText.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/window/PlainDialog.h"
 #include "qt/window/ProgramIcon.h"
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -49,6 +50,7 @@ AboutDialog::AboutDialog(std::string const& missingHolds, QWidget* parent)
 {
     setWindowTitle(shownText(about::windowTitle));
     setWindowModality(Qt::WindowModal);
+    setWindowFlags(plainDialogFlags);
     auto* const grid = new QGridLayout(this);
     grid->setSizeConstraint(QLayout::SetFixedSize);
     grid->setHorizontalSpacing(18);

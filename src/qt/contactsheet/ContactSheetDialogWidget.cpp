@@ -2,6 +2,7 @@
 #include "contactsheet/ContactSheetExport.h"
 #include "model/BrowserModel.h"
 #include "qt/ports/FileUrlText.h"
+#include "qt/window/PlainDialog.h"
 #include "qt/window/Tones.h"
 #include <QCheckBox>
 #include <QComboBox>
@@ -40,6 +41,7 @@ ContactSheetDialogWidget::ContactSheetDialogWidget(
 {
     setWindowTitle(shownText(ContactSheetDialog::heading));
     setWindowModality(Qt::WindowModal);
+    setWindowFlags(plainDialogFlags);
     auto* const stack = new QVBoxLayout(this);
     constexpr int padding = static_cast<int>(ContactSheetDialog::padding);
     // As high as its parts are, also with another font; there is nothing to be had by more.

@@ -73,6 +73,15 @@ QPushButton* button(QWidget const& widget, QString const& text)
 
 } // namespace
 
+TEST_CASE("the dialog can be closed, but not be made an icon of or fill the screen")
+{
+    Sheet test;
+    auto const flags = test.open().windowFlags();
+    CHECK(flags.testFlag(Qt::WindowCloseButtonHint));
+    CHECK(flags.testFlag(Qt::CustomizeWindowHint));
+    CHECK_FALSE(flags.testAnyFlags(Qt::WindowMinMaxButtonsHint));
+}
+
 TEST_CASE("the dialog shows what a sheet can be made of, in exact words and sizes")
 {
     Sheet sheet;
