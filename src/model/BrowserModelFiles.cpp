@@ -144,10 +144,9 @@ void BrowserModel::FileChanges::askForFolder(std::vector<FileUrl> photos, Transf
 {
     if (photos.empty())
         return;
-    auto& preferences = model.ports_.preferences;
+    auto const last = LastFolders::target(model.ports_.preferences);
     FolderPanelRequest const request { std::string(messages::transferButton(transfer)),
-        messages::transferQuestion(photos.size(), transfer), LastFolders::target(preferences),
-        true };
+        messages::transferQuestion(photos.size(), transfer), last ? last : *model.folder, true };
     auto const chosen = [&model = model, alive = std::weak_ptr(model.alive_),
                             photos = std::move(photos), transfer](FileUrl const& target) {
         if (alive.expired())
