@@ -13,7 +13,7 @@ MENUS = {
     ("Hilfe",): ["Pixelhain-Hilfe", "Über Pixelhain"],
 }
 
-# Name and tip of each control; the slider has the tip of the row that it stands in.
+# Name and tip of each control.
 TOOLBAR = [
     ("push button", "Seitenleiste ausblenden", "Seitenleiste ausblenden (⌃⌘S)"),
     ("push button", "Ordner öffnen", "Ordner öffnen (⌘O)"),

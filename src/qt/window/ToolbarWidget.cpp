@@ -156,8 +156,11 @@ void ToolbarWidget::modelChanged()
 {
     for (auto const& part : parts_) {
         auto const tip = shownText(toolbar_.tip(part.item));
-        if (part.widget->toolTip() != tip)
-            part.widget->setToolTip(tip);
+        auto* const owner = part.widget == sizeRow_ ? slider_ : part.widget;
+        if (owner->toolTip() == tip)
+            continue;
+        owner->setToolTip(tip);
+        part.widget->setToolTip(tip);
     }
     slider_->follow(toolbar_.thumbSize());
     search_->follow(toolbar_.searchText());

@@ -363,6 +363,8 @@ TEST_CASE("the tips follow the selection")
 {
     Window test;
     auto const tip = [&](Item item) { return test.bar().button(item)->toolTip(); };
+    CHECK(test.slider().toolTip() == QStringLiteral("Vorschaugröße (+ / −)"));
+    CHECK(test.slider().parentWidget()->toolTip() == test.slider().toolTip());
     CHECK(tip(Item::slideshow) == QStringLiteral("Diashow aller Fotos (⇧⌘D)"));
     for (std::size_t i : { 1U, 2U, 3U })
         test.model().toggle(i);
