@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace pixelhain {
@@ -93,11 +94,12 @@ std::optional<TrashFolder> openOwnTrash(
 
 } // namespace
 
-FileUrl homeTrashUrl()
+FileUrl homeTrashUrl(char const* flatpakInfo)
 {
     // A flatpak has a data folder of its own, which may be deleted with the program. The user's
-    // trash stays the desktop's.
-    bool const isFlatpak = std::getenv("FLATPAK_ID") != nullptr;
+    // trash stays the desktop's. Its variables are inherited by whatever is started from there, on
+    // the outside too; its file is not.
+    bool const isFlatpak = ::access(flatpakInfo, F_OK) == 0;
     char const* const data = std::getenv(isFlatpak ? "HOST_XDG_DATA_HOME" : "XDG_DATA_HOME");
     if (data != nullptr && data[0] == '/')
         return FileUrl(data).standardized().child("Trash");

@@ -14,8 +14,9 @@ struct TrashFolder {
 };
 
 /// Where the user's home trash is, or will be: $XDG_DATA_HOME/Trash, else ~/.local/share/Trash; of
-/// a flatpak the same as outside of it. Empty if there is no home.
-[[nodiscard]] FileUrl homeTrashUrl();
+/// a flatpak, which has the file `flatpakInfo`, the same as outside of it. Empty if there is no
+/// home.
+[[nodiscard]] FileUrl homeTrashUrl(char const* flatpakInfo = "/.flatpak-info");
 
 /// Whether the home trash is the one for files on `drive`, and if so the trash, made if need be;
 /// none if that is not possible.

@@ -1,6 +1,8 @@
 #include "posix/TrashFolder.h"
+#include "support/TemporaryFolder.h"
 #include <cstdlib>
 #include <doctest/doctest.h>
+#include <fstream>
 #include <optional>
 #include <string>
 
@@ -39,7 +41,7 @@ private:
 
 TEST_CASE("the home trash is in the folder for data, or where that usually is")
 {
-    Variable const flatpak("FLATPAK_ID", nullptr);
+    Variable const flatpak("FLATPAK_ID", "org.example.Terminal"); // from which it was started
     Variable const home("HOME", "/home/mia");
     {
         Variable const data("XDG_DATA_HOME", "/home/mia/daten");
@@ -53,13 +55,15 @@ TEST_CASE("the home trash is in the folder for data, or where that usually is")
 
 TEST_CASE("a flatpak uses the user's trash, not one that goes with the flatpak")
 {
-    Variable const flatpak("FLATPAK_ID", "de.pixelhain.Pixelhain");
+    TemporaryFolder folder;
+    auto const info = folder.url().child(".flatpak-info");
+    std::ofstream(info.cString()) << "[Application]\nname=de.pixelhain.Pixelhain\n";
     Variable const home("HOME", "/home/mia");
     Variable const data("XDG_DATA_HOME", "/home/mia/.var/app/de.pixelhain.Pixelhain/data");
     {
         Variable const host("HOST_XDG_DATA_HOME", "/home/mia/daten");
-        CHECK(homeTrashUrl() == FileUrl("/home/mia/daten/Trash"));
+        CHECK(homeTrashUrl(info.cString()) == FileUrl("/home/mia/daten/Trash"));
     }
     Variable const host("HOST_XDG_DATA_HOME", nullptr);
-    CHECK(homeTrashUrl() == FileUrl("/home/mia/.local/share/Trash"));
+    CHECK(homeTrashUrl(info.cString()) == FileUrl("/home/mia/.local/share/Trash"));
 }
