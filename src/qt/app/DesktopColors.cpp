@@ -1,5 +1,6 @@
 #include "qt/app/DesktopColors.h"
 #include "qt/ports/SessionBus.h"
+#include "qt/window/EdgeStyle.h"
 #include <QApplication>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -51,6 +52,8 @@ DesktopColors::DesktopColors()
     : light_(QApplication::palette())
 {
     auto const ground = light_.color(QPalette::Window).lightness();
+    if (ground < 128)
+        EdgeStyle::use();
     bool const followsByItself
         = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0) || ground < 128 || !hasSessionBus();
     if (followsByItself)
@@ -83,6 +86,8 @@ void DesktopColors::use(uint scheme)
     bool const dark = scheme == prefersDark;
     if (std::exchange(isDark_, dark) == dark)
         return;
+    if (dark)
+        EdgeStyle::use();
     QApplication::setPalette(dark ? darkPalette() : light_);
     // A menu over the dark gallery would otherwise have no visible edge.
     auto menus = QApplication::palette();

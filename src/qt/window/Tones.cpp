@@ -63,6 +63,11 @@ QColor Tones::separator() const
     return mixed(0.16);
 }
 
+QColor Tones::edge() const
+{
+    return mixed(0.45);
+}
+
 QColor Tones::link() const
 {
     return withContrast(accent_, ground_);

@@ -15,6 +15,8 @@ public:
 
     QColor ground() const { return ground_; }
     QColor separator() const;
+    /// The edge of a control, at least 3 to 1 on the ground.
+    QColor edge() const;
     /// The accent, strong enough for letters on the ground.
     QColor link() const;
     /// The accent under a selected row, strong enough for `selectedText` on it.

@@ -49,6 +49,7 @@ TEST_CASE("every text tone can be read on its ground, in light and dark colours"
             CHECK(contrast(tones.link(), tones.ground()) >= 4.5);
             CHECK(contrast(tones.of(ColorRole::tertiary), tones.ground()) >= 4.5);
             CHECK(contrast(tones.selectedText(), tones.selection()) >= 4.5);
+            CHECK(contrast(tones.edge(), tones.ground()) >= 3);
         }
 }
 

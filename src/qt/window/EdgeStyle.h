@@ -1,0 +1,21 @@
+#pragma once
+#include <QProxyStyle>
+
+namespace pixelhain {
+
+/// The toolkit's own style, with edges of fields and check boxes that can be seen on dark ground:
+/// it makes them darker than the ground whatever that is.
+class EdgeStyle final : public QProxyStyle {
+public:
+    EdgeStyle();
+
+    /// Has the program drawn in this style, if it is the toolkit's own that it would be drawn in.
+    static void use();
+
+    void drawPrimitive(PrimitiveElement element, QStyleOption const* option, QPainter* painter,
+        QWidget const* widget) const override;
+    void drawComplexControl(ComplexControl control, QStyleOptionComplex const* option,
+        QPainter* painter, QWidget const* widget) const override;
+};
+
+} // namespace pixelhain
