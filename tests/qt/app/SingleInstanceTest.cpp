@@ -1,4 +1,5 @@
 #include "qt/app/SingleInstance.h"
+#include "qt/Variable.h"
 #include "qt/Wait.h"
 #include "qt/app/ApplicationService.h"
 #include "qt/ports/BusService.h"
@@ -16,32 +17,6 @@
 using namespace pixelhain;
 
 namespace {
-
-// A variable of the environment as long as this lives.
-class Variable {
-public:
-    Variable(char const* name, QByteArray const& value)
-        : name_(name)
-        , before_(qgetenv(name))
-        , wasThere_(qEnvironmentVariableIsSet(name))
-    {
-        qputenv(name, value);
-    }
-    Variable(Variable const&) = delete;
-    Variable& operator=(Variable const&) = delete;
-    ~Variable()
-    {
-        if (wasThere_)
-            qputenv(name_, before_);
-        else
-            qunsetenv(name_);
-    }
-
-private:
-    char const* name_;
-    QByteArray before_;
-    bool wasThere_;
-};
 
 QByteArray bytes(std::string_view text)
 {
