@@ -49,6 +49,13 @@ def descendants(process):
     return found[1:]
 
 
+def size_of(file):
+    try:
+        return file.stat().st_size
+    except FileNotFoundError:
+        return 0
+
+
 def still_run(numbers):
     every = processes()
     return [number for number in numbers if number in every and every[number][1] != "Z"]
@@ -84,26 +91,36 @@ class EndingTest(Programs):
         finally:
             session.program.kill()  # for the next way
 
-    def many_files(self, folders, files):
-        tree = self.place / "tree"
-        for folder in range(folders):
+    def more_files(self, tree, folders, files=2000):
+        made = len(os.listdir(tree))
+        for folder in range(made, made + folders):
             place = tree / f"{folder:03}"
-            place.mkdir(parents=True)
+            place.mkdir()
             for file in range(files):
                 os.close(os.open(f"{place}/{file:04}.jpg", os.O_CREAT | os.O_WRONLY))
-        self.addCleanup(shutil.rmtree, tree)
-        return tree
 
     def test_while_a_scan_is_under_way(self):
-        tree = self.many_files(100, 2000)
+        tree = self.place / "tree"
+        tree.mkdir()
+        self.addCleanup(shutil.rmtree, tree)
+        self.more_files(tree, 100)
         for way in WAYS:
             with self.subTest(way.__name__):
-                session = self.start(f"scan {way.__name__}", tree, subfolders="true")
-                session.wait_for("window-shown")
-                session.window = session.wait_for_window()
-                until(lambda: self.desktop.active_window() == session.window, "a window with the keyboard")
-                self.end(session, way)
-                self.assertNotIn("scan-accepted", "\n".join(session.rest()))
+                # A fast machine may be through before it is asked to end, and is then given more to read.
+                for attempt in range(3):
+                    if not self.end_is_after_scan(f"scan {way.__name__} {attempt}", tree, way):
+                        break
+                    self.more_files(tree, 200)
+                else:
+                    self.fail("every scan was through before the end")
+
+    def end_is_after_scan(self, name, tree, way):
+        session = self.start(name, tree, subfolders="true")
+        session.wait_for("window-shown")
+        session.window = session.wait_for_window()
+        until(lambda: self.desktop.active_window() == session.window, "a window with the keyboard")
+        self.end(session, way)
+        return "scan-accepted" in "\n".join(session.rest())
 
     def test_while_a_contact_sheet_is_being_written(self):
         folder = self.place / "many"
@@ -117,7 +134,7 @@ class EndingTest(Programs):
                 session = self.start(f"sheet {way.__name__}", folder)
                 self.begin_sheet(session)
                 part = folder / "Kontaktabzug many.pdf.part"
-                until(lambda: part.exists() and part.stat().st_size > 0, "the first pages")
+                until(lambda: size_of(part) > 0, "the first pages")
                 self.end(session, way)
                 self.assertEqual(set(os.listdir(folder)), photos)
         session = self.start("sheet killed", folder)
