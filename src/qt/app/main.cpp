@@ -115,6 +115,7 @@ int main(int argc, char** argv)
     warmUpFonts();
     auto decoder = Services::startDecoder(hasFolder(early));
     QApplication application(argc, argv);
+    giveSessionBusBack();
     DesktopColors const colors;
     auto const line = parsed(argc, argv); // without the toolkit's own options
     if (line.error) {

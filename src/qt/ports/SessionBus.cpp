@@ -18,6 +18,7 @@ namespace {
 
 constexpr auto addressVariable = "DBUS_SESSION_BUS_ADDRESS";
 bool isDoneWithout = false;
+std::optional<QByteArray> addressBefore; // of the bus that is done without, if it had one
 
 // Where the bus of the user's session listens unless the environment says otherwise.
 QString usualSocket()
@@ -104,12 +105,18 @@ QString sessionBusAddress()
 void doWithoutSessionBus()
 {
     isDoneWithout = true;
-    bool const wasSet = qEnvironmentVariableIsSet(addressVariable);
-    auto const before = qgetenv(addressVariable);
+    if (qEnvironmentVariableIsSet(addressVariable))
+        addressBefore = qgetenv(addressVariable);
     qputenv(addressVariable, "disabled:");
     static_cast<void>(QDBusConnection::sessionBus());
-    if (wasSet)
-        qputenv(addressVariable, before);
+}
+
+void giveSessionBusBack()
+{
+    if (!isDoneWithout)
+        return;
+    if (addressBefore)
+        qputenv(addressVariable, *addressBefore);
     else
         qunsetenv(addressVariable);
 }
