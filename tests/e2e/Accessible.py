@@ -101,6 +101,15 @@ class Accessible:
             self._owner, self.path, "org.freedesktop.DBus.Properties", "Get",
             GLib.Variant("(ss)", (INTERFACE + interface, name)))[0]
 
+    def ask_for_properties(self, method, *arguments):
+        """Any call of the interface for properties; gives its answer or the name of the error."""
+        signature = f"({'s' * len(arguments)})"
+        try:
+            return self._bus.call(
+                self._owner, self.path, "org.freedesktop.DBus.Properties", method, GLib.Variant(signature, arguments))
+        except GLib.Error as error:
+            return Gio.DBusError.get_remote_error(error)
+
     @property
     def name(self):
         return self._property("Accessible", "Name")

@@ -47,6 +47,18 @@ class ScreenReaderTest(Programs):
         roles = "push button", "toggle button", "check box", "menu item", "slider", "text", "combo box", "list item"
         return thing.role in roles and thing.is_("showing") and not thing.name
 
+    def test_calls_that_the_toolkit_does_not_expect_do_no_harm(self):
+        session = self.start("calls")
+        gallery = self.gallery(session)
+        for thing in session.root, session.frame, gallery, gallery.child(0):
+            name = thing.name
+            self.assertEqual(thing.ask_for_properties("GetAll", "org.a11y.atspi.Accessible"), ({},))
+            for method, arguments in (("GetAll", ()), ("Get", ("org.a11y.atspi.Accessible",)), ("Get", ()), ("Set", ())):
+                answer = thing.ask_for_properties(method, *arguments)
+                self.assertIn(answer, (({},), "org.freedesktop.DBus.Error.InvalidArgs"), (method, arguments))
+            self.assertEqual(thing.name, name)
+        self.assertEqual(session.end(), 0)
+
     def test_steps_and_marks_are_told_as_they_happen(self):
         session = self.start("events")
         gallery = self.gallery(session)

@@ -4,6 +4,7 @@
 #include "images/ImageLoader.h"
 #include "images/LoaderPrefetch.h"
 #include "model/BrowserModel.h"
+#include "qt/app/AccessibilityGuard.h"
 #include "qt/app/CommandLine.h"
 #include "qt/app/HelpWindow.h"
 #include "qt/app/Milestones.h"
@@ -48,6 +49,7 @@ private:
 
     Services& services_;
     Trace const trace_;
+    AccessibilityGuard const accessibility_;
     QtPreferences preferences_;
     ImageLoader loader_;
     LoaderPrefetch prefetch_;
