@@ -16,9 +16,9 @@ namespace pixelhain {
 [[nodiscard]] QString sessionBusAddress();
 
 /// From now on there is no session bus for this process, the toolkit included, which would greet it
-/// on the main thread and wait. Its address is taken out of the environment: the desktop's libraries
-/// which the toolkit loads when it starts would wait, too. To be called before there is a second
-/// thread.
+/// on the main thread and wait. Its address is taken out of the environment: the desktop's
+/// libraries which the toolkit loads when it starts would wait, too. To be called before there is a
+/// second thread.
 void doWithoutSessionBus();
 
 /// Programs that are started from now on find the bus that is done without. To be called once the
