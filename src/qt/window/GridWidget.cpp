@@ -81,7 +81,10 @@ void GridWidget::layOut()
 {
     if (!painter_)
         renewPainter();
-    view_.layOut(viewport()->width(), painter_->captions().lineHeights());
+    // Fonts that nothing shows are not looked for.
+    view_.layOut(viewport()->width(),
+        services_.model.items->empty() ? GridView::LineHeights {}
+                                       : painter_->captions().lineHeights());
     auto const held = first_ && top_ > 0 ? services_.model.placeOf(first_->photo) : std::nullopt;
     if (held) {
         first_->index = *held;
