@@ -104,6 +104,7 @@ int main(int argc, char** argv)
         return 0;
     auto const request = OpenRequest::takeFromEnvironment(firstOf(early.files));
     leaveSilentBusAlone();
+    FontWarmUp fonts; // not sooner: it reads the environment, which the above may change
     ApplicationService service;
     std::optional<SingleInstance> instance;
     if (!standsApart(early))
@@ -111,11 +112,11 @@ int main(int argc, char** argv)
     // With options of the toolkit among them it is not known yet what are files.
     if (instance && !early.error && instance->handOver(request))
         end(0);
-    // Both beside the toolkit's own start.
-    warmUpFonts();
+    // Beside the toolkit's own start.
     auto decoder = Services::startDecoder(hasFolder(early));
     QApplication application(argc, argv);
     giveSessionBusBack();
+    fonts.toolkitIsReady();
     DesktopColors const colors;
     auto const line = parsed(argc, argv); // without the toolkit's own options
     if (line.error) {

@@ -50,7 +50,6 @@ FolderTreeWidget::FolderTreeWidget(FolderTreeModel& tree, QWidget* parent)
 {
     setObjectName(QStringLiteral("folderTree"));
     setAccessibleName(shownText(SidebarView::header));
-    setModel(&tree);
     setItemDelegate(new RowHeight(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
@@ -62,6 +61,7 @@ FolderTreeWidget::FolderTreeWidget(FolderTreeModel& tree, QWidget* parent)
     setFrameShape(NoFrame);
     setAutoScroll(false); // a tree that is read anew would jump to the row that the keyboard is at
     setIndentation(0); // rows are moved to the right when they are drawn
+    setModel(&tree); // rows that are there would be measured anew at some of the above
     viewport()->setBackgroundRole(QPalette::Window);
     connect(&tree, &FolderTreeModel::treeWillBeReplaced, this, [this] { remember(); });
     connect(&tree, &QAbstractItemModel::modelReset, this, [this] { restore(); });

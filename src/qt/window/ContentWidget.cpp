@@ -81,13 +81,13 @@ ContentWidget::ContentWidget(
     : QWidget(parent)
     , model_(services.model)
     , view_(services.model, services.loop)
+    , sidebar_(new SidebarWidget(services.model, sidebar))
+    , grid_(new GridWidget(services))
     , toolbar_(new ToolbarWidget(
           services.model, services.menu ? &services.menu->share() : nullptr, this))
     , columns_(new Columns(this))
-    , sidebar_(new SidebarWidget(services.model, sidebar))
     , detail_(new QStackedWidget)
     , empty_(new EmptyStateWidget([this] { model_.chooseFolder(); }))
-    , grid_(new GridWidget(services))
     , statusBar_(new StatusBarWidget(services.model))
     , dropHighlight_(new DropHighlight(this))
 {

@@ -64,13 +64,14 @@ private:
 
     BrowserModel& model_;
     ContentView view_;
+    // First what measures no text: the fonts may still be on their way.
+    SidebarWidget* sidebar_;
+    GridWidget* grid_;
     ToolbarWidget* toolbar_;
     QSplitter* columns_;
-    SidebarWidget* sidebar_;
     int sidebarWidth_ = static_cast<int>(ContentView::sidebarIdealWidth);
     QStackedWidget* detail_;
     EmptyStateWidget* empty_;
-    GridWidget* grid_;
     StatusBarWidget* statusBar_;
     ViewerWidget* viewer_ = nullptr;
     QWidget* dropHighlight_;

@@ -33,14 +33,16 @@ MainWindowWidget::MainWindowWidget(
     GridWidget::Services const& services, SidebarPorts const& sidebar)
     : model_(services.model)
     , loop_(services.loop)
-    , content_(new ContentWidget(services, sidebar, this))
     , observation_(services.model.observe([this] { modelChanged(); }))
 {
     setMinimumSize(
         static_cast<int>(ContentView::minimumWidth), static_cast<int>(ContentView::minimumHeight));
     resize(
         static_cast<int>(ContentView::defaultWidth), static_cast<int>(ContentView::defaultHeight));
+    auto* const bar = new QMenuBar; // measures nothing: the fonts may still be on their way
+    content_ = new ContentWidget(services, sidebar, this);
     setCentralWidget(content_);
+    setMenuBar(bar);
     menus_ = new MenuBar(*this, model_);
     modelChanged();
 }

@@ -61,7 +61,7 @@ private:
 
     BrowserModel& model_;
     MainLoop& loop_;
-    ContentWidget* content_;
+    ContentWidget* content_ = nullptr;
     MenuBar* menus_ = nullptr;
     bool hasAppeared_ = false;
     bool isClosing_ = false;

@@ -36,6 +36,7 @@ ToolbarButton::ToolbarButton(std::string_view symbol, std::string_view title, QW
     setAutoRaise(true);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
+    static_cast<void>(drawnSymbol()); // drawn while the fonts are still on their way
     for (auto const key : { Qt::Key_Return, Qt::Key_Enter }) {
         auto* const shortcut = new QShortcut(QKeySequence(key), this);
         shortcut->setContext(Qt::WidgetShortcut);
@@ -68,6 +69,15 @@ void ToolbarButton::setShowsLabel(bool shows)
 {
     if (std::exchange(showsLabel_, shows) != shows)
         update();
+}
+
+QImage ToolbarButton::drawnSymbol() const
+{
+    auto const scale = devicePixelRatioF();
+    auto image = symbolImage(symbol_, static_cast<int>(std::lround(symbolEdge * scale)),
+        Tones(palette()).of(ColorRole::primary));
+    image.setDevicePixelRatio(scale);
+    return image;
 }
 
 int ToolbarButton::wantedWidth(bool withLabel) const
@@ -110,10 +120,9 @@ void ToolbarButton::paintEvent(QPaintEvent*)
     auto const color = tones.of(ColorRole::primary);
     auto const scale = devicePixelRatioF();
     auto const snapped = [&](double points) { return std::round(points * scale) / scale; };
-    auto const edge = static_cast<int>(std::lround(symbolEdge * scale));
-    auto symbol = symbolImage(symbol_, edge, color);
-    symbol.setDevicePixelRatio(scale);
-    painter.drawImage(QPointF(paddingX, snapped((height() - edge / scale) / 2)), symbol);
+    auto const drawing = drawnSymbol();
+    auto const edge = drawing.height() / scale;
+    painter.drawImage(QPointF(paddingX, snapped((height() - edge) / 2)), drawing);
     painter.setPen(color);
     if (showsLabel_)
         painter.drawText(rect().adjusted(paddingX + symbolEdge + labelSpacing, 0, 0, 0),

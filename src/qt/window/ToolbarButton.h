@@ -26,6 +26,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QImage drawnSymbol() const;
     void paintGround(QPainter& painter) const;
 
     std::string_view symbol_;
