@@ -3,7 +3,6 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <doctest/doctest.h>
-
 #include <fontconfig/fontconfig.h>
 #include <memory>
 
