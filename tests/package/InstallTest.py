@@ -31,13 +31,16 @@ class InstallTest(unittest.TestCase):
     def setUpClass(cls):
         place = tempfile.TemporaryDirectory(prefix="pixelhain-install-ü-")
         cls.addClassCleanup(place.cleanup)
-        cls.prefix = pathlib.Path(place.name) / "ort"
-        done = run("cmake", "--install", BUILD, "--prefix", cls.prefix)
+        # What heeds no prefix shall not end up on this machine.
+        cls.root = pathlib.Path(place.name)
+        done = run("cmake", "--install", BUILD, "--prefix", "/opt/ort", env={**os.environ, "DESTDIR": str(cls.root)})
+        cls.prefix = cls.root / "opt/ort"
         assert done.returncode == 0, done.stdout
 
     def test_everything_is_where_the_conventions_have_it(self):
-        found = {str(file.relative_to(self.prefix)) for file in self.prefix.rglob("*") if not file.is_dir()}
-        self.assertEqual(found, COMMANDS | (WINDOW if WITH_TOOLKIT else set()))
+        expected = COMMANDS | (WINDOW if WITH_TOOLKIT else set())
+        found = {str(file.relative_to(self.root)) for file in self.root.rglob("*") if not file.is_dir()}
+        self.assertEqual(found, {f"opt/ort/{name}" for name in expected})
 
     def test_only_programs_can_be_executed(self):
         for file in self.prefix.rglob("*"):
@@ -60,7 +63,7 @@ class InstallTest(unittest.TestCase):
     @unittest.skipUnless(WITH_TOOLKIT, "built without the toolkit")
     def test_the_bus_is_told_where_the_program_is(self):
         service = (self.prefix / f"share/dbus-1/services/{ID}.service").read_text()
-        self.assertEqual(service.splitlines()[-1], f"Exec={self.prefix}/bin/pixelhain")
+        self.assertEqual(service.splitlines()[-1], "Exec=/opt/ort/bin/pixelhain")
 
 
 if __name__ == "__main__":
