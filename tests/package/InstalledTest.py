@@ -116,6 +116,9 @@ class InstalledTest(unittest.TestCase):
                 self.assertRegex(said, r"FLAGS_1.*NOW")
                 self.assertRegex(said, r"GNU_STACK.* RW ")
                 self.assertNotRegex(said, r"R(UN)?PATH")
+                self.assertIn("__stack_chk_fail", run("readelf", "--wide", "--dyn-syms", program).stdout)
+        # Libraries come back into the decoder from their errors, by the checked way.
+        self.assertIn("__longjmp_chk", run("readelf", "--wide", "--dyn-syms", DECODER).stdout)
 
     def test_pictures_are_decoded_by_the_installed_decoder(self):
         photo = next(SAMPLES.glob("*.jpg"))
