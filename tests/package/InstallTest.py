@@ -9,7 +9,7 @@ BUILD = pathlib.Path(os.environ["PIXELHAIN_BUILD"])
 ID = "de.pixelhain.Pixelhain"
 WITH_TOOLKIT = (BUILD / "pixelhain").exists()
 COMMANDS = {
-    "bin/pixelhain-cli", "libexec/pixelhain/pixelhain-decoder",
+    "bin/pixelhain-cli", "libexec/pixelhain/pixelhain-decoder", "lib/pixelhain/pixelhain-pdf.so",
     "share/bash-completion/completions/pixelhain-cli", "share/zsh/site-functions/_pixelhain-cli",
     "share/man/man1/pixelhain-cli.1", "share/man/de/man1/pixelhain-cli.1"}
 WINDOW = {
@@ -45,7 +45,7 @@ class InstallTest(unittest.TestCase):
     def test_only_programs_can_be_executed(self):
         for file in self.prefix.rglob("*"):
             if file.is_file():
-                is_program = file.parent.name in ("bin", "pixelhain")
+                is_program = file.parent.name in ("bin", "pixelhain") and file.suffix != ".so"
                 self.assertEqual(os.access(file, os.X_OK), is_program, file)
 
     def test_programs_find_their_decoder_from_where_they_are(self):
@@ -59,6 +59,13 @@ class InstallTest(unittest.TestCase):
             self.assertEqual(run(*command).returncode, 1)
         finally:
             away.rename(decoder)
+
+    def test_programs_write_pdf_files_from_where_they_are(self):
+        picture = pathlib.Path(__file__).resolve().parents[2] / "docs/screenshots/window.jpg"
+        sheet = self.root / "sheet.pdf"
+        done = run(self.prefix / "bin/pixelhain-cli", "contact-sheet", "--output", sheet, picture)
+        self.assertEqual(done.returncode, 0, done.stdout)
+        self.assertEqual(sheet.read_bytes()[:5], b"%PDF-")
 
     @unittest.skipUnless(WITH_TOOLKIT, "built without the toolkit")
     def test_the_bus_is_told_where_the_program_is(self):
