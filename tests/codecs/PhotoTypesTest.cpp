@@ -4,24 +4,36 @@
 #include <doctest/doctest.h>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 
 using namespace pixelhain;
 
 namespace {
 
-// The types that the desktop's shared database gives to names, by extension. It is made of lines
-// like "50:image/jpeg:*.jpg"; one extension may stand for several.
+// What stands in `line` between `before` and the next quotation mark.
+std::optional<std::string> quoted(std::string const& line, std::string_view before)
+{
+    auto const start = line.find(before);
+    if (start == std::string::npos)
+        return {};
+    auto const first = start + before.size();
+    return line.substr(first, line.find('"', first) - first);
+}
+
+// The types that the desktops' shared database gives to names, by extension; one extension may
+// stand for several. Programs that are installed bring more of their own, in other files.
 std::map<std::string, std::set<std::string>> typesOfTheDesktop()
 {
     std::map<std::string, std::set<std::string>> types;
-    std::ifstream lines("/usr/share/mime/globs2");
+    std::ifstream lines("/usr/share/mime/packages/freedesktop.org.xml");
+    std::string type;
     for (std::string line; std::getline(lines, line);) {
-        auto const first = line.find(':');
-        auto const second = line.find(":*.", first + 1);
-        if (first != std::string::npos && second != std::string::npos)
-            types[line.substr(second + 3)].insert(line.substr(first + 1, second - first - 1));
+        type = quoted(line, "<mime-type type=\"").value_or(type);
+        if (auto const extension = quoted(line, "pattern=\"*."))
+            types[*extension].insert(type);
     }
     return types;
 }
