@@ -49,11 +49,10 @@ QPalette darkPalette()
 }
 
 DesktopColors::DesktopColors()
-    : light_(QApplication::palette())
 {
+    EdgeStyle::use();
+    light_ = QApplication::palette();
     auto const ground = light_.color(QPalette::Window).lightness();
-    if (ground < 128)
-        EdgeStyle::use();
     bool const followsByItself
         = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0) || ground < 128 || !hasSessionBus();
     if (followsByItself)
@@ -86,8 +85,6 @@ void DesktopColors::use(uint scheme)
     bool const dark = scheme == prefersDark;
     if (std::exchange(isDark_, dark) == dark)
         return;
-    if (dark)
-        EdgeStyle::use();
     QApplication::setPalette(dark ? darkPalette() : light_);
     // A menu over the dark gallery would otherwise have no visible edge.
     auto menus = QApplication::palette();

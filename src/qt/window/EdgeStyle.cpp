@@ -1,5 +1,7 @@
 #include "qt/window/EdgeStyle.h"
+#include "qt/window/SymbolIcon.h"
 #include "qt/window/Tones.h"
+#include "window/MainToolbar.h"
 #include <QApplication>
 #include <QPainter>
 #include <QStyleFactory>
@@ -72,6 +74,14 @@ void EdgeStyle::drawComplexControl(ComplexControl control, QStyleOptionComplex c
         drawEdge(*painter, *option, option->rect.adjusted(0, 1, 0, -1), corner);
     else if (control == CC_ComboBox)
         drawEdge(*painter, *option, option->rect, corner);
+}
+
+QIcon EdgeStyle::standardIcon(
+    StandardPixmap kind, QStyleOption const* option, QWidget const* widget) const
+{
+    if (kind == SP_ToolBarHorizontalExtensionButton)
+        return symbolIcon(MainToolbar::moreSymbol, ColorRole::primary);
+    return QProxyStyle::standardIcon(kind, option, widget);
 }
 
 } // namespace pixelhain

@@ -4,7 +4,8 @@
 namespace pixelhain {
 
 /// The toolkit's own style, with edges of fields and check boxes that can be seen on dark ground:
-/// it makes them darker than the ground whatever that is.
+/// it makes them darker than the ground whatever that is. Where a menu bar is too long, our own
+/// symbol stands for the rest: for the one it has, each start would load all image plug-ins.
 class EdgeStyle final : public QProxyStyle {
 public:
     EdgeStyle();
@@ -16,6 +17,8 @@ public:
         QWidget const* widget) const override;
     void drawComplexControl(ComplexControl control, QStyleOptionComplex const* option,
         QPainter* painter, QWidget const* widget) const override;
+    QIcon standardIcon(
+        StandardPixmap kind, QStyleOption const* option, QWidget const* widget) const override;
 };
 
 } // namespace pixelhain

@@ -1,6 +1,8 @@
 #include "qt/window/EdgeStyle.h"
 #include "qt/Contrast.h"
 #include "qt/app/DesktopColors.h"
+#include "qt/window/SymbolIcon.h"
+#include "window/MainToolbar.h"
 #include <QCheckBox>
 #include <QComboBox>
 #include <QImage>
@@ -45,4 +47,14 @@ TEST_CASE("the edges of fields and of empty check boxes can be seen on dark grou
     CHECK(contrastOfEdge(line, style) >= 3);
     CHECK(contrastOfEdge(number, style) >= 3);
     CHECK(contrastOfEdge(choice, style) >= 3);
+}
+
+TEST_CASE("what is too long for the menu bar is behind our own symbol")
+{
+    EdgeStyle style;
+    auto const icon
+        = style.standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton, nullptr, nullptr);
+    auto const ours = symbolIcon(MainToolbar::moreSymbol, ColorRole::primary);
+    REQUIRE_FALSE(ours.pixmap(16, 16).isNull());
+    CHECK(icon.pixmap(16, 16).toImage() == ours.pixmap(16, 16).toImage());
 }
