@@ -62,6 +62,19 @@ class PlacementTest(Programs):
             self.assertEqual(kept["windowMaximized"], "true")
             self.assertEqual((kept["windowWidth"], kept["windowHeight"]), ("900", "640"))
 
+    def test_the_window_bears_the_program_s_mark(self):
+        session = self.start(self.place / "mark")
+        window = session._xdotool("getactivewindow").strip()
+
+        def mark():
+            told = subprocess.run(
+                ["xprop", "-id", window, "_NET_WM_ICON"], check=True, stdout=subprocess.PIPE, text=True).stdout
+            return re.search(r"Icon \((\d+) x (\d+)\)", told)
+
+        until(mark, "an icon among the window's properties")
+        self.assertEqual(mark()[1], mark()[2])
+        self.assertEqual(session.end(), 0)
+
 
 if __name__ == "__main__":
     unittest.main()

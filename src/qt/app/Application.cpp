@@ -20,6 +20,7 @@ namespace {
 
 // So that the first menu knows what is installed; nobody opens one sooner.
 constexpr std::chrono::seconds untilFirstMenu { 2 };
+constexpr std::chrono::seconds iconDelay { 1 };
 
 void speakGerman()
 {
@@ -117,7 +118,8 @@ void Application::watchMilestones()
 {
     window_.shown = [this] {
         milestones_.windowShown();
-        QApplication::setWindowIcon(programIcon());
+        // Finding it in the desktop's theme takes as long as the first pictures.
+        icon_ = services_.loop.after(iconDelay, [] { QApplication::setWindowIcon(programIcon()); });
     };
     window_.content().grid().painted = [this] { milestones_.painted(); };
     window_.content().viewer()->picture().painted = [this] { milestones_.painted(); };

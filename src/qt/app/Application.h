@@ -68,6 +68,7 @@ private:
     std::unique_ptr<HelpWindow> help_;
     Milestones milestones_;
     Task looking_;
+    Task icon_;
     std::unique_ptr<Screenshot> screenshot_;
     bool isEnding_ = false;
 };
