@@ -103,6 +103,21 @@ class ApplicationTest(unittest.TestCase):
         self.assertEqual(self.start().program.wait(PATIENCE), 0)
         self.until_title(first, "eins – 0 Fotos")
 
+    def until_titles(self, session, *titles):
+        session.wait_until(lambda: sorted(session.visible_windows().values()) == sorted(titles))
+
+    def test_actions_of_the_desktop_are_done_by_the_running_program(self):
+        first = self.running(self.folder("eins"))
+        self.assertEqual(self.start("--show-help").program.wait(PATIENCE), 0)
+        self.until_titles(first, "eins – 0 Fotos", "Pixelhain-Hilfe")
+        answer = self.bus.call("ActivateAction", "choose-folder", "[]", "{}")
+        self.assertEqual(answer.returncode, 0, answer.stderr)
+        self.until_titles(first, "eins – 0 Fotos", "Pixelhain-Hilfe", "Wähle einen Ordner mit Fotos")
+
+    def test_a_first_start_does_what_the_desktop_offers(self):
+        first = self.running("--show-help")
+        self.until_titles(first, "Pixelhain", "Pixelhain-Hilfe")
+
     def test_a_second_start_hands_over_without_a_mark_of_the_first(self):
         first = self.running(self.folder("eins"))
         runtime = self.folder("runtime")

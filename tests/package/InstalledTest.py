@@ -83,7 +83,7 @@ def programs():
 
 
 def windows():
-    return run("xdotool", "search", "--onlyvisible", "--name", "^samples – ", check=False).stdout.split()
+    return run("xdotool", "search", "--onlyvisible", "--name", "^(samples – |Pixelhain)", check=False).stdout.split()
 
 
 def is_on_the_bus():
@@ -164,15 +164,32 @@ class InstalledTest(unittest.TestCase):
         self.opens(lambda: run(
             "/usr/bin/python3", "-c", launch, ENTRY.name, photo.as_uri(), **Desktop.own().environment))
 
-    def opens(self, ask):
-        """What is asked of the bus brings a window with the samples, and there is one program."""
+    def test_the_actions_of_the_desktop_entry_are_those_of_the_program(self):
+        entry = ENTRY.read_text()
+        names = run("gapplication", "list-actions", ID).stdout.split()
+        self.assertGreaterEqual(len(names), 2)
+        self.assertEqual(re.findall(r"^\[Desktop Action (.*)\]$", entry, re.M), names)
+        told = options_in(run("pixelhain", "--help").stdout)
+        for name in names:
+            action = entry.partition(f"[Desktop Action {name}]\n")[2].split("\n\n")[0]
+            self.assertRegex(action, r"(?m)^Name=\w")
+            self.assertRegex(action, r"(?m)^Name\[de\]=\w")
+            self.assertIn(f"Exec=pixelhain --{name}", action.splitlines())
+            self.assertIn(f"--{name}", told)
+
+    def test_an_action_of_the_desktop_entry_is_done_by_a_program_that_the_bus_starts(self):
+        self.opens(lambda: run("gapplication", "action", ID, "show-help", **Desktop.own().environment),
+                   "Pixelhain-Hilfe")
+
+    def opens(self, ask, title=r"samples – \d+ Fotos"):
+        """What is asked of the bus brings a window with this title, and there is one program."""
         def look():
             titles = [run("xdotool", "getwindowname", window, check=False).stdout.strip() for window in windows()]
-            return len(titles) == 1 and re.fullmatch(r"samples – \d+ Fotos", titles[0])
+            return sum(bool(re.fullmatch(title, name)) for name in titles) == 1
 
         try:
             ask()
-            until(look, "a window with the samples")
+            until(look, f"a window {title}")
             # For a moment there are more: what is about to become a decoder.
             until(lambda: len(programs()) == 1, "one program")
         finally:

@@ -94,7 +94,7 @@ Application::Application(Services& services)
     window_.activated = [this] { delegate_.applicationDidBecomeActive(); };
     window_.closed = [this] { mainWindowClosed(); };
     window_.quit = [this] { end(); };
-    window_.openHelp = [this] { openHelp(); };
+    window_.openHelp = [this] { help().bringForward(); };
     window_.openAbout = [this] { AboutDialog::open(window_, services_.missingHolds->text()); };
 }
 
@@ -125,13 +125,25 @@ void Application::watchMilestones()
     window_.content().viewer()->picture().painted = [this] { milestones_.painted(); };
 }
 
-void Application::openHelp()
+HelpWindow& Application::help()
 {
     if (!help_) {
         help_ = std::make_unique<HelpWindow>(services_.textOrder);
         help_->quit = [this] { end(); };
     }
-    help_->bringForward();
+    return *help_;
+}
+
+// Where a token proves that a person asked, it is for the window that they asked for.
+void Application::perform(ServiceAction action, OpenRequest const& request)
+{
+    switch (action) {
+    case ServiceAction::chooseFolder:
+        bringForward(window_, request);
+        return model_.chooseFolder();
+    case ServiceAction::showHelp:
+        return bringForward(help(), request);
+    }
 }
 
 void Application::start(CommandLine const& line, OpenRequest const& request)
@@ -144,6 +156,8 @@ void Application::start(CommandLine const& line, OpenRequest const& request)
     if (line.screenshot)
         screenshot_ = std::make_unique<Screenshot>(
             QFile::decodeName(line.screenshot->c_str()), model_, window_, !line.files.empty());
+    else if (line.action)
+        perform(*line.action, {});
 }
 
 void Application::end()
@@ -173,6 +187,10 @@ bool Application::take(OpenRequest const& request)
 {
     if (isEnding_ || window_.isClosing())
         return false;
+    if (request.action) {
+        perform(*request.action, request);
+        return true;
+    }
     if (request.file)
         delegate_.openUrls({ &*request.file, 1 });
     bringForward(window_, request);

@@ -9,6 +9,7 @@
 #include "qt/app/HelpWindow.h"
 #include "qt/app/Milestones.h"
 #include "qt/app/Screenshot.h"
+#include "qt/app/ServiceAction.h"
 #include "qt/app/TerminationSignals.h"
 #include "qt/app/Trace.h"
 #include "qt/app/WindowKeeper.h"
@@ -42,7 +43,8 @@ public:
 private:
     void addViewer();
     void watchMilestones();
-    void openHelp();
+    HelpWindow& help();
+    void perform(ServiceAction action, OpenRequest const& request);
     [[nodiscard]] bool take(OpenRequest const& request);
     void end();
     void mainWindowClosed();

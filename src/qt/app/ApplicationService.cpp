@@ -23,7 +23,7 @@ void ApplicationService::ask(OpenRequest const& request)
     if (asked_) {
         if (!asked_(request) && calledFromDBus())
             sendErrorReply(QDBusError::Failed, shownText(service::isEnding));
-    } else if (request.file || !waiting_) { // what is to be opened is not forgotten for a mere call
+    } else if (request.file || request.action || !waiting_) { // not forgotten for a mere call
         waiting_ = std::make_unique<OpenRequest const>(request);
     }
 }
@@ -45,9 +45,14 @@ void ApplicationService::Open(QStringList const& uris, QVariantMap const& platfo
 }
 
 void ApplicationService::ActivateAction(
-    QString const& /*action*/, QVariantList const& /*parameter*/, QVariantMap const& /*data*/)
+    QString const& action, QVariantList const& parameter, QVariantMap const& platformData)
 {
-    if (calledFromDBus())
+    auto const known = serviceActionNamed(action.toStdString());
+    if (known && parameter.isEmpty()) {
+        auto request = OpenRequest::fromPlatformData(std::nullopt, platformData);
+        request.action = known;
+        ask(request);
+    } else if (calledFromDBus())
         sendErrorReply(QDBusError::InvalidArgs, shownText(service::noSuchAction));
 }
 

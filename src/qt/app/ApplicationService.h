@@ -11,8 +11,9 @@ namespace pixelhain {
 
 struct OpenRequest;
 
-/// The program as others on the session bus see it: they may ask it to come to the front and to
-/// open a file. Anybody there may call, so nothing that comes is taken on trust. Main thread.
+/// The program as others on the session bus see it: they may ask it to come to the front, to open a
+/// file and to do what the desktop offers. Anybody there may call, so nothing that comes is taken
+/// on trust. Main thread.
 class ApplicationService final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -39,7 +40,7 @@ public slots:
     /// none at all asks for nothing.
     void Open(QStringList const& uris, QVariantMap const& platformData);
 
-    /// There are no such actions.
+    /// A `ServiceAction` by its name. None of them takes a parameter, and others there are not.
     void ActivateAction(
         QString const& action, QVariantList const& parameter, QVariantMap const& platformData);
 

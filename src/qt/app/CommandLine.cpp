@@ -4,6 +4,29 @@
 
 namespace pixelhain {
 
+namespace {
+
+bool isFlag(std::string_view argument, CommandLine& line)
+{
+    constexpr std::string_view hyphens = "--";
+    auto const action = argument.starts_with(hyphens)
+        ? serviceActionNamed(argument.substr(hyphens.size()))
+        : std::nullopt;
+    if (argument == "--help" || argument == "-h")
+        line.wantsHelp = true;
+    else if (argument == "--version")
+        line.wantsVersion = true;
+    else if (argument == "--new-instance")
+        line.startsApart = true;
+    else if (action)
+        line.action = action;
+    else
+        return false;
+    return true;
+}
+
+} // namespace
+
 CommandLine CommandLine::parse(std::span<char const* const> arguments, FileUrl const& currentFolder)
 {
     constexpr std::string_view screenshotOption = "--screenshot";
@@ -21,12 +44,8 @@ CommandLine CommandLine::parse(std::span<char const* const> arguments, FileUrl c
             }
         } else if (argument == "--") {
             optionsEnded = true;
-        } else if (argument == "--help" || argument == "-h") {
-            line.wantsHelp = true;
-        } else if (argument == "--version") {
-            line.wantsVersion = true;
-        } else if (argument == "--new-instance") {
-            line.startsApart = true;
+        } else if (isFlag(argument, line)) {
+            continue;
         } else if (argument == screenshotOption && at + 1 < arguments.size()) {
             line.screenshot = arguments[++at];
         } else if (argument.starts_with(screenshotPrefix)) {
@@ -38,6 +57,8 @@ CommandLine CommandLine::parse(std::span<char const* const> arguments, FileUrl c
             isPerhapsValue = true;
         }
     }
+    if (!line.files.empty())
+        line.action.reset();
     return line;
 }
 
@@ -49,6 +70,8 @@ std::string_view CommandLine::helpText()
            "erscheinen die zuletzt gezeigten Ordner. Läuft Pixelhain schon, so zeigt es dort das\n"
            "Verlangte in seinem Fenster.\n"
            "\n"
+           "  --choose-folder     fragt nach dem Ordner, der gezeigt werden soll\n"
+           "  --show-help         öffnet die Hilfe\n"
            "  --new-instance      öffnet ein eigenes Fenster, auch wenn Pixelhain schon läuft\n"
            "  --screenshot DATEI  wartet, bis jede sichtbare Zelle ihr Bild hat, speichert das\n"
            "                      Fenster als PNG und endet; nach 60 s ohne Bilder mit Fehler\n"

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/FileUrl.h"
+#include "qt/app/ServiceAction.h"
 #include <optional>
 #include <span>
 #include <string>
@@ -16,6 +17,8 @@ struct CommandLine {
     bool hasSureFile = false;
     /// Where to save a picture of the window; the program ends then.
     std::optional<std::string> screenshot;
+    /// What to do besides coming up. Files count more.
+    std::optional<ServiceAction> action;
     /// Not to hand anything over to a program that runs already.
     bool startsApart = false;
     bool wantsHelp = false;

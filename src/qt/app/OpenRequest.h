@@ -1,5 +1,6 @@
 #pragma once
 #include "base/FileUrl.h"
+#include "qt/app/ServiceAction.h"
 #include <QString>
 #include <QVariantMap>
 #include <optional>
@@ -8,13 +9,14 @@
 namespace pixelhain {
 
 /// What a start of the program, or the desktop, asks of the program that runs already: to come to
-/// the front and, where a file is named, to open it.
+/// the front and, where a file or an action is named, to open or do it.
 struct OpenRequest {
     std::optional<FileUrl> file;
     /// By which an X11 window manager, or a Wayland compositor, knows that a person wants this;
     /// empty if unknown. At most `longestToken` printable ASCII characters.
     std::string startupId;
     std::string activationToken;
+    std::optional<ServiceAction> action {}; ///< none beside a file
 
     static constexpr std::size_t longestToken = 512;
 

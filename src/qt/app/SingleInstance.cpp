@@ -57,11 +57,15 @@ void standNext(QString const& connection)
 
 QDBusMessage callFor(OpenRequest const& request)
 {
-    auto const method = request.file ? QStringLiteral("Open") : QStringLiteral("Activate");
+    auto const method = request.file ? QStringLiteral("Open")
+        : request.action             ? QStringLiteral("ActivateAction")
+                                     : QStringLiteral("Activate");
     auto call = QDBusMessage::createMethodCall(ApplicationService::name(),
         ApplicationService::path(), ApplicationService::interface(), method);
     if (request.file)
         call << QStringList(QString::fromStdString(uriOf(*request.file)));
+    else if (request.action)
+        call << shownText(nameOf(*request.action)) << QVariantList();
     call << request.platformData();
     // It runs, or it does not: never have the bus start one.
     call.setAutoStartService(false);

@@ -83,6 +83,7 @@ int run(CommandLine const& line, OpenRequest request, SingleInstance* instance, 
     Application application(services);
     // The last moment at which another window is seen by nobody.
     request.file = firstOf(line.files);
+    request.action = line.action;
     if (instance && instance->handOver(request))
         return 0;
     application.start(line, request);
@@ -102,7 +103,8 @@ int main(int argc, char** argv)
     auto const early = parsed(argc, argv);
     if (answersAtOnce(early))
         return 0;
-    auto const request = OpenRequest::takeFromEnvironment(firstOf(early.files));
+    auto request = OpenRequest::takeFromEnvironment(firstOf(early.files));
+    request.action = early.action;
     leaveSilentBusAlone();
     FontWarmUp fonts; // not sooner: it reads the environment, which the above may change
     ApplicationService service;

@@ -105,6 +105,42 @@ TEST_CASE("coming to the front does not make a file forgotten that waits to be o
     CHECK(files == std::vector { std::optional(FileUrl("/a")) });
 }
 
+TEST_CASE("actions of the desktop are asked for by their names, with the tokens beside them")
+{
+    Served served;
+    auto const data = tokens(QStringLiteral("id_TIME5"), QStringLiteral("token"));
+    served.service.ActivateAction(QStringLiteral("choose-folder"), {}, data);
+    served.service.ActivateAction(QStringLiteral("show-help"), {}, {});
+    REQUIRE(served.requests.size() == 2);
+    CHECK(served.requests[0].action == ServiceAction::chooseFolder);
+    CHECK(served.requests[0].startupId == "id_TIME5");
+    CHECK(served.requests[0].activationToken == "token");
+    CHECK(served.requests[1].action == ServiceAction::showHelp);
+}
+
+TEST_CASE("other actions, and such with a parameter, ask for nothing")
+{
+    Served served;
+    for (auto const* name : { "", "quit", "--show-help", "Show-help", "show-helps" })
+        served.service.ActivateAction(QString::fromLatin1(name), {}, {});
+    served.service.ActivateAction(QStringLiteral("show-help"), { 1 }, {});
+    CHECK(served.requests.empty());
+}
+
+TEST_CASE("an action that waits for the window is not forgotten for a mere call")
+{
+    ApplicationService service;
+    service.ActivateAction(QStringLiteral("show-help"), {}, {});
+    service.Activate({});
+    std::vector<OpenRequest> requests;
+    service.serve([&](OpenRequest const& request) {
+        requests.push_back(request);
+        return true;
+    });
+    REQUIRE(requests.size() == 1);
+    CHECK(requests[0].action == ServiceAction::showHelp);
+}
+
 TEST_CASE("tokens that are no tokens are left out")
 {
     auto const read = [](QVariant const& value) {
@@ -130,7 +166,7 @@ TEST_CASE("the tokens of a start travel as they came")
     CHECK(OpenRequest().platformData().isEmpty());
 }
 
-TEST_CASE("on the bus the program opens files and comes to the front")
+TEST_CASE("on the bus the program opens files, comes to the front and does what the desktop offers")
 {
     if (!hasTestBus())
         return;
@@ -139,8 +175,11 @@ TEST_CASE("on the bus the program opens files and comes to the front")
     CHECK(program.takes(QStringLiteral("Activate"), { QVariantMap() }));
     CHECK(program.takes(
         QStringLiteral("Open"), { QStringList(QStringLiteral("file:///a")), QVariantMap() }));
-    REQUIRE(program.requests.size() == 2);
+    CHECK(program.takes(QStringLiteral("ActivateAction"),
+        { QStringLiteral("choose-folder"), QVariantList(), QVariantMap() }));
+    REQUIRE(program.requests.size() == 3);
     CHECK(program.requests[1].file == FileUrl("/a"));
+    CHECK(program.requests[2].action == ServiceAction::chooseFolder);
 }
 
 TEST_CASE("callers on the bus who send something else are told so, and nothing happens")

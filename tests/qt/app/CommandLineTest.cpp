@@ -34,6 +34,19 @@ TEST_CASE("a start of its own hands nothing over")
     CHECK_FALSE(parsed({ "--", "--new-instance" }).startsApart);
 }
 
+TEST_CASE("what the desktop offers is there in the command line, and files count more")
+{
+    CHECK(parsed({ "--choose-folder" }).action == ServiceAction::chooseFolder);
+    CHECK(parsed({ "--show-help" }).action == ServiceAction::showHelp);
+    CHECK_FALSE(parsed({ "--show-help", "a" }).action);
+    CHECK_FALSE(parsed({ "a", "--show-help" }).action);
+    CHECK_FALSE(parsed({}).action);
+    CHECK_FALSE(parsed({ "--show-help" }).error);
+    CHECK(parsed({ "--quit" }).error);
+    for (auto const& [action, name] : serviceActions)
+        CHECK(CommandLine::helpText().find("  --" + std::string(name) + "  ") != std::string::npos);
+}
+
 TEST_CASE("after two hyphens everything is a file")
 {
     CHECK(parsed({ "--", "--help" }).files == std::vector { FileUrl("/home/me/--help") });
