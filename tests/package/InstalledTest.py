@@ -45,6 +45,13 @@ def dpkg(*arguments, **options):
     return run("dpkg", *where, *arguments, DEBIAN_FRONTEND="noninteractive", **options)
 
 
+def pdf_module():
+    """What writes PDF files; the package has no other library."""
+    files = dpkg("--listfiles", "pixelhain").stdout.split("\n")
+    module, = [MACHINE / name.lstrip("/") for name in files if name.endswith(".so")]
+    return module
+
+
 def install():
     dpkg("--install", PLACE / "pixelhain.deb")
     if IS_FOLDER:
@@ -108,10 +115,11 @@ class InstalledTest(unittest.TestCase):
         self.assertEqual(run("pixelhain-cli", "--version").stdout, f"pixelhain-cli {self.version}\n")
 
     def test_programs_are_hardened(self):
-        for program in (PROGRAM, PROGRAM.with_name("pixelhain-cli"), DECODER):
+        for program in (PROGRAM, PROGRAM.with_name("pixelhain-cli"), DECODER, pdf_module()):
             with self.subTest(program):
                 said = run("readelf", "--wide", "--file-header", "--program-headers", "--dynamic", program).stdout
-                self.assertRegex(said, r"Type:\s+DYN \(Position-Independent")
+                kind = "Shared object" if program.suffix == ".so" else "Position-Independent"
+                self.assertRegex(said, rf"Type:\s+DYN \({kind}")
                 self.assertIn("GNU_RELRO", said)
                 self.assertRegex(said, r"FLAGS_1.*NOW")
                 self.assertRegex(said, r"GNU_STACK.* RW ")
@@ -129,6 +137,21 @@ class InstalledTest(unittest.TestCase):
         without = run(*command, check=False)
         self.assertEqual(without.returncode, 1)
         self.assertIn("pictures cannot be decoded", without.stderr)
+
+    def test_pdf_files_are_written_by_the_installed_module(self):
+        sheet = PLACE / "sheet.pdf"
+        command = "pixelhain-cli", "contact-sheet", "--output", sheet, next(SAMPLES.glob("*.jpg"))
+        run(*command)
+        written = sheet.read_bytes()
+        self.assertEqual((written[:5], written.rstrip()[-5:]), (b"%PDF-", b"%%EOF"))
+        sheet.unlink()
+        module = pdf_module()
+        away = module.rename(module.with_name("away"))
+        self.addCleanup(away.rename, module)
+        without = run(*command, check=False)
+        self.assertEqual(without.returncode, 1)
+        self.assertIn("PDF files cannot be written", without.stderr)
+        self.assertFalse(sheet.exists())
 
     def test_a_folder_is_shown(self):
         Desktop.own()
