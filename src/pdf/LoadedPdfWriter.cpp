@@ -13,8 +13,8 @@ namespace {
 std::unique_ptr<PdfWriter> load(std::string const& module, FileReplacements& files)
 {
     auto* const library = ::dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL);
-    auto const make
-        = reinterpret_cast<NewPdfWriter>(library ? ::dlsym(library, newPdfWriterName) : nullptr);
+    auto const make = reinterpret_cast<NewPdfWriter>(
+        library ? ::dlsym(library, PIXELHAIN_NEW_PDF_WRITER) : nullptr);
     if (make)
         return std::unique_ptr<PdfWriter>(make(files));
     std::fprintf(stderr, "pixelhain: PDF files cannot be written: %s\n", ::dlerror());

@@ -1,6 +1,7 @@
 #include "pdf/LoadedPdfWriter.h"
 #include "posix/PosixFileReplacement.h"
 #include "support/PdfTools.h"
+#include "support/Places.h"
 #include "support/TemporaryFolder.h"
 #include <doctest/doctest.h>
 #include <filesystem>
@@ -12,6 +13,17 @@ using namespace pixelhain;
 namespace {
 
 constexpr PageSize a4 { 595.28, 841.89 };
+
+void checkNothingIsWritten(TemporaryFolder const& folder, std::string const& module)
+{
+    PosixFileReplacements files;
+    LoadedPdfWriter writer(files, module);
+    auto const begun = writer.begin({ folder.url().child("a.pdf"), "Urlaub", "Pixelhain", a4 });
+    REQUIRE(std::holds_alternative<WriteProblem>(begun));
+    CHECK(std::get<WriteProblem>(begun) == WriteProblem::other);
+    CHECK_FALSE(writer.pictureOf(Bitmap::allocate({ 8, 8 }, true), 1));
+    CHECK(std::filesystem::is_empty(folder.url().path()));
+}
 
 } // namespace
 
@@ -36,12 +48,12 @@ TEST_CASE("the module beside the program writes PDF files")
 TEST_CASE("without the module nothing can be written and nothing is touched")
 {
     TemporaryFolder const folder;
-    auto const file = folder.url().child("a.pdf");
-    PosixFileReplacements files;
-    LoadedPdfWriter writer(files, std::string(folder.url().child("none.so").path()));
-    auto const begun = writer.begin({ file, "Urlaub", "Pixelhain", a4 });
-    REQUIRE(std::holds_alternative<WriteProblem>(begun));
-    CHECK(std::get<WriteProblem>(begun) == WriteProblem::other);
-    CHECK_FALSE(writer.pictureOf(Bitmap::allocate({ 8, 8 }, true), 1));
-    CHECK(std::filesystem::is_empty(folder.url().path()));
+    checkNothingIsWritten(folder, std::string(folder.url().child("none.so").path()));
+}
+
+TEST_CASE("a module of another version is as good as none")
+{
+    auto const module = buildFolder() + "/pixelhain-other-pdf.so";
+    REQUIRE(std::filesystem::exists(module));
+    checkNothingIsWritten(TemporaryFolder(), module);
 }
