@@ -118,6 +118,14 @@ class WindowProgramTest(unittest.TestCase):
             section = between(manual(language, "pixelhain"), f".SH {heading}", r"^\.SH")
             self.assertEqual(described(section), self.options, language)
 
+    def test_manuals_name_what_it_writes_by_itself(self):
+        source = pathlib.Path(__file__).resolve().parents[2] / "src/qt/app/SingleInstance.cpp"
+        lock, = re.findall(r'"/([\w.]+\.lock)"', source.read_text())
+        for language, heading in (("en", "FILES"), ("de", "DATEIEN")):
+            section = between(manual(language, "pixelhain"), f".SH {heading}", r"^\.SH")
+            self.assertEqual(re.findall(r"^\.I (\$.*)$", section, re.M),
+                             ["$XDG_CONFIG_HOME/pixelhain/pixelhain.ini", f"$XDG_RUNTIME_DIR/{lock}"], language)
+
     def test_bash_offers_them(self):
         words = re.search("compgen -W '(.*)'", made("completions/pixelhain"))[1].split()
         self.assertEqual(set(words), set(self.options) - {"-h"})
