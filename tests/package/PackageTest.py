@@ -121,6 +121,8 @@ class FlatpakTest(unittest.TestCase):
     # What the program is built with and the runtime has, by the names in CMakeLists.txt.
     RUNTIME = {"JPEG", "PNG", "ZLIB", "TIFF", "GIF", "ICU", "WEBP", "LCMS", "JXL", "PANGOCAIRO", "Qt6", "XCB",
                "FONTCONFIG", "Threads", "PkgConfig"}
+    # What of the SDK runs while it is built; the first need not be there.
+    PROGRAMS = {"ccache", "rsvg-convert"}
     MODULES = {"HEIF": "libheif", "RAW": "libraw", "OPENJPEG": "openjpeg", "OPENEXR": "openexr"}
 
     def setUp(self):
@@ -146,6 +148,12 @@ class FlatpakTest(unittest.TestCase):
         names = [module["name"] for module in self.modules()]
         self.assertLessEqual(set(self.MODULES.values()), set(names))
         self.assertEqual(names[-1], "pixelhain")
+
+    def test_it_needs_no_program_that_the_sdk_lacks(self):
+        files = [ROOT / "CMakeLists.txt", *(ROOT / "cmake").glob("*.cmake"), *(ROOT / "packaging").rglob("CMakeLists.txt"),
+                 *(ROOT / "src").rglob("CMakeLists.txt"), *(ROOT / "tools").rglob("CMakeLists.txt")]
+        asked = [name for file in files for name in re.findall(r"find_program\(\w+ ([\w-]+)", file.read_text())]
+        self.assertEqual(set(asked), self.PROGRAMS)
 
     def test_every_source_is_of_one_version_or_this_checkout(self):
         for module in self.modules():
