@@ -69,6 +69,22 @@ class PackageTest(unittest.TestCase):
         for name in ("qt6-wayland", "qt6-gtk-platformtheme", "qt6-xdgdesktopportal-platformtheme"):
             self.assertIn(name, self.field("Recommends"))
 
+    def test_it_depends_on_every_library_that_its_programs_are_linked_with(self):
+        unpacked = self.folder("unpacked")
+        subprocess.run(["dpkg-deb", "--extract", self.package, unpacked], check=True)
+        linked = [file for file in unpacked.rglob("*") if file.is_file() and file.read_bytes()[:4] == b"\x7fELF"]
+        self.assertEqual({file.name for file in linked}, {
+            "pixelhain", "pixelhain-cli", "pixelhain-decoder", "pixelhain-pdf.so"})
+        needed = {file.name: set(re.findall(r"NEEDED +(\S+)", run("objdump", "-p", file).stdout)) for file in linked}
+        libraries = set().union(*needed.values())
+        found = run("dpkg-query", "--search", *(f"*/{library}" for library in libraries)).stdout
+        depends = set(re.findall(r"(?:^|, )([a-z0-9.+-]+)", self.field("Depends")))
+        brought = {name for package, name in re.findall(r"^([a-z0-9.+-]+)(?::\w+)?: .*/(.*)$", found, re.M)
+                   if package in depends}
+        for name, wanted in needed.items():
+            self.assertIn("libc.so.6", wanted)
+            self.assertEqual(wanted - brought, set(), name)
+
     def test_lintian_finds_neither_errors_nor_warnings(self):
         changes, = PLACE.glob("pixelhain_*.changes")
         checked = run("lintian", "--allow-root", "--fail-on", "error,warning", changes)
