@@ -126,7 +126,6 @@ void PhotoFilter::deliver(ViewChoice const& choice, std::vector<PhotoItem> visib
 
 void PhotoFilter::clear(ViewChoice const& choice)
 {
-    waiting_.clear();
     replace(std::make_shared<PhotoList>(), choice, {});
 }
 
@@ -139,6 +138,7 @@ void PhotoFilter::dropWhole()
 void PhotoFilter::replace(
     std::shared_ptr<PhotoList> list, ViewChoice const& choice, std::vector<PhotoItem> visible)
 {
+    waiting_.clear();
     task_ = Task();
     dropWhole();
     gone_.clear();

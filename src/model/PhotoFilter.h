@@ -46,16 +46,18 @@ public:
     ViewChoice const& shown() const { return shown_; }
 
     /// Runs a command for the list that was chosen last as soon as that is shown; at once if it is.
-    /// Forgotten when another text is searched for before: it was not given for that.
+    /// Forgotten when another text is searched for before, or another scan comes: it was not given
+    /// for that.
     void whenShown(Command command);
     /// Runs a command after those that wait; at once if none does.
     void inTurn(Command command);
     bool hasWaiting() const { return !waiting_.empty(); }
 
-    /// Shows nothing, and forgets what waits: other folders are to be read.
+    /// Shows nothing: other folders are to be read.
     void clear(ViewChoice const& choice);
 
-    /// Shows the photos of another scan, of which `choice` lets `visible` through.
+    /// Shows the photos of another scan, of which `choice` lets `visible` through. Forgets what
+    /// waits.
     void replace(
         std::shared_ptr<PhotoList> list, ViewChoice const& choice, std::vector<PhotoItem> visible);
 
