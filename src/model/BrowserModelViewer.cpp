@@ -1,4 +1,5 @@
 #include "model/BrowserModel.h"
+#include "model/SelectionRules.h"
 #include "model/ViewerNeighbours.h"
 #include "ports/MainWindow.h"
 #include "ports/PicturePrefetch.h"
@@ -50,8 +51,8 @@ void BrowserModel::markInViewer()
     auto const index = viewerIndex.get();
     if (!index || *index >= items->size())
         return;
-    toggle(*index);
-    auto const isMarked = selection->contains((*items)[*index].url);
+    // At once, whatever waits for a search: what is seen is meant.
+    auto const isMarked = toggleMark(selection.edit(), (*items)[*index].url);
     if (isMarked && !*isSlideshow && *index + 1 < items->size())
         stepViewer(+1);
 }

@@ -47,6 +47,11 @@ std::vector<FileUrl> markedPhotos(UrlSet const& selection, std::span<PhotoItem c
     return marked;
 }
 
+bool toggleMark(UrlSet& marks, FileUrl const& photo)
+{
+    return marks.erase(photo) == 0 && marks.insert(photo).second;
+}
+
 UrlSet vanishedPhotos(std::span<FileUrl const> urls, std::span<PhotoItem const> before,
     std::span<PhotoItem const> after)
 {

@@ -18,6 +18,9 @@ namespace pixelhain {
 [[nodiscard]] std::vector<FileUrl> markedPhotos(
     UrlSet const& selection, std::span<PhotoItem const> items);
 
+/// Marks the photo, or takes its mark away; whether it is marked now.
+bool toggleMark(UrlSet& marks, FileUrl const& photo);
+
 /// Those of `urls` that were among the items before and are no more.
 [[nodiscard]] UrlSet vanishedPhotos(std::span<FileUrl const> urls,
     std::span<PhotoItem const> before, std::span<PhotoItem const> after);

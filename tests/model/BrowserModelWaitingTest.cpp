@@ -125,6 +125,35 @@ TEST_CASE("a command that waits takes no photo at the cursor that is hidden by t
     CHECK(model.allItems().size() == LongList::count);
 }
 
+TEST_CASE("the photo that is shown large is marked at once, whatever waits")
+{
+    LongList test;
+    auto& model = test.model();
+    model.openViewer(LongList::count - 3);
+    auto const seen = model.items->back().url;
+    model.stepViewer(+1);
+    model.stepViewer(+1);
+    model.setSearchText("b2399");
+    model.invertSelection();
+    model.markInViewer();
+    CHECK(*model.selection == UrlSet { seen });
+    test.desk.settle();
+    CHECK(model.selection->size() == 9);
+    CHECK_FALSE(model.selection->contains(seen));
+}
+
+TEST_CASE("who marks in the viewer while commands wait is shown the next photo")
+{
+    LongList test;
+    auto& model = test.model();
+    model.openViewer(half);
+    model.setSearchText("b");
+    model.selectAll();
+    model.markInViewer();
+    CHECK(*model.viewerIndex == half + 1);
+    CHECK(model.selection->size() == 1);
+}
+
 TEST_CASE("who types on has given up what waits, who orders anew has not")
 {
     LongList test;
