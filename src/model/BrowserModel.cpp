@@ -83,7 +83,8 @@ std::vector<PhotoItem> BrowserModel::showItems(
     showInViewer(place(inViewer), ViewerTransition::none);
     cursor = atCursor == inViewer ? viewerIndex.get() : place(atCursor);
     anchor_ = std::nullopt;
-    stopSlideshow();
+    if (*isSlideshow) // else one may wait for just this list
+        stopSlideshow();
     return before;
 }
 
@@ -120,10 +121,12 @@ std::string BrowserModel::windowTitle() const
 
 void BrowserModel::setShowContactSheetDialog(bool shows)
 {
+    photos_.takeBack(PhotoFilter::Purpose::contactSheet);
     if (!shows)
         showContactSheetDialog = false;
     else
-        photos_.whenShown([this] { showContactSheetDialog = !items->empty(); });
+        photos_.whenShown(PhotoFilter::Purpose::contactSheet,
+            [this] { showContactSheetDialog = !items->empty(); });
 }
 
 void BrowserModel::showStatus(std::string text)

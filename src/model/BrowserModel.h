@@ -77,12 +77,12 @@ public:
     void closeViewer();
     void stepViewer(std::ptrdiff_t delta);
     void markInViewer();
-    /// Shows the marked photos if there are two, else all, beginning with the one in the viewer.
+    /// Shows the marked photos if there are two, else all. Takes a start back that waits.
     void startSlideshow();
     void toggleInfo() { showInfo = !showInfo; }
     void stopSlideshow();
     void toggleSlideshowPause();
-    /// The photo in the viewer, else the marked visible ones, else the one under the cursor.
+    /// The photo in the viewer; unless a search is under way, else visible marks, or the cursor's.
     std::vector<FileUrl> actionTargets() const;
 
     /// Whether the key was ours. Every key that goes down in the program is to pass here first.

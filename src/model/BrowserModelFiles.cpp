@@ -15,8 +15,8 @@ namespace pixelhain {
 struct BrowserModel::FileChanges {
     BrowserModel& model;
 
-    void inTurn(std::function<void(CommandTargets)> command);
-    CommandTargets targetsInGallery(std::optional<PhotoItem> const& atCursor) const;
+    std::optional<CommandTargets> targets() const;
+    std::vector<FileUrl> photosNow() const;
     void trash(std::vector<FileUrl> photos);
     void trashed(TrashResult result);
     void undo();
@@ -29,10 +29,11 @@ void BrowserModel::trashTargets()
 {
     if (window_ && window_->isEditingText())
         return;
-    FileChanges { *this }.inTurn([this](CommandTargets targets) {
-        auto const begin = [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); };
-        fileWork_.give({ std::move(targets), begin, true });
-    });
+    auto targets = FileChanges { *this }.targets();
+    if (!targets)
+        return;
+    auto const begin = [this](auto photos) { FileChanges { *this }.trash(std::move(photos)); };
+    fileWork_.give({ std::move(*targets), begin, true });
 }
 
 void BrowserModel::trash(std::vector<FileUrl> urls)
@@ -43,54 +44,48 @@ void BrowserModel::trash(std::vector<FileUrl> urls)
 
 void BrowserModel::undoTrash()
 {
-    photos_.inTurn([this] {
-        fileWork_.give({ {}, [this](auto const&) { FileChanges { *this }.undo(); } });
-    });
+    fileWork_.give({ {}, [this](auto const&) { FileChanges { *this }.undo(); } });
 }
 
 // What is meant stands unless something under way takes photos away; the panel need not wait for a
 // long copy.
 void BrowserModel::moveOrCopyTargets(Transfer transfer)
 {
-    FileChanges { *this }.inTurn([this, transfer](CommandTargets targets) {
-        auto const ask = [this, transfer](std::vector<FileUrl> photos) {
-            FileChanges { *this }.askForFolder(std::move(photos), transfer);
-        };
-        if (fileWork_.takesPhotosAway())
-            fileWork_.give({ std::move(targets), ask });
-        else
-            ask(targets.photosNow());
-    });
+    auto targets = FileChanges { *this }.targets();
+    if (!targets)
+        return;
+    auto const ask = [this, transfer](std::vector<FileUrl> photos) {
+        FileChanges { *this }.askForFolder(std::move(photos), transfer);
+    };
+    if (fileWork_.takesPhotosAway())
+        fileWork_.give({ std::move(*targets), ask });
+    else
+        ask(targets->photosNow());
 }
 
 // With nothing in the viewer and nothing marked the photo under the cursor is meant, and so it is
 // once commands before this one have taken all the marked ones away; not while others stay marked
-// that cannot be seen.
-CommandTargets BrowserModel::FileChanges::targetsInGallery(
-    std::optional<PhotoItem> const& atCursor) const
-{
-    auto const willHide = [&](FileUrl const& photo) { return model.photos_.willHide(photo); };
-    auto marked = markedPhotos(model.selection, *model.items);
-    std::erase_if(marked, willHide);
-    std::optional<FileUrl> current;
-    if (marked.size() == model.selection->size() && atCursor && model.placeOf(*atCursor)
-        && !willHide(atCursor->url))
-        current = atCursor->url;
-    return { std::move(marked), std::move(current) };
-}
-
-// Behind commands that mark photos, which may wait for a long list to be searched. The photo in the
-// viewer or under the cursor is meant as it stands now.
-void BrowserModel::FileChanges::inTurn(std::function<void(CommandTargets)> command)
+// that cannot be seen. While a search is under way nothing is: it may hide what is seen and marked,
+// and commands that mark others may wait for it.
+std::optional<CommandTargets> BrowserModel::FileChanges::targets() const
 {
     if (auto const photo = model.urlAt(model.viewerIndex))
-        return command({ {}, photo });
-    std::optional<PhotoItem> atCursor;
-    if (auto const& cursor = *model.cursor; cursor && *cursor < model.items->size())
-        atCursor = (*model.items)[*cursor];
-    model.photos_.inTurn([&model = model, atCursor, command = std::move(command)] {
-        command(FileChanges { model }.targetsInGallery(atCursor));
-    });
+        return CommandTargets { {}, photo };
+    if (model.photos_.isUnderWay()) {
+        if (model.window_)
+            model.window_->beep();
+        return std::nullopt;
+    }
+    CommandTargets targets { markedPhotos(model.selection, *model.items), std::nullopt };
+    if (targets.photos.size() == model.selection->size())
+        targets.current = model.urlAt(model.cursor);
+    return targets;
+}
+
+std::vector<FileUrl> BrowserModel::FileChanges::photosNow() const
+{
+    auto const now = targets();
+    return now ? now->photosNow() : std::vector<FileUrl> {};
 }
 
 void BrowserModel::FileChanges::trash(std::vector<FileUrl> photos)
@@ -190,29 +185,23 @@ void BrowserModel::stopFileWork(std::function<void()> done)
 
 void BrowserModel::copyToClipboard()
 {
-    FileChanges { *this }.inTurn([this](CommandTargets const& targets) {
-        auto const photos = targets.photosNow();
-        if (photos.empty())
-            return;
-        ports_.clipboard.setFiles(photos);
-        showStatus(messages::copiedToClipboard(photos.size()));
-    });
+    auto const photos = FileChanges { *this }.photosNow();
+    if (photos.empty())
+        return;
+    ports_.clipboard.setFiles(photos);
+    showStatus(messages::copiedToClipboard(photos.size()));
 }
 
 void BrowserModel::revealInFinder()
 {
-    FileChanges { *this }.inTurn([this](CommandTargets const& targets) {
-        if (auto const photos = targets.photosNow(); !photos.empty())
-            ports_.workspace.reveal(photos);
-    });
+    if (auto const photos = FileChanges { *this }.photosNow(); !photos.empty())
+        ports_.workspace.reveal(photos);
 }
 
 void BrowserModel::openWithDefaultApp()
 {
-    FileChanges { *this }.inTurn([this](CommandTargets const& targets) {
-        for (auto const& photo : targets.photosNow())
-            ports_.workspace.open(photo);
-    });
+    for (auto const& photo : FileChanges { *this }.photosNow())
+        ports_.workspace.open(photo);
 }
 
 } // namespace pixelhain

@@ -15,6 +15,7 @@ constexpr double thumbSizeStep = 30; // points
 struct BrowserModel::KeyActions {
     BrowserModel& model;
 
+    bool takeBackStart();
     bool cancelShownWork();
     bool performAnywhere(KeyAction action);
     bool performInGallery(KeyAction action, Extend extend);
@@ -36,13 +37,21 @@ bool BrowserModel::handleKey(KeyEvent const& event)
     KeyActions keys { *this };
     if (event.focus == KeyFocus::textView)
         return false;
-    if (isEscape(event) && keys.cancelShownWork())
+    if (isEscape(event) && (keys.takeBackStart() || keys.cancelShownWork()))
         return true;
     if (event.focus == KeyFocus::tableView && isArrowKey(event))
         return false;
     if (*viewerIndex)
         return keys.performInViewer(viewerAction(event));
     return keys.performInGallery(galleryAction(event), event.shift ? Extend::yes : Extend::no);
+}
+
+// What waits for a search. Whoever looks at a photo wants to leave that as well.
+bool BrowserModel::KeyActions::takeBackStart()
+{
+    auto const slideshow = model.photos_.takeBack(PhotoFilter::Purpose::slideshow);
+    auto const contactSheet = model.photos_.takeBack(PhotoFilter::Purpose::contactSheet);
+    return (slideshow || contactSheet) && !*model.viewerIndex;
 }
 
 // Only where the bar can be seen that says so: whoever types wants to be rid of what was typed, and

@@ -10,7 +10,8 @@ void BrowserModel::removeItems(UrlSet const& urls)
 {
     if (urls.empty())
         return;
-    stopSlideshow();
+    if (*isSlideshow)
+        stopSlideshow();
     countsVersion = countsVersion + 1;
     if (*isLoading)
         removedWhileScanning_.insert(urls.begin(), urls.end());

@@ -29,10 +29,10 @@ void BrowserModel::toggle(std::size_t index)
 {
     if (index >= items->size())
         return;
-    photos_.inTurn([this, url = (*items)[index].url] {
-        auto& marked = selection.edit();
-        if (marked.erase(url) == 0)
-            marked.insert(url);
+    // One that waits may find the photo gone.
+    photos_.inTurn([this, photo = (*items)[index]] {
+        if (placeOf(photo))
+            toggleMark(selection.edit(), photo.url);
     });
 }
 
@@ -40,16 +40,19 @@ void BrowserModel::toggle(std::size_t index)
 void BrowserModel::mark(std::size_t from, std::size_t to)
 {
     auto const last = std::min(std::max(from, to), items->size() - 1);
-    std::vector<FileUrl> urls;
+    UrlSet urls;
     for (auto i = std::min(from, to); i <= last; ++i)
-        urls.push_back((*items)[i].url);
-    photos_.inTurn(
-        [this, urls = std::move(urls)] { selection.edit().insert(urls.begin(), urls.end()); });
+        urls.insert((*items)[i].url);
+    photos_.inTurn([this, urls = std::move(urls)] {
+        auto const present = markedPhotos(urls, *items);
+        selection.edit().insert(present.begin(), present.end());
+    });
 }
 
 void BrowserModel::selectAll()
 {
-    photos_.whenShown([this] { selection.replace(allPhotos(*items)); });
+    photos_.whenShown(
+        PhotoFilter::Purpose::marks, [this] { selection.replace(allPhotos(*items)); });
 }
 
 void BrowserModel::selectNone()
@@ -59,7 +62,8 @@ void BrowserModel::selectNone()
 
 void BrowserModel::invertSelection()
 {
-    photos_.whenShown([this] { selection.replace(invertedSelection(selection, *items)); });
+    photos_.whenShown(PhotoFilter::Purpose::marks,
+        [this] { selection.replace(invertedSelection(selection, *items)); });
 }
 
 void BrowserModel::moveCursor(std::ptrdiff_t delta, Extend extend)
@@ -80,13 +84,13 @@ std::vector<FileUrl> BrowserModel::actionTargets() const
 {
     if (auto const photo = urlAt(viewerIndex))
         return { *photo };
-    std::vector<FileUrl> targets;
+    if (photos_.isUnderWay())
+        return {};
     if (!selection->empty())
-        targets = markedPhotos(selection, *items);
-    else if (auto const photo = urlAt(cursor))
-        targets.push_back(*photo);
-    std::erase_if(targets, [this](FileUrl const& photo) { return photos_.willHide(photo); });
-    return targets;
+        return markedPhotos(selection, *items);
+    if (auto const photo = urlAt(cursor))
+        return { *photo };
+    return {};
 }
 
 } // namespace pixelhain

@@ -24,7 +24,9 @@ struct BrowserModel::SlideshowSteps {
 
 void BrowserModel::startSlideshow()
 {
-    photos_.whenShown([this] { SlideshowSteps { *this }.start(); });
+    if (!photos_.takeBack(PhotoFilter::Purpose::slideshow))
+        photos_.whenShown(
+            PhotoFilter::Purpose::slideshow, [this] { SlideshowSteps { *this }.start(); });
 }
 
 void BrowserModel::SlideshowSteps::start()
@@ -53,6 +55,7 @@ void BrowserModel::SlideshowSteps::start()
 
 void BrowserModel::stopSlideshow()
 {
+    photos_.takeBack(PhotoFilter::Purpose::slideshow);
     slideshow_.timer = Task();
     slideshow_.awake = Task();
     if (!*isSlideshow)

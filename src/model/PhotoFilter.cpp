@@ -1,7 +1,6 @@
 #include "model/PhotoFilter.h"
 #include "base/Text.h"
 #include "model/DiscardedPhotos.h"
-#include "model/PhotoOrder.h"
 #include "model/SelectionRules.h"
 #include "ports/Background.h"
 #include "ports/MainLoop.h"
@@ -64,25 +63,25 @@ void PhotoFilter::choose(ViewChoice const& choice)
         deriveLater(choice);
 }
 
-bool PhotoFilter::willHide(FileUrl const& photo) const
+void PhotoFilter::whenShown(Purpose purpose, Command command)
 {
-    return task_ && !matchesFilter({ photo }, chosen_.searchText, order_);
-}
-
-void PhotoFilter::whenShown(Command command)
-{
-    if (task_)
-        waiting_.push_back(std::move(command));
+    if (isUnderWay())
+        waiting_.push_back({ purpose, std::move(command) });
     else
         command();
 }
 
 void PhotoFilter::inTurn(Command command)
 {
-    if (hasWaiting())
-        waiting_.push_back(std::move(command));
+    if (!waiting_.empty())
+        waiting_.push_back({ Purpose::marks, std::move(command) });
     else
         command();
+}
+
+bool PhotoFilter::takeBack(Purpose purpose)
+{
+    return std::erase_if(waiting_, [&](Waiting const& one) { return one.purpose == purpose; }) > 0;
 }
 
 // What was chosen last is shown.
@@ -90,8 +89,8 @@ void PhotoFilter::settle()
 {
     activityTask_ = Task();
     showActivity_(false);
-    for (auto const& command : std::exchange(waiting_, {}))
-        command();
+    for (auto const& one : std::exchange(waiting_, {}))
+        one.command();
 }
 
 void PhotoFilter::deriveLater(ViewChoice const& choice)

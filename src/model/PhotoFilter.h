@@ -27,6 +27,7 @@ public:
     /// Hears that a search takes longer than a moment, and when what was chosen is shown.
     using ShowActivity = std::function<void(bool isSearching)>;
     using Command = std::function<void()>;
+    enum class Purpose { marks, slideshow, contactSheet };
 
     PhotoFilter(Background& background, MainLoop& loop, TextOrder const& order, Show show,
         ShowActivity showActivity);
@@ -38,9 +39,8 @@ public:
     /// dropped. Without a search text what was visible before the search is there at once.
     void choose(ViewChoice const& choice);
 
-    /// Whether the search under way will hide the photo, though it may still be shown: nobody who
-    /// has typed that means it any more.
-    [[nodiscard]] bool willHide(FileUrl const& photo) const;
+    /// Whether what was chosen last is still to be shown.
+    bool isUnderWay() const { return static_cast<bool>(task_); }
 
     /// What the list that is shown was chosen by.
     ViewChoice const& shown() const { return shown_; }
@@ -48,10 +48,11 @@ public:
     /// Runs a command for the list that was chosen last as soon as that is shown; at once if it is.
     /// Forgotten when another text is searched for before, or another scan comes: it was not given
     /// for that.
-    void whenShown(Command command);
-    /// Runs a command after those that wait; at once if none does.
+    void whenShown(Purpose purpose, Command command);
+    /// Runs a command that marks photos after those that wait; at once if none does.
     void inTurn(Command command);
-    bool hasWaiting() const { return !waiting_.empty(); }
+    /// Forgets the commands that wait for this; whether there were any.
+    bool takeBack(Purpose purpose);
 
     /// Shows nothing: other folders are to be read.
     void clear(ViewChoice const& choice);
@@ -65,6 +66,11 @@ public:
     void remove(UrlSet const& urls);
 
 private:
+    struct Waiting {
+        Purpose purpose;
+        Command command;
+    };
+
     void deriveLater(ViewChoice const& choice);
     void deliver(ViewChoice const& choice, std::vector<PhotoItem> visible);
     void settle();
@@ -84,7 +90,7 @@ private:
     std::optional<std::vector<PhotoItem>> whole_; ///< what a search replaced, in the order shown
     Task task_;
     Task activityTask_; ///< while something is under way
-    std::vector<Command> waiting_; ///< for what is under way
+    std::vector<Waiting> waiting_; ///< for what is under way
 };
 
 } // namespace pixelhain

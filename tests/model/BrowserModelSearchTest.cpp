@@ -68,33 +68,59 @@ private:
 
 } // namespace
 
-TEST_CASE("what a search under way will hide is not trashed with what stays")
+TEST_CASE("nothing is trashed, moved or copied from a list that is still being searched")
 {
     LongList test;
     auto& model = test.model();
     model.toggle(3);
     model.toggle(LongList::count - 1);
-    auto const staying = model.items->back().url;
+    REQUIRE(model.actionTargets().size() == 2);
     model.setSearchText("b");
     REQUIRE(test.shown() == LongList::count); // not there yet
-    CHECK(model.actionTargets() == std::vector { staying });
+    CHECK(model.actionTargets().empty());
     model.trashTargets();
+    model.moveOrCopyTargets(Transfer::move);
+    model.copyToClipboard();
+    model.revealInFinder();
+    model.openWithDefaultApp();
+    CHECK(test.desk.window.beepCount == 5);
+    test.desk.settle();
+    CHECK(model.allItems().size() == LongList::count);
+    CHECK(test.desk.panels.requests.empty());
+    CHECK(test.desk.clipboard.contents.empty());
+    model.trashTargets(); // what can be seen
     test.desk.settle();
     CHECK(model.allItems().size() == LongList::count - 1);
-    CHECK(std::ranges::count(model.allItems(), staying, &PhotoItem::url) == 0);
+    CHECK(model.selection->size() == 1);
 }
 
-TEST_CASE("a photo at the cursor that a search under way will hide is not meant any more")
+TEST_CASE("a photo at the cursor of a list that is still being searched is not meant")
 {
     LongList test;
     auto& model = test.model();
     model.moveCursor(1, Extend::no);
     REQUIRE(model.actionTargets().size() == 1);
-    model.setSearchText("b");
+    model.setSearchText("a");
     CHECK(model.actionTargets().empty());
     model.trashTargets();
     test.desk.settle();
     CHECK(model.allItems().size() == LongList::count);
+    CHECK(model.actionTargets().size() == 1);
+}
+
+TEST_CASE("a photo that is shown large is trashed while the list is searched")
+{
+    LongList test;
+    auto& model = test.model();
+    model.openViewer(3);
+    auto const seen = (*model.items)[3].url;
+    model.toggle(5);
+    model.setSearchText("b");
+    CHECK(model.actionTargets() == std::vector { seen });
+    model.trashTargets();
+    test.desk.settle();
+    REQUIRE(model.lastTrashed().size() == 1);
+    CHECK(model.lastTrashed().front().original == seen);
 }
 
 TEST_CASE("a search that is taken back before its end leaves everything as it was")

@@ -68,60 +68,51 @@ TEST_CASE("the dialog for a contact sheet waits for what was typed, and needs ph
     CHECK_FALSE(*model.showContactSheetDialog);
 }
 
-TEST_CASE("commands that are given while one waits have their turn after it")
+TEST_CASE("marks that are made while others wait have their turn after them")
 {
     LongList test;
     auto& model = test.model();
-    auto const last = model.items->back().url;
     model.setSearchText("b2399");
     model.selectAll();
     model.toggle(LongList::count - 1); // takes the last one out again
-    model.trashTargets();
     test.desk.settle();
-    CHECK(test.desk.names() == Names { "b23999.jpg" });
-    CHECK(test.desk.status() == "9 Fotos in den Papierkorb gelegt – ⌘Z macht es rückgängig");
+    CHECK(model.selection->size() == 9);
+    CHECK_FALSE(model.selection->contains(FileUrl("/b/b23999.jpg")));
+    model.setSearchText("");
+    model.setSearchText("b2399");
+    model.selectAll();
+    model.selectNone();
+    test.desk.settle();
     CHECK(model.selection->empty());
 }
 
-TEST_CASE("of turned marks none is trashed that was marked before")
+TEST_CASE("a photo that goes while its mark waits is not marked")
 {
     LongList test;
     auto& model = test.model();
-    model.toggle(LongList::count - 1);
-    model.setSearchText("b2399");
-    model.invertSelection();
-    model.copyToClipboard();
-    model.trashTargets();
-    test.desk.settle();
-    CHECK(test.desk.names() == Names { "b23999.jpg" });
-    CHECK(test.desk.clipboard.contents.size() == 9);
-}
-
-TEST_CASE("a command that waits is for the photo that was under the cursor when it was given")
-{
-    LongList test;
-    auto& model = test.model();
-    model.moveCursor(-1, Extend::no);
     model.setSearchText("b2399");
     model.selectAll();
-    model.selectNone();
-    model.trashTargets();
-    model.openViewer(LongList::count - 2); // looks at another meanwhile
+    model.toggle(LongList::count - 1);
+    model.moveCursor(-1, Extend::yes);
+    model.removeItems({ FileUrl("/b/b23999.jpg") });
     test.desk.settle();
     CHECK(test.shown() == 9);
-    CHECK(std::ranges::count(*model.items, "b23999.jpg", &PhotoItem::name) == 0);
+    CHECK(model.selection->size() == 9);
 }
 
-TEST_CASE("a command that waits takes no photo at the cursor that is hidden by then")
+TEST_CASE("who marks all and types on trashes nothing before seeing what is marked")
 {
     LongList test;
     auto& model = test.model();
-    model.moveCursor(+1, Extend::no);
-    model.setSearchText("b2399");
+    model.openViewer(LongList::count - 1);
+    model.closeViewer();
+    model.setSearchText("b");
     model.selectAll();
-    model.selectNone();
+    model.trashTargets();
+    model.setSearchText("b2");
     model.trashTargets();
     test.desk.settle();
+    CHECK(model.selection->empty());
     CHECK(model.allItems().size() == LongList::count);
 }
 
@@ -152,6 +143,55 @@ TEST_CASE("who marks in the viewer while commands wait is shown the next photo")
     model.markInViewer();
     CHECK(*model.viewerIndex == half + 1);
     CHECK(model.selection->size() == 1);
+}
+
+TEST_CASE("a slideshow that waits is taken back by whoever asks again, or presses Escape")
+{
+    LongList test;
+    auto& model = test.model();
+    auto const runsAfter = [&](auto const& takeBack) {
+        model.setSearchText("");
+        test.desk.settle();
+        model.setSearchText("b2399");
+        model.startSlideshow();
+        takeBack();
+        test.desk.settle();
+        auto const runs = *model.isSlideshow;
+        model.closeViewer();
+        return runs;
+    };
+    CHECK(runsAfter([] {}));
+    CHECK_FALSE(runsAfter([&] { model.startSlideshow(); }));
+    CHECK_FALSE(runsAfter([&] { model.stopSlideshow(); }));
+    CHECK_FALSE(runsAfter([&] { CHECK(test.desk.press(53)); }));
+    CHECK_FALSE(runsAfter([&] {
+        model.openViewer(0);
+        CHECK(test.desk.press(53));
+        CHECK_FALSE(model.viewerIndex->has_value());
+    }));
+    CHECK(runsAfter([&] { model.removeItems({ FileUrl("/b/a0.jpg") }); }));
+    CHECK(runsAfter([&] {
+        model.startSlideshow();
+        model.startSlideshow();
+    }));
+}
+
+TEST_CASE("a dialog for a contact sheet that waits is taken back")
+{
+    LongList test;
+    auto& model = test.model();
+    model.setSearchText("b");
+    model.setShowContactSheetDialog(true);
+    model.setShowContactSheetDialog(false);
+    test.desk.settle();
+    CHECK_FALSE(*model.showContactSheetDialog);
+    model.setSearchText("b2");
+    model.selectAll();
+    model.setShowContactSheetDialog(true);
+    CHECK(test.desk.press(53));
+    test.desk.settle();
+    CHECK_FALSE(*model.showContactSheetDialog);
+    CHECK(model.selection->size() == test.shown());
 }
 
 TEST_CASE("who types on has given up what waits, who orders anew has not")
