@@ -95,6 +95,7 @@ StatusBarWidget::StatusBarWidget(BrowserModel& model, QWidget* parent)
     row->addWidget(progress_);
     row->addWidget(cancelHint_);
     row->addWidget(selectNone_);
+    setMinimumWidth(1); // what it says never widens the window's column
     useTones();
     modelChanged();
 }
@@ -106,14 +107,39 @@ void StatusBarWidget::modelChanged()
         activity_->setAccessibleName(name);
     activity_->setVisible(bar_.showsActivity());
     count_->setText(shownText(bar_.countText()));
-    dot_->setVisible(message.has_value());
     showMessage(message ? shownText(*message) : QString());
     auto const progress = bar_.progress();
     progress_->setVisible(progress.has_value());
     progress_->setText(progress ? shownText(*progress) : QString());
     cancelHint_->setVisible(progress.has_value());
-    selectNone_->setVisible(bar_.showsSelectNone());
+    fit();
     tellMarks();
+}
+
+// A message is there for seconds only, and comes before what can be seen afterwards.
+void StatusBarWidget::fit()
+{
+    selectNone_->setVisible(bar_.showsSelectNone());
+    count_->show();
+    dot_->setVisible(bar_.message().has_value());
+    if (!bar_.message() || missingWidth() <= 0)
+        return;
+    selectNone_->setVisible(selectNone_->hasFocus());
+    if (missingWidth() <= 0)
+        return;
+    count_->hide();
+    dot_->hide();
+}
+
+int StatusBarWidget::missingWidth() const
+{
+    auto needed = 2 * static_cast<int>(StatusBar::paddingX)
+        + message_->fontMetrics().horizontalAdvance(message_->text());
+    for (auto const* part : std::initializer_list<QWidget const*> {
+             activity_, count_, dot_, progress_, cancelHint_, selectNone_ })
+        if (!part->isHidden())
+            needed += part->sizeHint().width() + static_cast<int>(StatusBar::itemSpacing);
+    return needed - width();
 }
 
 // The label beside it says more than has changed.
@@ -160,6 +186,12 @@ void StatusBarWidget::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
         useTones();
+}
+
+void StatusBarWidget::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    fit();
 }
 
 void StatusBarWidget::paintEvent(QPaintEvent*)

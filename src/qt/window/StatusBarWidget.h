@@ -21,10 +21,13 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void tellMarks();
     void showMessage(QString const& text);
+    void fit();
+    [[nodiscard]] int missingWidth() const; ///< for all that is to be said; negative: to spare
     void useTones();
 
     StatusBar bar_;
