@@ -60,7 +60,7 @@ ViewerChromeWidget::ViewerChromeWidget(Perform perform, QWidget* parent)
         row->addSpacing(spacing - buttonReach);
         row->addWidget(position_);
         row->addSpacing(spacing);
-        row->addWidget(name_, 1);
+        row->addWidget(name_); // all of it, where there is room
         row->addSpacing(spacing);
         row->addStretch(1);
     }

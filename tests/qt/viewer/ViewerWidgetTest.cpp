@@ -210,6 +210,13 @@ TEST_CASE("a long name is cut in its middle and told by its tip")
     CHECK(name->shownText().endsWith(QStringLiteral("_ende.jpg")));
     CHECK(name->toolTip() == name->text());
     CHECK(v.widget.chrome().button(Action::fullScreen)->geometry().right() < ViewerDesk::width);
+    int next = ViewerDesk::width;
+    for (auto const action : ViewerChrome::order) {
+        auto const left = v.widget.chrome().button(action)->geometry().left();
+        if (left > name->geometry().right())
+            next = std::min(next, left);
+    }
+    CHECK(next - name->geometry().right() < 30); // it takes all the room there is
 }
 
 TEST_CASE("the arrows step, and are lit under the pointer")
