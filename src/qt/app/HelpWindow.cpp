@@ -133,7 +133,12 @@ void HelpWindow::addKeys()
         auto* const shortcut = new QShortcut(key, this);
         connect(shortcut, &QShortcut::activated, this, operation);
     };
-    add(QKeySequence(Qt::Key_Escape), [this] { close(); });
+    add(QKeySequence(Qt::Key_Escape), [this] {
+        if (field_->hasFocus() && !field_->text().isEmpty())
+            field_->clear();
+        else
+            close();
+    });
     add(QKeySequence(Qt::CTRL | Qt::Key_W), [this] { close(); });
     add(QKeySequence(Qt::CTRL | Qt::Key_Q),
         [this] { quit ? quit() : QApplication::closeAllWindows(); });

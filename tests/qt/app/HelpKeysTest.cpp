@@ -125,6 +125,10 @@ TEST_CASE("Escape and Ctrl+W close help from everywhere, and it opens as if new"
     };
     help.type("AirDrop");
     help.press(Qt::Key_Escape);
+    CHECK(help.window.isVisible()); // it only takes the search back
+    CHECK(help.window.field().text().isEmpty());
+    CHECK(help.listed().size() == 10);
+    help.press(Qt::Key_Escape);
     reopen();
     help.press(Qt::Key_Down);
     help.window.list().setCurrentRow(9);
@@ -132,6 +136,7 @@ TEST_CASE("Escape and Ctrl+W close help from everywhere, and it opens as if new"
     reopen();
     help.type("gibt es nicht");
     help.press(Qt::Key_Return);
+    help.press(Qt::Key_Escape);
     help.press(Qt::Key_Escape);
     reopen();
 }
