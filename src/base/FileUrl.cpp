@@ -1,18 +1,20 @@
 #include "base/FileUrl.h"
 #include <cstring>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace pixelhain {
 
 namespace {
 
-std::shared_ptr<char const> copyOf(std::string_view bytes)
+SharedBytes copyOf(std::string_view bytes)
 {
-    std::shared_ptr<char[]> storage(new char[bytes.size() + 1]);
+    SharedBytes storage(bytes.size() + 1);
     if (!bytes.empty())
-        std::memcpy(storage.get(), bytes.data(), bytes.size());
-    storage[bytes.size()] = '\0';
-    return { storage, storage.get() };
+        std::memcpy(storage.data(), bytes.data(), bytes.size());
+    storage.data()[bytes.size()] = '\0';
+    return storage;
 }
 
 } // namespace
@@ -25,8 +27,9 @@ FileUrl::FileUrl(std::string_view absolutePath)
     length_ = static_cast<std::uint32_t>(absolutePath.size());
 }
 
-FileUrl::FileUrl(std::shared_ptr<char const> const& storage, std::string_view path)
-    : bytes_(storage, path.data())
+FileUrl::FileUrl(SharedBytes storage, std::string_view path)
+    : bytes_(std::move(storage))
+    , begin_(static_cast<std::uint32_t>(path.data() - bytes_.data()))
     , length_(static_cast<std::uint32_t>(path.size()))
 {
 }

@@ -1,8 +1,8 @@
 #pragma once
+#include "base/SharedBytes.h"
 #include <compare>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -18,15 +18,15 @@ public:
     /// Copies `absolutePath`; one trailing "/" is dropped, so a folder has one spelling.
     explicit FileUrl(std::string_view absolutePath);
 
-    /// A URL whose bytes lie in storage shared by many. `path` must be followed by a NUL byte,
-    /// must not end in "/" (but for the root), and must stay unchanged while `storage` lives.
-    FileUrl(std::shared_ptr<char const> const& storage, std::string_view path);
+    /// A URL whose bytes lie in storage shared by many, no further in than 4 GiB. `path` must be
+    /// followed by a NUL byte, must not end in "/" (but for the root), and must stay unchanged.
+    FileUrl(SharedBytes storage, std::string_view path);
 
     bool empty() const { return length_ == 0; }
-    std::string_view path() const { return { bytes_.get(), length_ }; }
+    std::string_view path() const { return { cString(), length_ }; }
 
     /// The path for system calls, NUL-terminated; "" for the empty URL.
-    char const* cString() const { return length_ == 0 ? "" : bytes_.get(); }
+    char const* cString() const { return length_ == 0 ? "" : bytes_.data() + begin_; }
 
     /// The last path component; "/" for the root.
     std::string_view name() const;
@@ -52,7 +52,8 @@ public:
     }
 
 private:
-    std::shared_ptr<char const> bytes_;
+    SharedBytes bytes_;
+    std::uint32_t begin_ = 0;
     std::uint32_t length_ = 0;
 };
 

@@ -17,9 +17,8 @@ FileUrl PathArena::add(std::string_view folder, std::string_view name)
     if (left_ <= length) {
         // Blocks grow with the folder, so that a small one holds on to little memory.
         auto const size = std::max(nextBlock_, length + 1);
-        std::shared_ptr<char[]> const block(new char[size]);
-        block_ = { block, block.get() };
-        free_ = block.get();
+        block_ = SharedBytes(size);
+        free_ = block_.data();
         left_ = size;
         nextBlock_ = std::min(nextBlock_ * 2, largestBlock);
     }

@@ -1,7 +1,6 @@
 #pragma once
 #include "base/FileUrl.h"
 #include <cstddef>
-#include <memory>
 #include <string_view>
 
 namespace pixelhain {
@@ -14,7 +13,7 @@ public:
     FileUrl add(std::string_view folder, std::string_view name);
 
 private:
-    std::shared_ptr<char const> block_;
+    SharedBytes block_;
     char* free_ = nullptr;
     std::size_t left_ = 0;
     std::size_t nextBlock_ = 4096;

@@ -5,6 +5,7 @@
 #include "support/FakeLoop.h"
 #include "support/FakeWorkQueue.h"
 #include <array>
+#include <cstring>
 #include <doctest/doctest.h>
 #include <memory>
 
@@ -422,14 +423,16 @@ TEST_CASE("metadata that cannot be read is not remembered")
 TEST_CASE("remembered metadata does not keep a folder's names in memory")
 {
     Desk desk;
-    auto const names = std::make_shared<std::string>("/photos/a.jpg");
+    std::string_view const path = "/photos/a.jpg";
+    SharedBytes const names(path.size() + 1);
+    std::memcpy(names.data(), path.data(), path.size() + 1);
     {
-        FileUrl const url(std::shared_ptr<char const>(names, names->c_str()), *names);
+        FileUrl const url(names, { names.data(), path.size() });
         CHECK(desk.loader.cachedMeta(url));
     }
     // The fake decoder remembers the URL that it was asked for; the cache must not.
     CHECK(desk.loader.knownMeta(desk.photo));
-    CHECK(names.use_count() == 2);
+    CHECK(names.owners() == 2);
 }
 
 TEST_CASE("display images go through their own queue at the display size, without previews")
