@@ -1,6 +1,8 @@
 #include "model/NameRanks.h"
+#include "base/ParallelWork.h"
 #include "ports/TextOrder.h"
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cstring>
 #include <span>
@@ -25,23 +27,21 @@ std::size_t commonLength(std::string_view a, std::string_view b)
         - a.begin());
 }
 
-// The sort keys of all names, one after the other.
+// The sort keys of all names, in blocks of as many; the blocks are made side by side.
 class Keys {
 public:
     Keys(std::size_t count, PathAt const& pathAt, TextOrder const& order)
+        : blocks_((count + blockSize - 1) / blockSize)
     {
-        ends_.reserve(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            order.appendSortKey(nameOf(pathAt(i)), bytes_);
-            ends_.push_back(bytes_.size());
-        }
+        std::atomic<std::size_t> next = 0;
+        runOnThreads(threadsFor(blocks_.size(), mostThreads), [&] {
+            for (auto i = next.fetch_add(1); i < blocks_.size(); i = next.fetch_add(1))
+                for (auto at = i * blockSize; at < std::min((i + 1) * blockSize, count); ++at)
+                    blocks_[i].add(nameOf(pathAt(at)), order);
+        });
     }
 
-    std::string_view of(std::size_t i) const
-    {
-        auto const begin = i == 0 ? 0 : ends_[i - 1];
-        return { bytes_.data() + begin, ends_[i] - begin };
-    }
+    std::string_view of(std::size_t i) const { return blocks_[i / blockSize].of(i % blockSize); }
 
     std::string_view from(std::size_t i, std::size_t depth) const
     {
@@ -50,8 +50,27 @@ public:
     }
 
 private:
-    std::string bytes_;
-    std::vector<std::size_t> ends_;
+    static constexpr std::size_t blockSize = 4096;
+    static constexpr std::size_t mostThreads = 4;
+
+    class Block {
+    public:
+        void add(std::string_view name, TextOrder const& order)
+        {
+            order.appendSortKey(name, bytes_);
+            ends_.push_back(bytes_.size());
+        }
+        std::string_view of(std::size_t i) const
+        {
+            auto const begin = i == 0 ? 0 : ends_[i - 1];
+            return { bytes_.data() + begin, ends_[i] - begin };
+        }
+
+    private:
+        std::string bytes_; ///< one after the other
+        std::vector<std::size_t> ends_;
+    };
+    std::vector<Block> blocks_;
 };
 
 struct Entry {

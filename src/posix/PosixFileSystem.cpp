@@ -1,4 +1,5 @@
 #include "posix/PosixFileSystem.h"
+#include "base/ParallelWork.h"
 #include "posix/FolderHandle.h"
 #include <algorithm>
 #include <atomic>
@@ -7,8 +8,6 @@
 #include <limits>
 #include <string>
 #include <sys/stat.h>
-#include <system_error>
-#include <thread>
 
 namespace pixelhain {
 
@@ -91,24 +90,6 @@ private:
     Descriptor handle_;
 };
 
-std::size_t threadsFor(std::size_t files)
-{
-    std::size_t const processors = std::max(1U, std::thread::hardware_concurrency());
-    return std::clamp(files / filesPerBlock, std::size_t { 1 }, std::min(mostThreads, processors));
-}
-
-std::vector<std::jthread> startThreads(std::size_t count, std::function<void()> const& work)
-{
-    std::vector<std::jthread> threads;
-    try {
-        while (threads.size() < count)
-            threads.emplace_back(work);
-    } catch (std::system_error const&) {
-        // At the limit of threads the ones that did start share the work.
-    }
-    return threads;
-}
-
 bool isThere(FileUrl const& url, struct stat& status)
 {
     if (url.empty())
@@ -144,10 +125,7 @@ std::vector<std::optional<FileDetails>> PosixFileSystem::details(
             for (auto i = from; i < std::min(from + filesPerBlock, files.size()); ++i)
                 answers[i] = reader.read(files[i]);
     };
-    {
-        auto const others = startThreads(threadsFor(files.size()) - 1, work);
-        work();
-    } // the others have written their answers
+    runOnThreads(threadsFor(files.size() / filesPerBlock, mostThreads), work);
     return answers;
 }
 
