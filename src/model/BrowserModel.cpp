@@ -65,6 +65,8 @@ void BrowserModel::applyFilter()
 std::vector<PhotoItem> BrowserModel::showItems(
     std::vector<PhotoItem> visible, PhotoFilter::Scan scan)
 {
+    if (scan == PhotoFilter::Scan::completed)
+        return items.replace(std::move(visible));
     auto const itemAt = [this](std::optional<std::size_t> index) {
         return index && *index < items->size() ? std::optional((*items)[*index]) : std::nullopt;
     };

@@ -108,7 +108,7 @@ public:
     FileWork& pageWork() { return pageWork_; } ///< writes documents, beside changes of files
 
 private:
-    struct ScanAnswer;
+    struct ScanSteps;
     struct Restorable;
     struct KeyActions;
     struct FileChanges;
@@ -119,8 +119,6 @@ private:
     void openPlace(FileUrl const& folder, std::optional<FileUrl> const& file);
     void restore(Restorable const& found);
     void setRecentFolders(std::vector<FileUrl> places);
-    void accept(ScanAnswer answer);
-    void deriveAgain(ScanAnswer answer);
     std::vector<PhotoItem> showItems(std::vector<PhotoItem> visible, PhotoFilter::Scan scan);
     std::optional<std::size_t> indexOf(std::optional<FileUrl> const& url) const;
     std::optional<FileUrl> urlAt(std::optional<std::size_t> index) const;
@@ -141,6 +139,8 @@ private:
     Task statusTask_;
     Task scanTask_;
     std::vector<FileUrl> leaving_; ///< what a change of files that is under way takes away
+    bool isScanUnderWay_ = false;
+    bool areNamesShown_ = false; ///< of a scan that may still look at the photos
     UrlSet removedWhileScanning_; ///< by us; the scan under way may have seen them before
     FileWork fileWork_;
     FileWork pageWork_;

@@ -1,9 +1,6 @@
 #include "model/BrowserModel.h"
-#include "model/DiscardedPhotos.h"
 #include "model/Messages.h"
 #include "model/RecentFolders.h"
-#include "model/Scanning.h"
-#include "model/SelectionRules.h"
 #include "model/Settings.h"
 #include "ports/Background.h"
 #include "ports/FileSystem.h"
@@ -19,19 +16,6 @@ namespace pixelhain {
 struct BrowserModel::Restorable {
     std::vector<FileUrl> folders;
     std::optional<FileUrl> root;
-};
-
-// What a scan saw of the model when it started, so that it can also do the model's part of the
-// work; each part is used only if the model has not changed since.
-struct BrowserModel::ScanAnswer {
-    int generation = 0;
-    std::shared_ptr<PhotoList> found;
-    ViewChoice choice; ///< what `visible` was derived for
-    std::vector<PhotoItem> visible;
-    UrlSet selected;
-    UrlSet stillSelected;
-
-    void takeOut(UrlSet const& removed);
 };
 
 void BrowserModel::chooseFolder()
@@ -177,80 +161,6 @@ void BrowserModel::selectFolders(std::vector<FileUrl> urls, FocusGallery focusGa
     if (focusGallery == FocusGallery::yes && window_)
         window_->focusGallery();
     startScan();
-}
-
-// A scan does in the background whatever costs time for many photos: it also orders them, derives
-// the visible list and looks for marked photos that have gone.
-void BrowserModel::startScan()
-{
-    if (folders->empty())
-        return;
-    ++scanGeneration_;
-    removedWhileScanning_.clear();
-    isLoading = true;
-    auto const scan = [generation = scanGeneration_, photoTest = photoTest_, &files = ports_.files,
-                          &textOrder = ports_.textOrder, places = folders.get(),
-                          recursive = includeSubfolders.get(), selected = selection.get(),
-                          choice = viewChoice()] {
-        ScanTools const tools { files, *photoTest, textOrder };
-        ScanAnswer answer;
-        answer.generation = generation;
-        auto found = scanFolders(tools, places, recursive);
-        answer.found = std::make_shared<PhotoList>(std::move(found.items), std::move(found.index));
-        answer.choice = choice;
-        answer.visible = answer.found->visible(choice, textOrder);
-        answer.selected = selected;
-        answer.stillSelected = stillPresent(selected, answer.found->items());
-        return answer;
-    };
-    scanTask_ = runThen(ports_.background, ports_.loop, Priority::userInitiated, scan,
-        [this](ScanAnswer answer) { accept(std::move(answer)); });
-}
-
-void BrowserModel::ScanAnswer::takeOut(UrlSet const& removed)
-{
-    if (removed.empty())
-        return;
-    found->remove(membership(removed, found->items()));
-    removePhotos(visible, membership(removed, visible));
-    std::erase_if(stillSelected, [&](FileUrl const& url) { return removed.contains(url); });
-}
-
-// Another text or order was chosen during the scan of a long list.
-void BrowserModel::deriveAgain(ScanAnswer answer)
-{
-    discardPhotos(ports_.background, std::exchange(answer.visible, {}));
-    auto derive
-        = [answer = std::move(answer), choice = viewChoice(), &order = ports_.textOrder]() mutable {
-              answer.choice = choice;
-              answer.visible = answer.found->visible(choice, order);
-              return std::move(answer);
-          };
-    scanTask_ = runThen(ports_.background, ports_.loop, Priority::userInitiated, std::move(derive),
-        [this](ScanAnswer again) { accept(std::move(again)); });
-}
-
-void BrowserModel::accept(ScanAnswer answer)
-{
-    if (answer.generation != scanGeneration_)
-        return;
-    if (auto const choice = viewChoice(); answer.choice != choice) {
-        if (!answer.found->isQuick())
-            return deriveAgain(std::move(answer));
-        answer.visible = answer.found->visible(choice, ports_.textOrder);
-    }
-    isLoading = false;
-    // The scan may have seen photos that have been taken away since.
-    answer.takeOut(std::exchange(removedWhileScanning_, {}));
-    // What left its folder for good before the scan came by is followed as if it were done.
-    if (!leaving_.empty())
-        removeItems(vanishedPhotos(leaving_, *items, answer.found->items()));
-    selection = *selection == answer.selected ? std::move(answer.stillSelected)
-                                              : stillPresent(selection, answer.found->items());
-    photos_.replace(std::move(answer.found), viewChoice(), std::move(answer.visible));
-    if (auto const file = std::exchange(pendingFileToShow_, std::nullopt))
-        if (auto const index = indexOf(file))
-            openViewer(*index);
 }
 
 } // namespace pixelhain

@@ -13,7 +13,7 @@ void BrowserModel::removeItems(UrlSet const& urls)
     if (*isSlideshow)
         stopSlideshow();
     countsVersion = countsVersion + 1;
-    if (*isLoading)
+    if (isScanUnderWay_)
         removedWhileScanning_.insert(urls.begin(), urls.end());
     auto& marked = selection.edit();
     for (auto const& url : urls)

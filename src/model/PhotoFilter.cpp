@@ -55,7 +55,9 @@ void PhotoFilter::choose(ViewChoice const& choice)
     // A search that is taken back changes nothing.
     if (!list_->isQuick() && choice == shown_)
         return settle();
-    if (list_->isQuick())
+    if (!list_->canBeOrderedBy(choice.sortKey))
+        deriveLater(choice);
+    else if (list_->isQuick())
         deliver(choice, visibleWithout(gone_, *list_, choice, order_));
     else if (whole_ && !isSearch(choice) && haveSameOrder(choice, shown_))
         deliver(choice, *std::exchange(whole_, std::nullopt));
@@ -98,6 +100,10 @@ void PhotoFilter::deriveLater(ViewChoice const& choice)
     chosen_ = choice;
     if (!activityTask_)
         activityTask_ = loop_.after(activityDelay, [this] { showActivity_(true); });
+    if (!list_->canBeOrderedBy(choice.sortKey)) {
+        task_ = Task([] {}); // ends when the list is completed
+        return;
+    }
     task_ = runThen(
         background_, loop_, Priority::userInteractive,
         [list = PhotoList::Reading(list_), gone = gone_, choice, &order = order_] {
@@ -110,10 +116,10 @@ void PhotoFilter::deriveLater(ViewChoice const& choice)
         });
 }
 
-void PhotoFilter::deliver(ViewChoice const& choice, std::vector<PhotoItem> visible)
+void PhotoFilter::deliver(ViewChoice const& choice, std::vector<PhotoItem> visible, Scan scan)
 {
     auto const before = std::exchange(shown_, choice);
-    auto old = show_(std::move(visible), Scan::same);
+    auto old = show_(std::move(visible), scan);
     if (!isSearch(choice) || !haveSameOrder(choice, before))
         dropWhole();
     if (isSearch(choice) && !isSearch(before) && haveSameOrder(choice, before) && !list_->isQuick())
@@ -145,6 +151,21 @@ void PhotoFilter::replace(
     shown_ = choice;
     discardPhotos(background_, show_(std::move(visible), Scan::other));
     settle();
+}
+
+void PhotoFilter::complete(
+    std::shared_ptr<PhotoList> list, ViewChoice const& choice, std::vector<PhotoItem> visible)
+{
+    gone_.clear();
+    discardPhotos(background_, std::exchange(list_, std::move(list)));
+    if (!isUnderWay() && choice == shown_) {
+        dropWhole();
+        discardPhotos(background_, show_(std::move(visible), Scan::completed));
+        return;
+    }
+    task_ = Task();
+    deliver(choice, std::move(visible), Scan::other);
+    dropWhole(); // of these nothing but the names is known
 }
 
 void PhotoFilter::remove(UrlSet const& urls)

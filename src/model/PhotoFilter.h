@@ -18,10 +18,12 @@ class TextOrder;
 /// was chosen last is shown. Main thread.
 class PhotoFilter {
 public:
-    enum class Scan { same, other };
+    /// What a list has to do with the one that is shown: others of the same scan, those of another
+    /// scan, or the very same photos in the same order, of which more is known.
+    enum class Scan { same, other, completed };
 
-    /// Shows a list, of the same scan as the one before or of another, and gives back the one
-    /// before: it may be wanted again, and one that is not may take long to free.
+    /// Shows a list and gives back the one before: it may be wanted again, and one that is not may
+    /// take long to free.
     using Show = std::function<std::vector<PhotoItem>(std::vector<PhotoItem> visible, Scan scan)>;
 
     /// Hears that a search takes longer than a moment, and when what was chosen is shown.
@@ -35,8 +37,9 @@ public:
     /// Holds photos that were forgotten until a moment after the last search has ended.
     std::vector<PhotoItem> const& photos() const { return list_->items(); }
 
-    /// Has shown what `choice` lets through, now or later; a search that is still under way is
-    /// dropped. Without a search text what was visible before the search is there at once.
+    /// Has shown what `choice` lets through, now or later, as soon as what it orders by is known; a
+    /// search that is still under way is dropped. Without a search text what was visible before the
+    /// search is there at once.
     void choose(ViewChoice const& choice);
 
     /// Whether what was chosen last is still to be shown.
@@ -62,6 +65,11 @@ public:
     void replace(
         std::shared_ptr<PhotoList> list, ViewChoice const& choice, std::vector<PhotoItem> visible);
 
+    /// The photos that are there, by their names alone until now, with all that is known of them,
+    /// of which `choice` lets `visible` through. What waits for their dates or sizes is shown.
+    void complete(
+        std::shared_ptr<PhotoList> list, ViewChoice const& choice, std::vector<PhotoItem> visible);
+
     /// Forgets photos; the owner takes them out of what is shown. What is under way is begun anew.
     void remove(UrlSet const& urls);
 
@@ -72,7 +80,7 @@ private:
     };
 
     void deriveLater(ViewChoice const& choice);
-    void deliver(ViewChoice const& choice, std::vector<PhotoItem> visible);
+    void deliver(ViewChoice const& choice, std::vector<PhotoItem> visible, Scan scan = Scan::same);
     void settle();
     void dropWhole();
     void takeOutGone();

@@ -2,6 +2,7 @@
 #include "model/PhotoIndex.h"
 #include "model/ViewChoice.h"
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -15,16 +16,26 @@ class TextOrder;
 /// while they look; nobody changes it meanwhile.
 class PhotoList {
 public:
+    /// Whether each photo's date and size are known, or nothing but the names yet.
+    enum class Known : std::uint8_t { names, details };
+
     PhotoList() = default;
-    PhotoList(std::vector<PhotoItem> items, PhotoIndex index)
+    PhotoList(std::vector<PhotoItem> items, PhotoIndex index, Known known = Known::details)
         : items_(std::move(items))
         , index_(std::move(index))
+        , known_(known)
     {
     }
     PhotoList(PhotoList const&) = delete;
     PhotoList& operator=(PhotoList const&) = delete;
 
     std::vector<PhotoItem> const& items() const { return items_; }
+
+    /// Whether what is known of the photos is enough to put them in this order.
+    bool canBeOrderedBy(SortKey key) const
+    {
+        return key == SortKey::name || known_ == Known::details;
+    }
 
     /// Whether `visible` takes less than a frame, on a slow machine too.
     bool isQuick() const { return items_.size() <= 20'000; }
@@ -42,6 +53,7 @@ public:
 private:
     std::vector<PhotoItem> items_;
     PhotoIndex index_;
+    Known known_ = Known::details;
     std::mutex folding_; ///< held by the first search, which folds the names
     std::atomic<int> readings_ = 0;
 };

@@ -4,6 +4,7 @@
 #include "model/PhotoTest.h"
 #include "ports/FileSystem.h"
 #include <algorithm>
+#include <chrono>
 #include <future>
 #include <iterator>
 #include <optional>
@@ -14,7 +15,13 @@ namespace pixelhain {
 
 namespace {
 
-using Details = std::vector<std::optional<FileDetails>>;
+using namespace std::chrono_literals;
+
+// Less than a frame and a half: whoever could have seen the names alone would not have noticed.
+constexpr auto patience = 20ms;
+
+// So many files are asked about at a time; what is answered takes as much memory as they do.
+constexpr std::size_t filesPerQuestion = 65'536;
 
 // Lists folders and gathers what may be a photo by its name, before anything is asked about it.
 class Collector {
@@ -40,6 +47,9 @@ public:
 
     std::vector<FileUrl> take() { return std::move(candidates_); }
 
+    /// Whether each of them is known to be a file.
+    bool areFiles() const { return areFiles_; }
+
 private:
     void list(FileUrl const& folder)
     {
@@ -58,8 +68,10 @@ private:
     {
         bool const mayBeFile = kind == EntryKind::file || kind == EntryKind::unknown;
         bool const mayBeFolder = kind == EntryKind::folder || kind == EntryKind::unknown;
-        if (mayBeFile && isImageName(name))
+        if (mayBeFile && isImageName(name)) {
             candidates_.push_back(arena_.add(folder.path(), name));
+            areFiles_ = areFiles_ && kind == EntryKind::file;
+        }
         if (recursive_ && mayBeFolder && !isPackageName(name))
             (kind == EntryKind::folder ? subfolders_ : unknown_).push_back(folder.child(name));
     }
@@ -88,6 +100,7 @@ private:
 
     ScanTools const& tools_;
     bool recursive_ = false;
+    bool areFiles_ = true;
     PathArena arena_;
     std::vector<FileUrl> candidates_;
     std::vector<FileUrl> subfolders_;
@@ -96,19 +109,41 @@ private:
     std::optional<bool> lastAnswer_;
 };
 
-bool isPhoto(std::optional<FileDetails> const& details)
+// What the file system says of listed files.
+struct Looks {
+    std::vector<PhotoItem> items;
+    std::vector<std::size_t> goneAt; ///< positions among the listed
+
+    void add(std::span<FileUrl const> urls, std::size_t from, FileSystem const& files)
+    {
+        auto const asked = urls.subspan(from, std::min(filesPerQuestion, urls.size() - from));
+        auto const details = files.details(asked);
+        for (std::size_t i = 0; i < asked.size(); ++i) {
+            if (auto const& found = details[i]; found && found->kind == EntryKind::file)
+                items.push_back({ asked[i], found->modified, found->size });
+            else
+                goneAt.push_back(from + i);
+        }
+    }
+};
+
+Looks lookAt(std::span<FileUrl const> urls, FileSystem const& files)
 {
-    return details && details->kind == EntryKind::file;
+    Looks looks;
+    looks.items.reserve(urls.size());
+    for (std::size_t from = 0; from < urls.size(); from += filesPerQuestion)
+        looks.add(urls, from, files);
+    return looks;
 }
 
-std::vector<PhotoItem> photosOf(std::vector<FileUrl> urls, Details const& details)
+ScanResult namesAlone(std::span<FileUrl const> urls, PhotoIndex const& index)
 {
-    std::vector<PhotoItem> items;
-    items.reserve(urls.size());
-    for (std::size_t i = 0; i < urls.size(); ++i)
-        if (isPhoto(details[i]))
-            items.push_back({ std::move(urls[i]), details[i]->modified, details[i]->size });
-    return items;
+    ScanResult names;
+    names.index = index;
+    names.items.reserve(urls.size());
+    for (auto const& url : urls)
+        names.items.push_back({ url });
+    return names;
 }
 
 // Two scans can meet the same file only if one begins at the other's folder or inside it.
@@ -134,12 +169,11 @@ std::vector<PhotoItem> scanFolder(ScanTools const& tools, FileUrl const& folder,
 {
     Collector collector(tools);
     collector.collect(folder, recursive);
-    auto urls = collector.take();
-    auto const details = tools.files.details(urls);
-    return photosOf(std::move(urls), details);
+    return lookAt(collector.take(), tools.files).items;
 }
 
-ScanResult scanFolders(ScanTools const& tools, std::span<FileUrl const> folders, bool recursive)
+ScanResult scanFolders(ScanTools const& tools, std::span<FileUrl const> folders, bool recursive,
+    TellNames const& tellNames)
 {
     Collector collector(tools);
     for (auto const& folder : folders)
@@ -148,15 +182,23 @@ ScanResult scanFolders(ScanTools const& tools, std::span<FileUrl const> folders,
     if (mayOverlap(folders))
         dropRepeated(urls);
 
-    // Order needs names only, so it is found while the file system is asked for the rest. Without
-    // a free thread the question is asked afterwards.
-    auto asked = std::async([&] { return tools.files.details(urls); });
     ScanResult result;
     result.index = PhotoIndex(std::span<FileUrl const>(urls), tools.textOrder);
-    auto const details = asked.get();
-    if (!std::ranges::all_of(details, isPhoto))
-        result.index.removeIf([&](std::size_t i) { return !isPhoto(details[i]); });
-    result.items = photosOf(std::move(urls), details);
+    // Without a free thread they are looked at below, after their names were told.
+    auto looking = std::async([&] { return lookAt(urls, tools.files); });
+    if (tellNames && collector.areFiles()
+        && looking.wait_for(patience) != std::future_status::ready)
+        tellNames(namesAlone(urls, result.index));
+    auto looks = looking.get();
+    result.items = std::move(looks.items);
+    if (!looks.goneAt.empty()) {
+        std::vector<bool> isGone(urls.size());
+        for (auto const at : looks.goneAt) {
+            isGone[at] = true;
+            result.gone.push_back(urls[at]);
+        }
+        result.index.removeIf([&](std::size_t i) { return isGone[i]; });
+    }
     return result;
 }
 

@@ -3,7 +3,9 @@
 #include "support/FakeFileSystem.h"
 #include "support/FakeImageTypes.h"
 #include "support/FakeTextOrder.h"
+#include <chrono>
 #include <doctest/doctest.h>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -228,4 +230,47 @@ TEST_CASE("a folder of a million photos comes back whole and in natural order")
     REQUIRE(found.size() == 11);
     CHECK(found.front().name() == "IMG_999999.jpg");
     CHECK(found.back().name() == "IMG_99999.jpg");
+}
+
+TEST_CASE("where the disk is slow, photos are told by name before it has told of each")
+{
+    Drive drive;
+    drive.files.addFile(FileUrl("/p/b.jpg"), 7, Timestamp(std::chrono::seconds(5)));
+    drive.file("/p/gone.jpg").file("/p/a.jpg");
+    drive.files.vanishing.insert(FileUrl("/p/gone.jpg"));
+    std::promise<void> told;
+    drive.files.afterDetails = [&] { told.get_future().wait(); };
+    ScanResult names;
+    auto const result
+        = scanFolders(drive.tools, std::vector { FileUrl("/p") }, false, [&](ScanResult found) {
+              names = std::move(found);
+              told.set_value();
+          });
+    CHECK(pathsOf(names.items) == Paths { "/p/b.jpg", "/p/gone.jpg", "/p/a.jpg" });
+    CHECK(names.items[0] == PhotoItem { FileUrl("/p/b.jpg") });
+    CHECK(pathsOf(names.index.visible(names.items, drive.order, "", SortKey::name, true))
+        == Paths { "/p/a.jpg", "/p/b.jpg", "/p/gone.jpg" });
+    CHECK(pathsOf(result.items) == Paths { "/p/b.jpg", "/p/a.jpg" });
+    CHECK(result.items[0].size == 7);
+    CHECK(result.gone == std::vector { FileUrl("/p/gone.jpg") });
+}
+
+TEST_CASE("what may be no file is not told before it was looked at")
+{
+    Drive drive;
+    drive.file("/p/a.jpg");
+    drive.files.tellsKinds = false;
+    std::promise<void> told;
+    drive.files.afterDetails = [&] {
+        // Longer than a scan waits before it tells the names of files.
+        told.get_future().wait_for(std::chrono::milliseconds(100));
+    };
+    bool areNamesTold = false;
+    auto const result
+        = scanFolders(drive.tools, std::vector { FileUrl("/p") }, false, [&](ScanResult const&) {
+              areNamesTold = true;
+              told.set_value();
+          });
+    CHECK_FALSE(areNamesTold);
+    CHECK(pathsOf(result.items) == Paths { "/p/a.jpg" });
 }

@@ -1,11 +1,12 @@
 #pragma once
 #include "ports/Background.h"
 #include <cstddef>
+#include <mutex>
 #include <vector>
 
 namespace pixelhain {
 
-/// Background work that waits until a test says which piece runs.
+/// Background work that waits until a test says which piece runs. Thread-safe.
 class FakeBackground final : public Background {
 public:
     FakeBackground();
@@ -13,7 +14,11 @@ public:
 
     void run(Priority priority, std::function<void()> work) override;
 
-    std::size_t pending() const { return pending_.size(); }
+    std::size_t pending() const
+    {
+        std::scoped_lock const guard(lock_);
+        return pending_.size();
+    }
 
     /// Runs the piece at `index` of those still pending.
     void finish(std::size_t index);
@@ -23,6 +28,7 @@ public:
     Priority lastPriority = Priority::utility;
 
 private:
+    mutable std::mutex lock_;
     std::vector<std::function<void()>> pending_;
 };
 

@@ -9,6 +9,13 @@ void FakeLoop::post(Work work)
 {
     std::scoped_lock const guard(lock_);
     posted_.push_back(std::move(work));
+    posting_.notify_all();
+}
+
+void FakeLoop::awaitPost()
+{
+    std::unique_lock guard(lock_);
+    posting_.wait(guard, [this] { return !posted_.empty(); });
 }
 
 Task FakeLoop::after(std::chrono::milliseconds delay, Work work)

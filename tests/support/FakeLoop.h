@@ -1,6 +1,7 @@
 #pragma once
 #include "ports/MainLoop.h"
 #include <chrono>
+#include <condition_variable>
 #include <deque>
 #include <map>
 #include <memory>
@@ -21,6 +22,9 @@ public:
     /// Runs what was posted, including what that posts in turn.
     void settle();
 
+    /// Waits until another thread has posted something.
+    void awaitPost();
+
     /// Lets time pass, firing every timer at its own moment.
     void advance(std::chrono::milliseconds by);
 
@@ -36,6 +40,7 @@ private:
     Work next();
 
     std::mutex lock_;
+    std::condition_variable posting_;
     std::chrono::milliseconds now_ { 0 };
     std::deque<Work> posted_;
     std::shared_ptr<Timers> timers_ = std::make_shared<Timers>();
