@@ -7,7 +7,10 @@
 #include <fcntl.h>
 #include <limits>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <system_error>
+#include <thread>
 
 namespace pixelhain {
 
@@ -90,6 +93,25 @@ private:
     Descriptor handle_;
 };
 
+// On threads that give way to whoever else wants to run: pictures, above all, whose names are
+// known.
+void runAside(std::size_t count, std::function<void()> const& work)
+{
+    constexpr int nice = 10;
+    std::vector<std::jthread> threads;
+    try {
+        while (threads.size() < count)
+            threads.emplace_back([&] {
+                ::setpriority(PRIO_PROCESS, 0, nice); // of this thread alone
+                work();
+            });
+    } catch (std::system_error const&) {
+        // At the limit of threads the ones that did start share the work.
+    }
+    if (threads.empty())
+        work();
+}
+
 bool isThere(FileUrl const& url, struct stat& status)
 {
     if (url.empty())
@@ -125,7 +147,11 @@ std::vector<std::optional<FileDetails>> PosixFileSystem::details(
             for (auto i = from; i < std::min(from + filesPerBlock, files.size()); ++i)
                 answers[i] = reader.read(files[i]);
     };
-    runOnThreads(threadsFor(files.size() / filesPerBlock, mostThreads), work);
+    auto const threads = threadsFor(files.size() / filesPerBlock, mostThreads);
+    if (threads > 1)
+        runAside(threads, work);
+    else
+        work();
     return answers;
 }
 
