@@ -1,5 +1,6 @@
 #include "codecs/BareJpeg.h"
 #include "codecs/ByteView.h"
+#include "codecs/JpegCode.h"
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -13,26 +14,9 @@ constexpr int mostScans = 64; // encoders write about 10
 constexpr int mostFill = 64; // bytes of 0xFF in front of a marker
 constexpr std::size_t pieceBytes = 16384;
 
-enum Marker : std::uint8_t {
-    baseline = 0xC0,
-    progressive = 0xC2,
-    huffmanTables = 0xC4,
-    restart0 = 0xD0,
-    restart7 = 0xD7,
-    start = 0xD8,
-    end = 0xD9,
-    scan = 0xDA,
-    quantization = 0xDB,
-    restartInterval = 0xDD,
-    application0 = 0xE0,
-    adobe = 0xEE,
-    application15 = 0xEF,
-    comment = 0xFE,
-};
-
 // Says that three components are YCbCr, whatever other headers were left out.
-constexpr std::array<std::uint8_t, 20> opening { 0xFF, start, 0xFF, application0, 0, 16, 'J', 'F',
-    'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0 };
+constexpr std::array<std::uint8_t, 20> opening { 0xFF, JpegCode::startOfImage, 0xFF,
+    JpegCode::application0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0 };
 
 bool isQuantization(ByteSpan tables)
 {
@@ -74,13 +58,13 @@ public:
 
     std::optional<BareJpeg> run()
     {
-        if (nextMarker() != start)
+        if (nextMarker() != JpegCode::startOfImage)
             return {};
         for (int i = 0; i < mostSegments; ++i) {
             auto const marker = nextMarker();
             if (!marker)
                 return {};
-            if (*marker == end)
+            if (*marker == JpegCode::endOfImage)
                 return finish();
             if (!takeSegment(*marker))
                 return {};
@@ -111,15 +95,15 @@ private:
         auto const contents = offset_ + head.size();
         auto const length = std::size_t { bigEndian16(head.data()) } - head.size();
         offset_ = contents + length;
-        if (marker == comment || (marker >= application0 && marker <= application15))
-            return marker != adobe || takeAdobe(bytesAt(bytes_, contents, 12));
+        if (JpegCode::isNote(marker))
+            return marker != JpegCode::application14 || takeAdobe(bytesAt(bytes_, contents, 12));
         if (jpeg_.bytes.size() + length > mostBytes_)
             return false;
         auto const segment = bytesAt(bytes_, contents, length);
         if (segment.size() != length || !isSound(marker, segment))
             return false;
         return keep(std::array<std::uint8_t, 4> { 0xFF, marker, head[0], head[1] }) && keep(segment)
-            && (marker != scan || takeCodedPixels());
+            && (marker != JpegCode::startOfScan || takeCodedPixels());
     }
 
     // Its last byte says what the components are.
@@ -135,16 +119,16 @@ private:
     bool isSound(std::uint8_t marker, ByteSpan segment)
     {
         switch (marker) {
-        case quantization:
+        case JpegCode::quantizationTables:
             return isQuantization(segment);
-        case huffmanTables:
+        case JpegCode::huffmanTables:
             return isHuffman(segment);
-        case restartInterval:
+        case JpegCode::restartInterval:
             return segment.size() == 2;
-        case baseline:
-        case progressive:
+        case JpegCode::baselineFrame:
+        case JpegCode::progressiveFrame:
             return takeFrame(marker, segment);
-        case scan:
+        case JpegCode::startOfScan:
             return isScan(segment);
         default:
             return false;
@@ -187,7 +171,7 @@ private:
                 || (head[2 + 2 * i] & 0xCCU) != 0)
                 return false;
         auto const band = head.last(3);
-        if (frame_ != progressive)
+        if (frame_ != JpegCode::progressiveFrame)
             return band[0] == 0 && band[1] == 63 && band[2] == 0;
         return band[0] <= band[1] && band[1] <= 63 && (band[2] >> 4U) <= 13
             && (band[2] & 15U) <= 13;
@@ -204,7 +188,8 @@ private:
                 auto const next = piece[at + 1];
                 if (piece[at] != 0xFF)
                     ++at;
-                else if (next == 0 || (next >= restart0 && next <= restart7))
+                else if (next == 0
+                    || (next >= JpegCode::firstRestart && next <= JpegCode::lastRestart))
                     at += 2;
                 else
                     isEnd = true;
@@ -231,7 +216,7 @@ private:
     {
         if (scans_ == 0 || (isOtherColors_ && !jpeg_.isGrey))
             return {};
-        jpeg_.bytes.insert(jpeg_.bytes.end(), { 0xFF, end });
+        jpeg_.bytes.insert(jpeg_.bytes.end(), { 0xFF, JpegCode::endOfImage });
         return std::move(jpeg_);
     }
 

@@ -1,6 +1,7 @@
 #include "codecs/JpegHeader.h"
 #include "codecs/ByteView.h"
 #include "codecs/DecodeLimits.h"
+#include "codecs/JpegCode.h"
 #include <algorithm>
 #include <array>
 
@@ -26,16 +27,6 @@ struct ProfilePart {
     ByteRange range;
 };
 
-bool isFrame(std::uint8_t marker)
-{
-    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-}
-
-bool standsAlone(std::uint8_t marker)
-{
-    return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
-}
-
 // The segment whose marker is the first at or after `offset`; bytes between segments are
 // skipped as decoders do, and added to `stray`.
 std::optional<Segment> nextSegment(ByteSource const& bytes, std::uint64_t offset, int& stray)
@@ -47,12 +38,12 @@ std::optional<Segment> nextSegment(ByteSource const& bytes, std::uint64_t offset
             return {};
         if (head[0] != 0xFF || head[1] == 0xFF || head[1] == 0)
             continue;
-        if (standsAlone(head[1])) {
+        if (JpegCode::standsAlone(head[1])) {
             ++offset;
             continue;
         }
         auto const length = bigEndian16(head.data() + 2);
-        if (got < 4 || head[1] == 0xD9 || length < 2)
+        if (got < 4 || head[1] == JpegCode::endOfImage || length < 2)
             return {};
         return Segment { head[1], offset + 4, std::uint64_t { length } - 2 };
     }
@@ -69,7 +60,8 @@ void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHe
         std::span(start).first(
             static_cast<std::size_t>(std::min<std::uint64_t>(segment.length, start.size()))));
     auto const known = ByteSpan(start).first(got);
-    if (segment.marker == 0xE1 && startsWith(known, "Exif\0") && known.size() > 6) {
+    if (segment.marker == JpegCode::application1 && startsWith(known, "Exif\0")
+        && known.size() > 6) {
         constexpr std::uint64_t skip = 6;
         ByteRange const block { segment.offset + skip, segment.length - skip };
         if (header.exifBlocks.size() < mostBlocks)
@@ -78,13 +70,14 @@ void takeApplicationData(ByteSource const& bytes, Segment const& segment, JpegHe
             header.exif = block;
             header.traits.exif = readExif(bytes, header.exif->offset, header.exif->length);
         }
-    } else if (segment.marker == 0xE1 && startsWith(known, "http://ns.adobe.com/xap/1.0/\0")) {
+    } else if (segment.marker == JpegCode::application1
+        && startsWith(known, "http://ns.adobe.com/xap/1.0/\0")) {
         if (header.packets.size() < mostBlocks)
             header.packets.push_back({ segment.offset + packetHead, segment.length - packetHead });
-    } else if (segment.marker == 0xE2 && startsWith(known, "MPF\0")) {
+    } else if (segment.marker == JpegCode::application2 && startsWith(known, "MPF\0")) {
         if (++blocks <= mostBlocks)
             header.traits.pictures = readMultiPictureIndex(bytes, segment.offset + 4);
-    } else if (segment.marker == 0xE2 && startsWith(known, "ICC_PROFILE\0")
+    } else if (segment.marker == JpegCode::application2 && startsWith(known, "ICC_PROFILE\0")
         && known.size() >= profileHead) {
         parts.push_back({ start[12], start[13],
             { segment.offset + profileHead, segment.length - profileHead } });
@@ -115,11 +108,12 @@ std::optional<JpegHeader> readJpegHeader(ByteSource const& bytes)
     std::size_t blocks = 0;
     for (int i = 0; i < mostSegments; ++i) {
         auto const segment = nextSegment(bytes, offset, stray);
-        if (!segment || segment->marker == 0xDA)
+        if (!segment || segment->marker == JpegCode::startOfScan)
             break;
-        if (segment->marker == 0xE1 || segment->marker == 0xE2) {
+        if (segment->marker == JpegCode::application1
+            || segment->marker == JpegCode::application2) {
             takeApplicationData(bytes, *segment, header, parts, blocks);
-        } else if (isFrame(segment->marker) && header.traits.size == PixelSize {}) {
+        } else if (JpegCode::isFrame(segment->marker) && header.traits.size == PixelSize {}) {
             std::array<std::uint8_t, 5> frame {};
             if (bytes.readAt(segment->offset, frame) != frame.size())
                 break;

@@ -1,4 +1,5 @@
 #include "codecs/JpegMarkers.h"
+#include "codecs/JpegCode.h"
 #include <algorithm>
 
 namespace pixelhain {
@@ -9,25 +10,10 @@ constexpr int mostSegments = 8192;
 constexpr int mostFill = 1024; // bytes of 0xFF in front of markers, in the whole file
 constexpr int mostBlocks = 10; // of a unit that holds several components
 
-enum Marker : std::uint8_t {
-    baseline = 0xC0,
-    extended = 0xC1,
-    progressive = 0xC2,
-    huffmanCodes = 0xC4,
-    startOfImage = 0xD8,
-    endOfImage = 0xD9,
-    startOfScan = 0xDA,
-    quantizationTables = 0xDB,
-    restarts = 0xDD,
-    application0 = 0xE0,
-    application14 = 0xEE,
-    application15 = 0xEF,
-    comment = 0xFE,
-};
-
 bool isFrame(std::uint8_t marker)
 {
-    return marker == baseline || marker == extended || marker == progressive;
+    return marker == JpegCode::baselineFrame || marker == JpegCode::extendedFrame
+        || marker == JpegCode::progressiveFrame;
 }
 
 } // namespace
@@ -41,13 +27,13 @@ std::optional<JpegMarkers::Segment> JpegMarkers::segmentAt(std::uint64_t offset)
     for (; fill_ < mostFill; ++fill_, ++offset) {
         auto const got = bytes_.readAt(offset, head);
         if (got < 2)
-            return Segment { endOfImage, offset, 0 };
+            return Segment { JpegCode::endOfImage, offset, 0 };
         if (head[0] != 0xFF)
             return {};
         if (head[1] == 0xFF)
             continue;
-        if (head[1] == endOfImage)
-            return Segment { endOfImage, offset + 2, 0 };
+        if (head[1] == JpegCode::endOfImage)
+            return Segment { JpegCode::endOfImage, offset + 2, 0 };
         auto const length = std::size_t { bigEndian16(head.data() + 2) };
         if (got < head.size() || length < 2)
             return {};
@@ -59,11 +45,12 @@ std::optional<JpegMarkers::Segment> JpegMarkers::segmentAt(std::uint64_t offset)
 bool JpegMarkers::readFrame()
 {
     std::array<std::uint8_t, 2> head {};
-    if (bytes_.readAt(0, head) != head.size() || head[0] != 0xFF || head[1] != startOfImage)
+    if (bytes_.readAt(0, head) != head.size() || head[0] != 0xFF
+        || head[1] != JpegCode::startOfImage)
         return false;
     for (std::uint64_t offset = head.size();;) {
         auto const segment = segmentAt(offset);
-        if (!segment || segment->marker == startOfScan || !take(*segment))
+        if (!segment || segment->marker == JpegCode::startOfScan || !take(*segment))
             return false;
         offset = segment->contents + segment->length;
         behindFrame_ = offset;
@@ -78,11 +65,11 @@ JpegMarkers::Stop JpegMarkers::next(std::uint64_t offset)
         auto const segment = segmentAt(offset);
         if (!segment)
             return Stop::foreign;
-        if (segment->marker == endOfImage)
+        if (segment->marker == JpegCode::endOfImage)
             return Stop::end;
         if (!take(*segment))
             return Stop::foreign;
-        if (segment->marker == startOfScan)
+        if (segment->marker == JpegCode::startOfScan)
             return Stop::scan;
         offset = segment->contents + segment->length;
     }
@@ -91,7 +78,7 @@ JpegMarkers::Stop JpegMarkers::next(std::uint64_t offset)
 bool JpegMarkers::take(Segment const& segment)
 {
     auto const marker = segment.marker;
-    if (marker == comment || (marker >= application0 && marker <= application15)) {
+    if (JpegCode::isNote(marker)) {
         constexpr std::size_t telling = 14;
         takeApplicationData(
             marker, bytesAt(bytes_, segment.contents, std::min(segment.length, telling)));
@@ -101,20 +88,20 @@ bool JpegMarkers::take(Segment const& segment)
     if (contents.size() != segment.length)
         return false;
     switch (marker) {
-    case quantizationTables:
+    case JpegCode::quantizationTables:
         return takeQuantizations(contents);
-    case huffmanCodes:
+    case JpegCode::huffmanTables:
         return takeCodes(contents);
-    case restarts:
+    case JpegCode::restartInterval:
         if (contents.size() != 2)
             return false;
         restartInterval_ = bigEndian16(contents.data());
         return true;
-    case baseline:
-    case extended:
-    case progressive:
-        return takeFrame(marker == progressive, contents);
-    case startOfScan:
+    case JpegCode::baselineFrame:
+    case JpegCode::extendedFrame:
+    case JpegCode::progressiveFrame:
+        return takeFrame(marker == JpegCode::progressiveFrame, contents);
+    case JpegCode::startOfScan:
         return takeScan(contents, segment.contents + segment.length);
     default:
         return false;
@@ -227,9 +214,11 @@ void JpegMarkers::takeApplicationData(std::uint8_t marker, ByteSpan contents)
 {
     constexpr std::size_t jfifBytes = 14;
     constexpr std::size_t adobeBytes = 12;
-    if (marker == application0 && contents.size() >= jfifBytes && startsWith(contents, "JFIF\0"))
+    if (marker == JpegCode::application0 && contents.size() >= jfifBytes
+        && startsWith(contents, "JFIF\0"))
         hasJfif_ = true;
-    if (marker == application14 && contents.size() >= adobeBytes && startsWith(contents, "Adobe"))
+    if (marker == JpegCode::application14 && contents.size() >= adobeBytes
+        && startsWith(contents, "Adobe"))
         adobe_ = contents[adobeBytes - 1];
 }
 
