@@ -74,6 +74,13 @@ class ReleaseTest(unittest.TestCase):
                 self.assertEqual(self.git("tag"), "")
                 self.checkout.write(name, before)
 
+    def test_changes_without_a_version_are_not_released(self):
+        log = self.checkout.root / "CHANGELOG.md"
+        text = log.read_text(encoding="utf-8")
+        self.checkout.write("CHANGELOG.md", text.replace("## 1.2.3", "## Unreleased\n\n- Mehr\n\n## 1.2.3"))
+        self.commit()
+        self.assert_refused("CHANGELOG.md begins with Unreleased")
+
     def test_it_takes_no_arguments(self):
         self.assertEqual(self.release("v2").returncode, 2)
         self.assertEqual(self.git("tag"), "")
