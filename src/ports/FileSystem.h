@@ -34,7 +34,8 @@ public:
     [[nodiscard]] virtual bool list(FileUrl const& folder, EntryVisitor const& visit) const = 0;
 
     /// Kind, modification date and size of each file, links not followed, on as many threads as
-    /// pay; nothing where a file vanished or cannot be looked at. Same order as `files`.
+    /// pay, which give way to others where there are many files; nothing where a file vanished or
+    /// cannot be looked at. Same order as `files`.
     [[nodiscard]] virtual std::vector<std::optional<FileDetails>> details(
         std::span<FileUrl const> files) const = 0;
 

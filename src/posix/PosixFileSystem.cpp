@@ -97,12 +97,13 @@ private:
 // known.
 void runAside(std::size_t count, std::function<void()> const& work)
 {
-    constexpr int nice = 10;
+    constexpr int nice = 10; // more than the program's own
+    auto const own = ::getpriority(PRIO_PROCESS, 0);
     std::vector<std::jthread> threads;
     try {
         while (threads.size() < count)
             threads.emplace_back([&] {
-                ::setpriority(PRIO_PROCESS, 0, nice); // of this thread alone
+                ::setpriority(PRIO_PROCESS, 0, own + nice); // of this thread alone
                 work();
             });
     } catch (std::system_error const&) {
