@@ -36,8 +36,8 @@ public:
         std::atomic<std::size_t> next = 0;
         runOnThreads(threadsFor(blocks_.size(), mostThreads), [&] {
             for (auto i = next.fetch_add(1); i < blocks_.size(); i = next.fetch_add(1))
-                for (auto at = i * blockSize; at < std::min((i + 1) * blockSize, count); ++at)
-                    blocks_[i].add(nameOf(pathAt(at)), order);
+                blocks_[i]
+                    = Block(i * blockSize, std::min((i + 1) * blockSize, count), pathAt, order);
         });
     }
 
@@ -55,10 +55,14 @@ private:
 
     class Block {
     public:
-        void add(std::string_view name, TextOrder const& order)
+        Block() = default;
+        Block(std::size_t from, std::size_t to, PathAt const& pathAt, TextOrder const& order)
         {
-            order.appendSortKey(name, bytes_);
-            ends_.push_back(bytes_.size());
+            ends_.reserve(to - from);
+            for (auto at = from; at < to; ++at) {
+                order.appendSortKey(nameOf(pathAt(at)), bytes_);
+                ends_.push_back(bytes_.size());
+            }
         }
         std::string_view of(std::size_t i) const
         {
