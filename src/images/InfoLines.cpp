@@ -125,7 +125,8 @@ std::vector<std::string> infoLines(PhotoItem const& item,
 {
     auto const known = properties.value_or(PhotoProperties {});
     std::string sizes = known.pixelSize ? resolution(*known.pixelSize) : std::string();
-    append(sizes, formats.byteCount(item.size));
+    if (!item.isKnownByName())
+        append(sizes, formats.byteCount(item.size));
     std::vector<std::string> lines { displayText(item.name()), std::move(sizes),
         date(item, known, formats), camera(known), lens(known), exposure(known) };
     lines.erase(std::remove(lines.begin() + 1, lines.end(), std::string()), lines.end());

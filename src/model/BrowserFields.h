@@ -37,7 +37,7 @@ public:
     Field<ViewerTransition> viewerTransition { *this, ViewerTransition::none };
     Field<bool> isSlideshow { *this, false };
     Field<bool> isSlideshowPaused { *this, false };
-    Field<bool> isLoading { *this, false }; ///< a scan is under way
+    Field<bool> isLoading { *this, false }; ///< a scan has nothing to show yet
     /// A long list is being searched or ordered, for longer than a moment.
     Field<bool> isSearching { *this, false };
     Field<bool> canUndoTrash { *this, false };

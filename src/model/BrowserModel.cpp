@@ -92,7 +92,8 @@ std::vector<PhotoItem> BrowserModel::showItems(
 
 std::optional<std::size_t> BrowserModel::placeOf(PhotoItem const& photo) const
 {
-    return placeInOrder(*items, photo, photos_.shown(), ports_.textOrder);
+    auto const found = placeInOrder(*items, photo, photos_.shown(), ports_.textOrder);
+    return found || !photo.isKnownByName() ? found : indexOf(photo.url);
 }
 
 std::optional<std::size_t> BrowserModel::indexOf(std::optional<FileUrl> const& url) const

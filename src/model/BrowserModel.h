@@ -24,7 +24,7 @@ public:
     explicit BrowserModel(Ports const& ports);
     ~BrowserModel();
 
-    /// The last accepted scan, unfiltered and unsorted.
+    /// The last scan, unfiltered and unsorted.
     std::vector<PhotoItem> const& allItems() const { return photos_.photos(); }
     std::string windowTitle() const;
 
@@ -46,7 +46,8 @@ public:
     void refreshTree(); ///< the sidebar's folders and counts; the gallery stays as it is
     bool canGoUp() const;
     void showParentFolder(); ///< as the root; the shown folders stay
-    /// Where in `items` a photo stands, as far as what it is ordered by tells. Quick.
+    /// Where in `items` a photo stands, as far as what it is ordered by tells. Quick, but for one
+    /// of which nothing but the name was known when it was taken from there.
     std::optional<std::size_t> placeOf(PhotoItem const& photo) const;
     ViewChoice const& shownChoice() const { return photos_.shown(); } ///< made `items` what it is
     void applyFilter(); ///< derives `items` anew; those of a very long list come later

@@ -51,7 +51,6 @@ struct BrowserModel::ScanSteps {
     void accept(ScanAnswer answer) const;
     void deriveAgain(ScanAnswer answer) const;
     void show(ScanAnswer answer) const;
-    void complete(ScanAnswer answer) const;
 };
 
 // A scan does in the background whatever costs time for many photos: it also orders them, derives
@@ -67,7 +66,7 @@ void BrowserModel::startScan()
     isScanUnderWay_ = true;
     areNamesShown_ = false;
     isLoading = true;
-    ScanAnswer const seen { scanGeneration_, viewChoice(), selection.get(), {}, {}, {}, {} };
+    ScanAnswer seen { scanGeneration_, viewChoice(), selection.get(), {}, {}, {}, {} };
     bool const wantsNames = seen.choice.sortKey == SortKey::name && allItems().empty();
     auto const tell = [this, alive = std::weak_ptr(alive_), &loop = ports_.loop](
                           std::shared_ptr<ScanAnswer> names) {
@@ -76,21 +75,22 @@ void BrowserModel::startScan()
                 ScanSteps { *this }.acceptNames(std::move(*names));
         });
     };
-    auto const scan = [seen, tell, wantsNames, photoTest = photoTest_, &files = ports_.files,
-                          &order = ports_.textOrder, places = folders.get(),
-                          recursive = includeSubfolders.get()] {
-        TellNames const tellNames = [&](ScanResult found) {
-            auto names = std::make_shared<ScanAnswer>(seen);
-            names->take(std::move(found), PhotoList::Known::names, order);
-            tell(std::move(names));
-        };
-        auto answer = seen;
-        answer.take(scanFolders({ files, *photoTest, order }, places, recursive,
-                        wantsNames ? tellNames : nullptr),
-            PhotoList::Known::details, order);
-        return answer;
-    };
-    scanTask_ = runThen(ports_.background, ports_.loop, Priority::userInitiated, scan,
+    auto scan
+        = [seen = std::move(seen), tell, wantsNames, photoTest = photoTest_, &files = ports_.files,
+              &order = ports_.textOrder, patience = ports_.scanPatience, places = folders.get(),
+              recursive = includeSubfolders.get()] {
+              TellNames const tellNames = [&](ScanResult found) {
+                  auto names = std::make_shared<ScanAnswer>(seen);
+                  names->take(std::move(found), PhotoList::Known::names, order);
+                  tell(std::move(names));
+              };
+              auto answer = seen;
+              answer.take(scanFolders({ files, *photoTest, order, patience }, places, recursive,
+                              wantsNames ? tellNames : nullptr),
+                  PhotoList::Known::details, order);
+              return answer;
+          };
+    scanTask_ = runThen(ports_.background, ports_.loop, Priority::userInitiated, std::move(scan),
         [this](ScanAnswer answer) { ScanSteps { *this }.accept(std::move(answer)); });
 }
 
@@ -133,10 +133,14 @@ void BrowserModel::ScanSteps::accept(ScanAnswer answer) const
         answer.visible = answer.found->visible(choice, model.ports_.textOrder);
     }
     // The scan may have seen photos that have been taken away since.
-    answer.takeOut(std::exchange(model.removedWhileScanning_, {}));
+    auto const removed = std::exchange(model.removedWhileScanning_, {});
+    answer.takeOut(removed);
     model.isScanUnderWay_ = false;
-    if (model.areNamesShown_)
-        complete(std::move(answer));
+    // What others took away is no choice of the user's: nothing moves on to its neighbours.
+    bool const isWhole = std::ranges::all_of(
+        answer.gone, [&](FileUrl const& url) { return removed.contains(url); });
+    if (model.areNamesShown_ && isWhole)
+        model.photos_.complete(std::move(answer.found), answer.choice, std::move(answer.visible));
     else
         show(std::move(answer));
 }
@@ -154,12 +158,6 @@ void BrowserModel::ScanSteps::show(ScanAnswer answer) const
     if (auto const file = std::exchange(model.pendingFileToShow_, std::nullopt))
         if (auto const index = model.indexOf(file))
             model.openViewer(*index);
-}
-
-void BrowserModel::ScanSteps::complete(ScanAnswer answer) const
-{
-    model.removeItems(UrlSet(answer.gone.begin(), answer.gone.end()));
-    model.photos_.complete(std::move(answer.found), answer.choice, std::move(answer.visible));
 }
 
 } // namespace pixelhain

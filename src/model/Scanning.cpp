@@ -4,7 +4,6 @@
 #include "model/PhotoTest.h"
 #include "ports/FileSystem.h"
 #include <algorithm>
-#include <chrono>
 #include <future>
 #include <iterator>
 #include <optional>
@@ -14,12 +13,6 @@
 namespace pixelhain {
 
 namespace {
-
-using namespace std::chrono_literals;
-
-// Disks that have it all in memory answer for a thousand files meanwhile; nobody sees so short a
-// wait.
-constexpr auto patience = 5ms;
 
 // So many files are asked about at a time; what is answered takes as much memory as they do.
 constexpr std::size_t filesPerQuestion = 65'536;
@@ -143,7 +136,7 @@ ScanResult namesAlone(std::span<FileUrl const> urls, PhotoIndex const& index)
     names.index = index;
     names.items.reserve(urls.size());
     for (auto const& url : urls)
-        names.items.push_back({ url });
+        names.items.push_back({ url, distantPast, PhotoItem::notYetKnown });
     return names;
 }
 
@@ -183,12 +176,13 @@ ScanResult scanFolders(ScanTools const& tools, std::span<FileUrl const> folders,
     if (mayOverlap(folders))
         dropRepeated(urls);
 
+    // Order needs names only, so it is found while the file system is asked for the rest. Without a
+    // free thread the question is asked below, after the names were told.
+    auto looking = std::async([&] { return lookAt(urls, tools.files); });
     ScanResult result;
     result.index = PhotoIndex(std::span<FileUrl const>(urls), tools.textOrder);
-    // Without a free thread they are looked at below, after their names were told.
-    auto looking = std::async([&] { return lookAt(urls, tools.files); });
     if (tellNames && collector.areFiles()
-        && looking.wait_for(patience) != std::future_status::ready)
+        && looking.wait_for(tools.patience) != std::future_status::ready)
         tellNames(namesAlone(urls, result.index));
     auto looks = looking.get();
     result.items = std::move(looks.items);

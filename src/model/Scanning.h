@@ -1,6 +1,7 @@
 #pragma once
 #include "model/PhotoIndex.h"
 #include "model/PhotoItem.h"
+#include <chrono>
 #include <functional>
 #include <span>
 #include <vector>
@@ -16,6 +17,7 @@ struct ScanTools {
     FileSystem const& files;
     PhotoTest& photoTest;
     TextOrder const& textOrder;
+    std::chrono::milliseconds patience { 0 }; ///< before names are told
 };
 
 /// The photos of several folders, and the order of their names.
@@ -26,7 +28,7 @@ struct ScanResult {
 };
 
 /// Hears of a scan's photos before the file system was asked about each of them: all are there, in
-/// the same order, those of `gone` too, without date and size.
+/// the same order, those of `gone` too, known by name alone.
 using TellNames = std::function<void(ScanResult names)>;
 
 /// Lists one folder, unsorted, as the file system yields it; with `recursive` what lies beneath it
@@ -35,8 +37,8 @@ std::vector<PhotoItem> scanFolder(ScanTools const& tools, FileUrl const& folder,
 
 /// The scans of several folders one after the other, each photo once, where it was first met.
 /// Runs off the main thread. Items are unsorted; the index knows their order. Where looking at the
-/// photos takes longer than a moment and their listing alone says that they are files, `tellNames`
-/// is called first, on the same thread, once.
+/// photos takes longer than `patience` and their listing alone says that they are files,
+/// `tellNames` is called first, on the same thread, once.
 ScanResult scanFolders(ScanTools const& tools, std::span<FileUrl const> folders, bool recursive,
     TellNames const& tellNames = nullptr);
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <chrono>
 
 namespace pixelhain {
 
@@ -35,6 +36,9 @@ struct Ports {
     RandomSource& random;
     /// Absent where changes are not reported; nothing is watched then.
     FolderEvents* folderEvents = nullptr;
+    /// Photos are shown by name alone where the disk takes longer to tell of each. Nobody sees so
+    /// short a wait, in which one that has it all in memory answers for a thousand files.
+    std::chrono::milliseconds scanPatience { 5 };
 };
 
 } // namespace pixelhain

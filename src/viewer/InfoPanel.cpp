@@ -17,8 +17,10 @@ void InfoPanel::show(PhotoItem const& item)
 {
     if (item_ == item)
         return;
+    // Of the same photo more is known; until the lines are there, the old ones are true.
+    if (!item_ || item_->url != item.url)
+        lines_.clear();
     item_ = item;
-    lines_.clear();
     reading_ = runThen(
         background_, loop_, Priority::userInitiated,
         [source = source_, item] { return source(item); },

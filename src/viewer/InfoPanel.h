@@ -33,7 +33,8 @@ public:
     InfoPanel(InfoLineSource source, Background& background, MainLoop& loop,
         std::function<void()> changed);
 
-    /// Shows the lines of another photo; the same again does nothing.
+    /// Shows the lines of another photo; the same again does nothing, and one of
+    /// which more is known keeps its lines until the new ones are there.
     void show(PhotoItem const& item);
 
     /// The panel goes off the screen; the next time it begins empty.

@@ -71,6 +71,15 @@ TEST_CASE("a file without properties has its name, its size and its date")
     CHECK(linesOf({}) == three);
 }
 
+TEST_CASE("what the disk has not told of a file is not shown, an empty file is")
+{
+    PhotoItem file { item.url, distantPast, PhotoItem::notYetKnown };
+    CHECK(infoLines(file, std::nullopt, FakeTextFormats()) == Lines { "IMG_1.jpg" });
+    file = { item.url, item.date, 0 };
+    CHECK(infoLines(file, std::nullopt, FakeTextFormats())
+        == Lines { "IMG_1.jpg", "0 B", "Geändert: second 1000" });
+}
+
 TEST_CASE("megapixels have one decimal")
 {
     auto const second = [](PixelSize size) {

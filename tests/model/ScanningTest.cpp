@@ -247,11 +247,13 @@ TEST_CASE("where the disk is slow, photos are told by name before it has told of
               told.set_value();
           });
     CHECK(pathsOf(names.items) == Paths { "/p/b.jpg", "/p/gone.jpg", "/p/a.jpg" });
-    CHECK(names.items[0] == PhotoItem { FileUrl("/p/b.jpg") });
+    CHECK(names.items[0].isKnownByName());
+    CHECK(names.items[0].date == distantPast);
     CHECK(pathsOf(names.index.visible(names.items, drive.order, "", SortKey::name, true))
         == Paths { "/p/a.jpg", "/p/b.jpg", "/p/gone.jpg" });
     CHECK(pathsOf(result.items) == Paths { "/p/b.jpg", "/p/a.jpg" });
     CHECK(result.items[0].size == 7);
+    CHECK_FALSE(result.items[0].isKnownByName());
     CHECK(result.gone == std::vector { FileUrl("/p/gone.jpg") });
 }
 
@@ -260,17 +262,21 @@ TEST_CASE("what may be no file is not told before it was looked at")
     Drive drive;
     drive.file("/p/a.jpg");
     drive.files.tellsKinds = false;
-    std::promise<void> told;
-    drive.files.afterDetails = [&] {
-        // Longer than a scan waits before it tells the names of files.
-        told.get_future().wait_for(std::chrono::milliseconds(100));
-    };
     bool areNamesTold = false;
-    auto const result
-        = scanFolders(drive.tools, std::vector { FileUrl("/p") }, false, [&](ScanResult const&) {
-              areNamesTold = true;
-              told.set_value();
-          });
+    auto const result = scanFolders(drive.tools, std::vector { FileUrl("/p") }, false,
+        [&](ScanResult const&) { areNamesTold = true; });
+    CHECK_FALSE(areNamesTold);
+    CHECK(pathsOf(result.items) == Paths { "/p/a.jpg" });
+}
+
+TEST_CASE("who has patience hears of names and all that is known at once")
+{
+    Drive drive;
+    drive.file("/p/a.jpg");
+    drive.tools.patience = std::chrono::hours(24);
+    bool areNamesTold = false;
+    auto const result = scanFolders(drive.tools, std::vector { FileUrl("/p") }, false,
+        [&](ScanResult const&) { areNamesTold = true; });
     CHECK_FALSE(areNamesTold);
     CHECK(pathsOf(result.items) == Paths { "/p/a.jpg" });
 }

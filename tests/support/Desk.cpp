@@ -14,8 +14,9 @@ Desk::~Desk() = default;
 void Desk::start()
 {
     browser.reset();
-    browser.emplace(Ports { loop, background, files, preferences, textOrder, imageTypes, panels,
-        operations, clipboard, workspace, prefetch, screenAwake, random, &folderEvents });
+    browser.emplace(
+        Ports { loop, background, files, preferences, textOrder, imageTypes, panels, operations,
+            clipboard, workspace, prefetch, screenAwake, random, &folderEvents, scanPatience });
     browser->setWindow(&window);
     loop.settle();
 }

@@ -17,6 +17,7 @@
 #include "support/FakeScreenAwake.h"
 #include "support/FakeTextOrder.h"
 #include "support/FakeWorkspace.h"
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,6 +42,7 @@ struct Desk {
     FakeRandomSource random;
     FakeFolderEvents folderEvents;
     FakeMainWindow window;
+    std::chrono::milliseconds scanPatience = std::chrono::hours(24); ///< of a program begun later
     std::optional<BrowserModel> browser;
 
     Desk();

@@ -12,6 +12,12 @@ void FakeLoop::post(Work work)
     posting_.notify_all();
 }
 
+std::size_t FakeLoop::pending()
+{
+    std::scoped_lock const guard(lock_);
+    return posted_.size();
+}
+
 void FakeLoop::awaitPost()
 {
     std::unique_lock guard(lock_);

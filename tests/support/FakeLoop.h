@@ -22,6 +22,9 @@ public:
     /// Runs what was posted, including what that posts in turn.
     void settle();
 
+    /// What was posted and has not run.
+    std::size_t pending();
+
     /// Waits until another thread has posted something.
     void awaitPost();
 

@@ -62,6 +62,19 @@ TEST_CASE("lines are read again for another photo, and when the panel comes back
     CHECK(p.reads == 3);
 }
 
+TEST_CASE("lines stay until there are new ones when more is known of the same photo")
+{
+    Panel p;
+    auto known = photo("a.jpg");
+    p.panel.show(known);
+    p.settle();
+    known.size = 1;
+    p.panel.show(known);
+    CHECK(p.panel.lines() == Lines { "a.jpg" });
+    p.settle();
+    CHECK(p.reads == 2);
+}
+
 TEST_CASE("lines that come after the photo was left are dropped")
 {
     Panel p;

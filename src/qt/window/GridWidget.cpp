@@ -88,6 +88,7 @@ void GridWidget::layOut()
     auto const held = first_ && top_ > 0 ? services_.model.placeOf(first_->photo) : std::nullopt;
     if (held) {
         first_->index = *held;
+        first_->photo = (*services_.model.items)[*held]; // more may be known of it by now
         top_ = view_.layout().cell(*held).y - first_->offset;
     }
     top_ = view_.layout().clampedScroll(top_, viewportHeight());
