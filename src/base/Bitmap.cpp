@@ -35,8 +35,7 @@ Bitmap Bitmap::allocate(PixelSize size, bool isOpaque)
     auto* memory = static_cast<std::byte*>(std::aligned_alloc(alignment, bytes));
     if (memory == nullptr)
         return {};
-    bitmap.pixels
-        = std::shared_ptr<std::byte>(memory, [](std::byte* pixels) { std::free(pixels); });
+    bitmap.pixels = std::shared_ptr<std::byte>(memory, [](std::byte* held) { std::free(held); });
     return bitmap;
 }
 

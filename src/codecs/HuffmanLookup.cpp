@@ -16,7 +16,7 @@ unsigned skipEntry(HuffmanLookup const& code, std::uint64_t bits)
         auto const found = code.find(bits << taken);
         if (found.bits == 0 || taken + found.bits > SkipTable::lookBits)
             break;
-        auto const zeros = found.symbol >> 4U;
+        unsigned const zeros = found.symbol >> 4U;
         auto const valueBits = found.symbol & 15;
         if (valueBits == 0 && zeros != 15) {
             taken += found.bits;
