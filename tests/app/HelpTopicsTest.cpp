@@ -76,11 +76,11 @@ TEST_CASE("every sentence of the manual stands as it was written")
 TEST_CASE("no mark of emphasis is left over in any sentence, and none is left out")
 {
     for (auto const& topic : helpTopics())
-        for (auto const& [part, words] : read(topic)) {
-            CAPTURE(words);
-            auto const read = inlineText(words);
+        for (auto const& sentence : read(topic)) {
+            CAPTURE(sentence.words);
+            auto const read = inlineText(sentence.words);
             CHECK(read.text.find('*') == std::string::npos);
-            CHECK(read.spans.empty() == (words.find('*') == std::string::npos));
+            CHECK(read.spans.empty() == (sentence.words.find('*') == std::string::npos));
         }
 }
 

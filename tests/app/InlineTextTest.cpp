@@ -36,9 +36,9 @@ struct Reading {
 
 void check(std::initializer_list<Reading> readings)
 {
-    for (auto const& [marked, expected] : readings) {
-        CAPTURE(marked);
-        CHECK(tagged(marked) == expected);
+    for (auto const& reading : readings) {
+        CAPTURE(reading.marked);
+        CHECK(tagged(reading.marked) == reading.tagged);
     }
 }
 

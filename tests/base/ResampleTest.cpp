@@ -96,10 +96,11 @@ TEST_CASE("every result is within one level of the exact filter")
         PixelSize from;
         PixelSize to;
     };
-    for (auto const& [from, to] : { Step { { 90, 62 }, { 41, 29 } }, Step { { 31, 17 }, { 31, 9 } },
+    for (auto const& step : { Step { { 90, 62 }, { 41, 29 } }, Step { { 31, 17 }, { 31, 9 } },
              Step { { 13, 11 }, { 40, 37 } }, Step { { 5, 4 }, { 1, 1 } } }) {
-        CAPTURE(from.width);
-        auto const picture = noise(from);
+        CAPTURE(step.from.width);
+        auto const to = step.to;
+        auto const picture = noise(step.from);
         auto const scaled = resampled(picture, to);
         double largest = 0;
         for (int y = 0; y < to.height; ++y) {
@@ -183,19 +184,19 @@ TEST_CASE("each orientation puts the stored top left corner where EXIF says")
     auto const stored = noise({ 37, 21 });
     auto const* first = stored.row(0);
     auto const* second = stored.row(0) + 4;
-    for (auto const& [orientation, right, bottom] :
-        { Corner { 1, false, false }, Corner { 2, true, false }, Corner { 3, true, true },
-            Corner { 4, false, true }, Corner { 5, false, false }, Corner { 6, true, false },
-            Corner { 7, true, true }, Corner { 8, false, true } }) {
+    for (auto const& corner : { Corner { 1, false, false }, Corner { 2, true, false },
+             Corner { 3, true, true }, Corner { 4, false, true }, Corner { 5, false, false },
+             Corner { 6, true, false }, Corner { 7, true, true }, Corner { 8, false, true } }) {
+        auto const orientation = corner.orientation;
         CAPTURE(orientation);
         auto const turned = upright(stored, orientation);
         auto const size = turned.size;
         REQUIRE(size == uprightSize(stored.size, orientation));
-        auto const x = right ? size.width - 1 : 0;
-        auto const y = bottom ? size.height - 1 : 0;
+        auto const x = corner.right ? size.width - 1 : 0;
+        auto const y = corner.bottom ? size.height - 1 : 0;
         CHECK(std::equal(first, first + 4, turned.row(y) + std::ptrdiff_t(x) * 4));
-        auto const nextX = isQuarterTurn(orientation) ? x : right ? x - 1 : x + 1;
-        auto const nextY = !isQuarterTurn(orientation) ? y : bottom ? y - 1 : y + 1;
+        auto const nextX = isQuarterTurn(orientation) ? x : corner.right ? x - 1 : x + 1;
+        auto const nextY = !isQuarterTurn(orientation) ? y : corner.bottom ? y - 1 : y + 1;
         CHECK(std::equal(second, second + 4, turned.row(nextY) + std::ptrdiff_t(nextX) * 4));
     }
 }

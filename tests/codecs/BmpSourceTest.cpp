@@ -11,10 +11,11 @@ TEST_CASE("BMPs of every kind come out with their size and colours")
         double tolerance;
     };
     auto const size = PixelSize { 75, 41 };
-    for (auto const& [kind, tolerance] : { Case { Kind::rgb24, 0.01 }, Case { Kind::rgbx32, 0.01 },
+    for (auto const& it : { Case { Kind::rgb24, 0.01 }, Case { Kind::rgbx32, 0.01 },
              Case { Kind::rgba32, 1 }, Case { Kind::rgb555, 5 }, Case { Kind::rgb565, 4 },
              Case { Kind::palette8, 20 }, Case { Kind::rle8, 20 }, Case { Kind::os2palette8, 20 },
              Case { Kind::palette4, 60 }, Case { Kind::rle4, 60 } }) {
+        auto const kind = it.kind;
         for (auto const isTopDown : { false, true }) {
             if (isTopDown && (kind == Kind::os2palette8))
                 continue;
@@ -31,7 +32,7 @@ TEST_CASE("BMPs of every kind come out with their size and colours")
             REQUIRE(whole);
             CHECK(whole->bitmap.size == size);
             CHECK(whole->bitmap.isOpaque != hasAlpha);
-            CHECK(meanDifference(whole->bitmap, pixels) <= tolerance);
+            CHECK(meanDifference(whole->bitmap, pixels) <= it.tolerance);
             auto const small = source->decode(30);
             REQUIRE(small);
             CHECK(small->bitmap.size == PixelSize { 30, 16 });

@@ -126,7 +126,7 @@ TEST_CASE("heaps within heaps come to an end")
     file.u32(2, 26);
     file.text(6, "HEAPCCDR");
     file.u16(100, 2);
-    for (std::size_t const at : { 102, 112 }) {
+    for (std::size_t const at : { 102U, 112U }) {
         file.u16(at, 0x300A);
         file.u32(at + 2, 200 - 26);
         file.u32(at + 6, 0);

@@ -38,13 +38,12 @@ TEST_CASE("a small JPEG 2000 picture is read at a coarser resolution")
     auto const pixels = sampleColors({ 400, 300 });
     auto const source = opened(writeJp2(pixels));
     REQUIRE(source);
-    for (auto const& [side, isReduced] : { std::pair { 390, false }, std::pair { 200, true },
-             std::pair { 90, true }, std::pair { 20, true } }) {
+    for (auto const side : { 390, 200, 90, 20 }) {
         CAPTURE(side);
         auto const image = source->decode(side);
         REQUIRE(image);
         CHECK(image->bitmap.size == PixelSize { side, (side * 3 + 2) / 4 });
-        CHECK(image->wasReduced == isReduced);
+        CHECK(image->wasReduced == (side <= 200));
         CHECK(meanDifference(image->bitmap, pixels) <= 6);
     }
 }

@@ -4,6 +4,8 @@
 #include "codecs/JpegMarkers.h"
 #include "codecs/JpegPixels.h"
 #include "support/LibraryJpeg.h"
+#include <algorithm>
+#include <array>
 #include <doctest/doctest.h>
 
 using namespace pixelhain;
@@ -251,9 +253,10 @@ TEST_CASE("a JPEG is looked through for markers behind a bounded number of bytes
     auto padded = plain;
     padded.insert(padded.begin() + 2, 600, 0xFF);
     CHECK(eighthFrom(padded));
-    auto const frame = std::ranges::search(padded, std::array<std::uint8_t, 2> { 0xFF, 0xC0 });
-    REQUIRE_FALSE(frame.empty());
-    padded.insert(frame.begin(), 600, 0xFF);
+    std::array<std::uint8_t, 2> const marker { 0xFF, 0xC0 };
+    auto const frame = std::search(padded.begin(), padded.end(), marker.begin(), marker.end());
+    REQUIRE(frame != padded.end());
+    padded.insert(frame, 600, 0xFF);
     REQUIRE(libraryEighth(padded));
     CHECK_FALSE(eighthFrom(padded));
 }

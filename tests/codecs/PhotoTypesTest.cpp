@@ -44,12 +44,12 @@ TEST_CASE("each photo type has an extension of its own and the type of an image"
 {
     CodecImageTypes const counted;
     std::set<std::string_view> seen;
-    for (auto const& [extension, mimeType] : photoTypes()) {
-        CAPTURE(extension);
-        CHECK(counted.isImageExtension(extension));
-        CHECK(seen.insert(extension).second);
-        CHECK(mimeType.starts_with("image/"));
-        CHECK(mimeType.find_first_of("; \n") == std::string_view::npos);
+    for (auto const& type : photoTypes()) {
+        CAPTURE(type.extension);
+        CHECK(counted.isImageExtension(type.extension));
+        CHECK(seen.insert(type.extension).second);
+        CHECK(type.mimeType.starts_with("image/"));
+        CHECK(type.mimeType.find_first_of("; \n") == std::string_view::npos);
     }
 }
 
@@ -60,11 +60,11 @@ TEST_CASE("what the desktop calls a photo is what we call it")
         MESSAGE("there is no shared database of types");
         return;
     }
-    for (auto const& [extension, mimeType] : photoTypes()) {
-        auto const theirs = desktop.find(std::string(extension));
+    for (auto const& type : photoTypes()) {
+        auto const theirs = desktop.find(std::string(type.extension));
         if (theirs == desktop.end())
             continue;
-        CAPTURE(extension);
-        CHECK(theirs->second.contains(std::string(mimeType)));
+        CAPTURE(type.extension);
+        CHECK(theirs->second.contains(std::string(type.mimeType)));
     }
 }

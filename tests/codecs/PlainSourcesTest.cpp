@@ -74,12 +74,12 @@ TEST_CASE("anymaps of every kind and depth come out")
         int most;
         double tolerance;
     };
-    for (auto const& [kind, most, tolerance] : { Case { '3', 255, 0.001 }, Case { '6', 255, 0.001 },
+    for (auto const& it : { Case { '3', 255, 0.001 }, Case { '6', 255, 0.001 },
              Case { '6', 65535, 0.001 }, Case { '6', 31, 3 }, Case { '3', 1023, 0.3 } }) {
-        CAPTURE(kind);
-        CAPTURE(most);
-        checkPicture(writePnm(sampleColors(size), { kind, most }), "public.pbm", sampleColors(size),
-            tolerance);
+        CAPTURE(it.kind);
+        CAPTURE(it.most);
+        checkPicture(writePnm(sampleColors(size), { it.kind, it.most }), "public.pbm",
+            sampleColors(size), it.tolerance);
     }
     checkPicture(
         writePnm(sampleWithAlpha(size), { '7', 255 }), "public.pbm", sampleWithAlpha(size), 1);
@@ -125,18 +125,18 @@ TEST_CASE("TGAs of every kind come out, from whichever corner they begin")
         Kind kind;
         double tolerance;
     };
-    for (auto const& [kind, tolerance] :
+    for (auto const& it :
         { Case { Kind::color24, 0.001 }, Case { Kind::color15, 5 }, Case { Kind::palette, 20 } }) {
         for (auto const hasRuns : { false, true }) {
             for (auto const isTopDown : { false, true }) {
                 for (auto const isRightToLeft : { false, true }) {
-                    CAPTURE(int(kind));
+                    CAPTURE(int(it.kind));
                     CAPTURE(hasRuns);
                     CAPTURE(isTopDown);
                     CAPTURE(isRightToLeft);
-                    checkPicture(
-                        writeTga(sampleColors(size), { kind, hasRuns, isTopDown, isRightToLeft }),
-                        "com.truevision.tga-image", sampleColors(size), tolerance);
+                    checkPicture(writeTga(sampleColors(size),
+                                     { it.kind, hasRuns, isTopDown, isRightToLeft }),
+                        "com.truevision.tga-image", sampleColors(size), it.tolerance);
                 }
             }
         }
@@ -158,11 +158,15 @@ TEST_CASE("a palette TGA counts as indexed, one of grey does not")
 TEST_CASE("bytes that only resemble a TGA are no picture")
 {
     auto const file = writeTga(sampleColors({ 8, 8 }));
-    for (auto const& [at, value] : { std::pair { 1, 7 }, std::pair { 2, 0 }, std::pair { 2, 32 },
-             std::pair { 12, 0 }, std::pair { 16, 7 }, std::pair { 17, 0xC0 } }) {
-        CAPTURE(at);
+    struct Change {
+        std::size_t at;
+        std::uint8_t value;
+    };
+    for (auto const& change : { Change { 1, 7 }, Change { 2, 0 }, Change { 2, 32 },
+             Change { 12, 0 }, Change { 16, 7 }, Change { 17, 0xC0 } }) {
+        CAPTURE(change.at);
         auto changed = file;
-        changed[static_cast<std::size_t>(at)] = static_cast<std::uint8_t>(value);
+        changed[change.at] = change.value;
         CHECK_FALSE(opened(std::move(changed)));
     }
     CHECK_FALSE(opened(FileBytes(4096, 0)));

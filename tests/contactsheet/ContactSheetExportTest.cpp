@@ -36,7 +36,7 @@ TEST_CASE("two and more marked photos are exported in the gallery's order")
 {
     ExportDesk desk;
     desk.openPhotos(5);
-    for (std::size_t const index : { 4, 0, 2 })
+    for (std::size_t const index : { 4U, 0U, 2U })
         desk.model().toggle(index);
     CHECK(namesOf(contactSheetPhotos(desk.model())) == Names { "100.jpg", "102.jpg", "104.jpg" });
     CHECK(contactSheetPhotoCount(desk.model()) == 3);

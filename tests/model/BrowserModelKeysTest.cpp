@@ -222,12 +222,16 @@ TEST_CASE("in the viewer arrows step, Home and End go to the ends")
 {
     Gallery desk;
     desk.model().openViewer(2);
-    for (auto const& [code, index] : { std::pair { 124, 3U }, { 125, 4U }, { 123, 3U }, { 126, 2U },
-             { 115, 0U }, { 119, 6U } }) {
-        CAPTURE(code);
-        CHECK(desk.press(code));
-        CHECK(desk.viewer() == Index(index));
-        CHECK(desk.cursor() == Index(index));
+    struct Step {
+        int code;
+        unsigned index;
+    };
+    for (auto const& step : { Step { 124, 3 }, Step { 125, 4 }, Step { 123, 3 }, Step { 126, 2 },
+             Step { 115, 0 }, Step { 119, 6 } }) {
+        CAPTURE(step.code);
+        CHECK(desk.press(step.code));
+        CHECK(desk.viewer() == Index(step.index));
+        CHECK(desk.cursor() == Index(step.index));
     }
     CHECK(desk.window.beepCount == 0);
 }

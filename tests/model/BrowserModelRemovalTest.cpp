@@ -13,7 +13,7 @@ struct Gallery : Desk {
         open("/b", names);
     }
 
-    UrlSet photos(std::initializer_list<int> numbers)
+    UrlSet photos(std::vector<int> const& numbers)
     {
         UrlSet urls;
         for (auto const number : numbers)
@@ -49,10 +49,10 @@ TEST_CASE("viewer, cursor and the start of a range follow their photos")
 {
     struct Case {
         Index before;
-        std::initializer_list<int> removed;
+        std::vector<int> removed;
         Index after;
     };
-    for (auto const& [before, removed, after] : {
+    for (auto const& it : {
              Case { Index(3), { 1, 2 }, Index(1) },
              Case { Index(1), { 2 }, Index(1) },
              Case { Index(1), { 2, 3 }, Index(1) },
@@ -62,16 +62,16 @@ TEST_CASE("viewer, cursor and the start of a range follow their photos")
              Case { Index(2), { 1, 2, 3, 4, 5 }, std::nullopt },
              Case { std::nullopt, { 1 }, std::nullopt },
          }) {
-        CAPTURE(removed.size());
+        CAPTURE(it.removed.size());
         Gallery desk;
-        if (before) {
-            desk.model().click(*before, {});
-            REQUIRE(desk.model().anchor() == before);
+        if (it.before) {
+            desk.model().click(*it.before, {});
+            REQUIRE(desk.model().anchor() == it.before);
         }
-        desk.model().removeItems(desk.photos(removed));
-        CHECK(*desk.model().viewerIndex == after);
-        CHECK(*desk.model().cursor == after);
-        CHECK(desk.model().anchor() == after);
+        desk.model().removeItems(desk.photos(it.removed));
+        CHECK(*desk.model().viewerIndex == it.after);
+        CHECK(*desk.model().cursor == it.after);
+        CHECK(desk.model().anchor() == it.after);
     }
 }
 

@@ -19,7 +19,7 @@ struct Move {
 
 TEST_CASE("without a cursor, steps come in from the ends")
 {
-    for (auto const& [cursor, delta, count, expected] : {
+    for (auto const& move : {
              Move { none, +1, 10, 0 }, // → first
              Move { none, -1, 10, 9 }, // ← last
              Move { none, +5, 10, 4 }, // ↓ the last of the first row
@@ -32,15 +32,15 @@ TEST_CASE("without a cursor, steps come in from the ends")
              Move { none, -1, 1, 0 },
              Move { none, -7, 1, 0 },
          }) {
-        CAPTURE(delta);
-        CAPTURE(count);
-        CHECK(movedCursor(cursor, delta, count) == expected);
+        CAPTURE(move.delta);
+        CAPTURE(move.count);
+        CHECK(movedCursor(move.cursor, move.delta, move.count) == move.expected);
     }
 }
 
 TEST_CASE("a cursor moves within the photos and never leaves them")
 {
-    for (auto const& [cursor, delta, count, expected] : {
+    for (auto const& move : {
              Move { 3, +1, 10, 4 },
              Move { 3, -1, 10, 2 },
              Move { 9, +1, 10, 9 },
@@ -55,9 +55,9 @@ TEST_CASE("a cursor moves within the photos and never leaves them")
              Move { 2, -5, 3, 2 },
              Move { 12, +1, 10, 9 },
          }) {
-        CAPTURE(*cursor);
-        CAPTURE(delta);
-        CHECK(movedCursor(cursor, delta, count) == expected);
+        CAPTURE(*move.cursor);
+        CAPTURE(move.delta);
+        CHECK(movedCursor(move.cursor, move.delta, move.count) == move.expected);
     }
 }
 

@@ -104,7 +104,8 @@ TEST_CASE("a photo is found in a list of any order, and one that is not there is
             Timestamp(std::chrono::seconds(i % 5)), i % 7 });
     }
     std::ranges::sort(items, {}, &PhotoItem::url);
-    items.erase(std::ranges::unique(items, {}, &PhotoItem::url).begin(), items.end());
+    auto const isSame = [](auto const& a, auto const& b) { return a.url == b.url; };
+    items.erase(std::unique(items.begin(), items.end(), isSame), items.end());
     for (auto const key : { SortKey::name, SortKey::date, SortKey::size })
         for (bool const ascending : { true, false }) {
             ViewChoice const choice { "", key, ascending };

@@ -79,7 +79,8 @@ TEST_CASE("links are followed, and names need not be UTF-8")
 
 TEST_CASE("a file is opened however long its path is")
 {
-    for (std::size_t const length : { PATH_MAX - 300, PATH_MAX - 6, PATH_MAX + 1, 3 * PATH_MAX }) {
+    for (std::size_t const length :
+        { PATH_MAX - 300U, PATH_MAX - 6U, PATH_MAX + 1U, 3U * PATH_MAX }) {
         CAPTURE(length);
         TemporaryFolder const folder;
         auto const url = makeDeepFile(folder.url(), length, "a.jpg");

@@ -220,7 +220,7 @@ TEST_CASE("the answers for many files come in the order of the question")
 TEST_CASE("paths near PATH_MAX and beyond it work")
 {
     for (std::size_t const length :
-        { PATH_MAX - 220, PATH_MAX - 20, PATH_MAX + 700, 3 * PATH_MAX }) {
+        { PATH_MAX - 220U, PATH_MAX - 20U, PATH_MAX + 700U, 3U * PATH_MAX }) {
         CAPTURE(length);
         TemporaryFolder const top;
         auto const file = makeDeepFile(top.url(), length, "photo.jpg");

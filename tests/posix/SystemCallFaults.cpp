@@ -1,3 +1,6 @@
+// Hardened, some calls have bodies in the C library's headers; here they are to get others.
+#undef _FORTIFY_SOURCE
+
 #include "SystemCallFaults.h"
 #include <algorithm>
 #include <cerrno>

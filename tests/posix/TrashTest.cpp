@@ -115,7 +115,7 @@ TEST_CASE("names with line breaks, percent signs and bytes that are no text go t
 TEST_CASE("the longest names go there and back")
 {
     Home home;
-    for (std::size_t const length : { 244, 245, 246, 255 }) {
+    for (std::size_t const length : { 244U, 245U, 246U, 255U }) {
         CAPTURE(length);
         auto const name = std::string(length - 4, 'n') + ".jpg";
         auto const photo = home.photo(name);

@@ -85,9 +85,9 @@ void appendPlainRow(ByteWriter& out, Kind kind, RgbaPixels const& pixels, int y)
                 pending = filled = 0;
             }
         } else if (kind == Kind::rgb555) {
-            out.u16(at[0] >> 3U << 10 | at[1] >> 3U << 5 | at[2] >> 3U);
+            out.u16(at[0] / 8U << 10 | at[1] / 8U << 5 | at[2] / 8U);
         } else if (kind == Kind::rgb565) {
-            out.u16(at[0] >> 3U << 11 | at[1] >> 2U << 5 | at[2] >> 3U);
+            out.u16(at[0] / 8U << 11 | at[1] / 4U << 5 | at[2] / 8U);
         } else {
             for (auto const c : { 2, 1, 0 })
                 out.u8(at[c]);

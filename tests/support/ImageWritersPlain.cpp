@@ -43,7 +43,7 @@ void writeTgaPixel(ByteWriter& out, std::uint8_t const* rgba, TgaOptions::Kind k
 {
     switch (kind) {
     case TgaOptions::Kind::color15:
-        out.u16(0x8000U | (rgba[0] >> 3) << 10 | (rgba[1] >> 3) << 5 | rgba[2] >> 3);
+        out.u16(0x8000U | (rgba[0] / 8U) << 10 | (rgba[1] / 8U) << 5 | rgba[2] / 8U);
         break;
     case TgaOptions::Kind::grey:
         out.u8(luma(rgba));

@@ -307,7 +307,7 @@ TEST_CASE("the grid tells what was read for the pictures in view")
     Gallery gallery;
     gallery.grid->showRows(0, 110);
     CHECK(gallery.grid->bytesRead() == 0);
-    for (std::size_t const index : { 0, 2 }) {
+    for (std::size_t const index : { 0U, 2U }) {
         CGImageBox box = *pictureOf(3, 2);
         box.bytesRead = 5000 + index;
         gallery.source.answer(index, std::make_shared<CGImageBox>(std::move(box)));
