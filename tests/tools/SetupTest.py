@@ -14,7 +14,8 @@ Build-Depends:
  qt6-base-dev (>= 6.4) <!pkg.pixelhain.noqt>,
  doctest-dev <!nocheck>,
  xvfb <!nocheck> <pkg.pixelhain.headless>,
- clang-format-14 <pkg.pixelhain.house>
+ clang-format-14 <pkg.pixelhain.house>,
+ clang-14 <pkg.pixelhain.fuzz> <pkg.pixelhain.clang>
 Standards-Version: 4.6.2
 
 Package: pixelhain
@@ -85,6 +86,7 @@ class SetupTest(unittest.TestCase):
         wanted = {
             ("release",): "[cmake] [libjpeg62-turbo-dev] [qt6-base-dev] [qt6-qpa-plugins]",
             ("core",): "[cmake] [libjpeg62-turbo-dev] [doctest-dev] [xvfb]",
+            ("clang",): "[cmake] [libjpeg62-turbo-dev] [qt6-base-dev] [doctest-dev] [xvfb] [clang-14] [qt6-qpa-plugins]",
             ("tsan", "dev"): "[cmake] [libjpeg62-turbo-dev] [qt6-base-dev] [doctest-dev] [xvfb] [qt6-qpa-plugins]",
             ("--with", "headless", "release"):
                 "[cmake] [libjpeg62-turbo-dev] [qt6-base-dev] [xvfb] [qt6-qpa-plugins]",
