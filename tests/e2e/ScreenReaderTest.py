@@ -57,6 +57,10 @@ class ScreenReaderTest(Programs):
                 answer = thing.ask_for_properties(method, *arguments)
                 self.assertIn(answer, (({},), "org.freedesktop.DBus.Error.InvalidArgs"), (method, arguments))
             self.assertEqual(thing.name, name)
+        slider = session.find("slider")
+        answer = slider.ask_for_properties("Set", "org.a11y.atspi.Value", "CurrentValue")
+        self.assertEqual(answer, "org.freedesktop.DBus.Error.InvalidArgs")
+        self.assertTrue(slider.name)
         self.assertEqual(session.end(), 0)
 
     def test_steps_and_marks_are_told_as_they_happen(self):

@@ -37,9 +37,9 @@ public:
 private:
     static bool isTooShort(QDBusMessage const& message)
     {
-        constexpr qsizetype interfaceAndName = 2;
+        qsizetype const needed = message.member() == QStringLiteral("Set") ? 3 : 2;
         return message.interface() == QStringLiteral("org.freedesktop.DBus.Properties")
-            && message.arguments().size() < interfaceAndName;
+            && message.arguments().size() < needed;
     }
 
     QDBusVirtualObject& guarded_;
