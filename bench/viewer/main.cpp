@@ -280,7 +280,7 @@ void paging(Desk& desk, QSize size)
     ImageLoader loader({ desk.loop, desk.background, *decoder, thumbQueue, displayQueue,
                            [&](ImageRef const& image) { desk.prepared.prepare(image); } },
         limits);
-    LoaderPictures pictures(loader, desk.background, desk.loop);
+    LoaderPictures pictures(loader);
     Viewer viewer(desk, pictures, size);
     auto const& items = *desk.model.items;
     desk.model.openViewer(0);

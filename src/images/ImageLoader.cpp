@@ -298,6 +298,26 @@ std::optional<ImageMeta> ImageLoader::cachedMeta(FileUrl const& url)
     return core_->findOrReadMeta(url);
 }
 
+Task ImageLoader::loadMetaNow(FileUrl const& url, MetaDone done)
+{
+    return runThen(
+        core_->background(), core_->loop(), Priority::userInitiated,
+        [core = core_, url] { return core->isClosed() ? std::nullopt : core->findOrReadMeta(url); },
+        std::move(done));
+}
+
+Task ImageLoader::loadPreviewNow(FileUrl const& url, ImageDone done)
+{
+    return runThen(
+        core_->background(), core_->loop(), Priority::userInitiated,
+        [core = core_, url] {
+            return core->isClosed()
+                ? nullptr
+                : core->decode(url, core->displayPixelSize, EmbeddedPreviews::only);
+        },
+        std::move(done));
+}
+
 void ImageLoader::prefetchDisplay(FileUrl const& url)
 {
     if (!core_->findDisplayImage(url))

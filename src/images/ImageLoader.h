@@ -89,6 +89,11 @@ public:
     [[nodiscard]] Task loadDisplayImage(FileUrl const& url, ImageDone done);
     [[nodiscard]] Task loadFullImage(FileUrl const& url, ImageDone done);
 
+    /// Past the queues, which may be long, on a thread of the background of its own.
+    [[nodiscard]] Task loadMetaNow(FileUrl const& url, MetaDone done);
+    /// The best picture inside the file that takes much less time than its own; null: none.
+    [[nodiscard]] Task loadPreviewNow(FileUrl const& url, ImageDone done);
+
     /// Plain look-ups: null or nothing when not cached. Any thread.
     [[nodiscard]] ImageRef cachedThumbnail(FileUrl const& url, int maxPixel) const;
     /// The largest thumbnail of the gallery's sizes.

@@ -1,5 +1,4 @@
 #include "viewer/ViewerSource.h"
-#include "ports/Background.h"
 #include <utility>
 
 namespace pixelhain {
@@ -16,19 +15,12 @@ Task LoaderPictures::loadFullImage(FileUrl const& url, ImageLoader::ImageDone do
 
 Task LoaderPictures::loadMeta(FileUrl const& url, ImageLoader::MetaDone done)
 {
-    return runThen(
-        background_, loop_, Priority::userInitiated,
-        [&loader = loader_, url] { return loader.cachedMeta(url); }, std::move(done));
+    return loader_.loadMetaNow(url, std::move(done));
 }
 
 Task LoaderPictures::loadPreview(FileUrl const& url, ImageLoader::ImageDone done)
 {
-    return runThen(
-        background_, loop_, Priority::userInitiated,
-        [&loader = loader_, url] {
-            return loader.decodeImage(url, loader.displayPixelSize(), EmbeddedPreviews::only);
-        },
-        std::move(done));
+    return loader_.loadPreviewNow(url, std::move(done));
 }
 
 ImageRef LoaderPictures::cachedThumbnail(FileUrl const& url) const

@@ -4,9 +4,6 @@
 
 namespace pixelhain {
 
-class Background;
-class MainLoop;
-
 /// Where the viewer gets its pictures from. Main thread only; answers come later on the main thread
 /// unless the task is dropped first.
 class ViewerSource {
@@ -33,12 +30,9 @@ public:
 /// The image loader as the viewer's source.
 class LoaderPictures final : public ViewerSource {
 public:
-    /// All three outlive this; metadata and previews are read on threads of `background`, because
-    /// the queues may be long.
-    LoaderPictures(ImageLoader& loader, Background& background, MainLoop& loop)
+    /// The loader outlives this, but not the work that is asked for.
+    explicit LoaderPictures(ImageLoader& loader)
         : loader_(loader)
-        , background_(background)
-        , loop_(loop)
     {
     }
 
@@ -53,8 +47,6 @@ public:
 
 private:
     ImageLoader& loader_;
-    Background& background_;
-    MainLoop& loop_;
 };
 
 } // namespace pixelhain

@@ -553,6 +553,42 @@ TEST_CASE("a direct decode passes all caches")
     CHECK_FALSE(desk.loader.knownMeta(desk.photo));
 }
 
+TEST_CASE("metadata and previews that are wanted now wait for no queue")
+{
+    Desk desk;
+    auto const meta = desk.loader.loadMetaNow(desk.photo, desk.keepMeta());
+    auto const preview = desk.loader.loadPreviewNow(desk.photo, desk.keepImage());
+    CHECK(desk.decoder.metaReads().empty());
+    desk.background.finishAll();
+    CHECK(desk.thumbQueue.pending() + desk.displayQueue.pending() == 0);
+    desk.loop.settle();
+    REQUIRE(desk.metas.size() == 1);
+    CHECK(desk.metas[0]->size == PixelSize { 40, 30 });
+    CHECK(desk.loader.knownMeta(desk.photo));
+    REQUIRE(desk.images.size() == 1);
+    CHECK(desk.images[0]);
+    REQUIRE(desk.decoder.decodes().size() == 1);
+    CHECK(desk.decoder.decodes()[0].maxPixel == desk.loader.displayPixelSize());
+    CHECK(desk.decoder.decodes()[0].previews == EmbeddedPreviews::only);
+}
+
+TEST_CASE("what is wanted now touches no file when the loader has gone, nor the loader")
+{
+    Desk desk;
+    auto loader = std::make_unique<ImageLoader>(desk.services);
+    auto const meta = loader->loadMetaNow(desk.photo, desk.keepMeta());
+    auto const preview = loader->loadPreviewNow(desk.photo, desk.keepImage());
+    loader.reset();
+    desk.background.finishAll();
+    desk.loop.settle();
+    CHECK(desk.decoder.metaReads().empty());
+    CHECK(desk.decoder.decodes().empty());
+    REQUIRE(desk.metas.size() == 1);
+    CHECK_FALSE(desk.metas[0]);
+    REQUIRE(desk.images.size() == 1);
+    CHECK_FALSE(desk.images[0]);
+}
+
 TEST_CASE("work that is under way when the loader goes ends quietly")
 {
     FakeLoop loop;

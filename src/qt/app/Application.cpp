@@ -74,7 +74,7 @@ Application::Application(Services& services)
     , window_({ model_, thumbnails_, services.background, services.loop, &menu_ },
           sidebarPorts(services))
     , keeper_(window_, preferences_, services.loop)
-    , pictures_(loader_, services.background, services.loop)
+    , pictures_(loader_)
     , share_(model_, services.sharing, services.clipboard)
     , sheets_(sheetServices(services, model_, loader_))
     , sheetPresenter_(model_, sheets_, window_)
