@@ -3,7 +3,9 @@
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/Symbols.h"
 #include "qt/window/Tones.h"
+#include <QEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 #include <algorithm>
@@ -25,6 +27,13 @@ constexpr double spacing = 8;
 constexpr double besideTitle = 2 * (inset + padding) + symbolSize + spacing;
 constexpr double selectedShare = 0.14; // of the primary colour, without the focus
 
+// Whether the scroll bar is there or not, so that a title is broken in the same way when it comes.
+double titleWidth(QListView const& list)
+{
+    auto const bar = list.verticalScrollBar()->sizeHint().width();
+    return std::max(1.0, list.maximumViewportSize().width() - bar - besideTitle);
+}
+
 class TopicRows final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -34,7 +43,7 @@ public:
         constexpr int least = 30;
         constexpr int around = 12;
         auto const* const list = qobject_cast<QListView const*>(option.widget);
-        auto const width = list ? list->viewport()->width() - besideTitle : 0;
+        auto const width = list ? titleWidth(*list) : 1;
         auto const title
             = option.fontMetrics.boundingRect(QRect(0, 0, static_cast<int>(width), INT_MAX),
                 Qt::TextWordWrap, index.data().toString());
@@ -68,7 +77,9 @@ public:
         auto const left = area.left() + padding;
         painter->drawImage(
             QPointF(snapped(left), snapped(area.center().y() - symbolSize / 2)), symbol);
-        auto const place = area.adjusted(padding + symbolSize + spacing, 0, -padding, 0);
+        auto place = area.adjusted(padding + symbolSize + spacing, 0, -padding, 0);
+        if (auto const* const list = qobject_cast<QListView const*>(option.widget))
+            place.setWidth(std::floor(titleWidth(*list)));
         painter->setPen(onAccent ? strong : tones.of(ColorRole::primary));
         painter->setFont(option.font);
         painter->drawText(
@@ -114,6 +125,16 @@ void HelpTopicList::showTopics(
     for (std::size_t row = 0; row < topics.size(); ++row)
         if (topics[row]->id == id)
             setCurrentRow(static_cast<int>(row));
+}
+
+// The toolkit puts off breaking the titles anew, and as long as the width keeps changing: until
+// then those of several lines would lie over each other.
+bool HelpTopicList::event(QEvent* event)
+{
+    auto const isDone = QListWidget::event(event);
+    if (event->type() == QEvent::Resize)
+        doItemsLayout();
+    return isDone;
 }
 
 } // namespace pixelhain

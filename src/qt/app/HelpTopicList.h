@@ -20,6 +20,9 @@ public:
     /// The user selected a topic, or none.
     std::function<void(std::optional<std::string>)> selected;
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     std::vector<HelpTopic const*> topics_;
 };

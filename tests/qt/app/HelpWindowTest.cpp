@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QScreen>
+#include <QSplitter>
 #include <cmath>
 
 using namespace pixelhain;
@@ -108,6 +109,34 @@ TEST_CASE("actions and second lines stand below each other, whatever the width")
         CHECK(rows >= 34);
         CHECK(help.topic.horizontalScrollBar()->maximum() == 0);
         CHECK(help.topic.document()->textWidth() <= 696);
+    }
+}
+
+TEST_CASE("each topic in the list has the lines that its title needs, while the column is resized")
+{
+    Help help;
+    auto& list = help.window.list();
+    auto* const columns = help.window.findChild<QSplitter*>();
+    auto const heights = [&] {
+        int all = 0;
+        for (int row = 0; row < list.count(); ++row)
+            all += list.visualItemRect(list.item(row)).height();
+        return all;
+    };
+    columns->setSizes({ 360, 500 });
+    auto const wide = heights();
+    auto const widest = list.width();
+    for (int const width : { 240, 200, 185, 170, 300 }) {
+        columns->setSizes({ width, 860 - width });
+        CAPTURE(width);
+        for (int row = 0; row < list.count(); ++row) {
+            auto const place = list.visualItemRect(list.item(row));
+            CHECK(place.height() == list.sizeHintForRow(row));
+            if (row > 0)
+                CHECK(place.top() > list.visualItemRect(list.item(row - 1)).bottom());
+        }
+        if (list.width() <= 170 && widest >= 300)
+            CHECK(heights() > wide);
     }
 }
 
