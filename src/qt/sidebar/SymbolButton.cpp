@@ -14,7 +14,6 @@ constexpr int spacing = 6;
 constexpr double corner = 5;
 constexpr double hoverShare = 0.08; // of the primary colour
 constexpr double pressedShare = 0.16;
-constexpr double disabledShare = 0.4;
 
 } // namespace
 
@@ -59,9 +58,9 @@ void SymbolButton::paintEvent(QPaintEvent*)
         painter.drawRoundedRect(
             rect(), text().isEmpty() ? corner : 0, text().isEmpty() ? corner : 0);
     }
-    auto color = tones.of(text().isEmpty() ? ColorRole::secondary : ColorRole::primary);
-    if (!isEnabled())
-        color = tones.of(Tint { ColorRole::primary, disabledShare });
+    // What is disabled is so in the palette already.
+    auto const color
+        = tones.of(isEnabled() && text().isEmpty() ? ColorRole::secondary : ColorRole::primary);
     auto const scale = devicePixelRatioF();
     auto const edge = static_cast<int>(std::lround(symbolSize * scale));
     auto symbol = symbolImage(symbol_, edge, color);

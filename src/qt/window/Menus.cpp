@@ -7,11 +7,15 @@ namespace pixelhain {
 
 namespace {
 
+constexpr char const* headingProperty = "isHeading";
+
 // What the toolkit has for headings is drawn beside the column of the other titles, or as a mere
 // line.
 void addHeading(QMenu& menu, QString const& title)
 {
-    menu.addAction(title)->setEnabled(false);
+    auto* const heading = menu.addAction(title);
+    heading->setEnabled(false);
+    heading->setProperty(headingProperty, true);
 }
 
 QAction* addCheckable(QMenu& menu, QString const& title, MenuEntry const& entry)
@@ -70,6 +74,11 @@ void fillMenu(QMenu& menu, std::vector<MenuEntry> const& entries)
             break;
         }
     }
+}
+
+bool isMenuHeading(QAction const& entry)
+{
+    return entry.property(headingProperty).toBool();
 }
 
 QString withMnemonic(QString const& title, QString& taken)

@@ -63,6 +63,16 @@ QColor Tones::separator() const
     return mixed(0.16);
 }
 
+QColor Tones::divider() const
+{
+    return mixed(0.22);
+}
+
+QColor Tones::unusable() const
+{
+    return mixed(0.45);
+}
+
 QColor Tones::edge() const
 {
     return mixed(0.45);

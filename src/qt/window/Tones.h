@@ -6,7 +6,7 @@
 namespace pixelhain {
 
 /// The colours that roles stand for under one palette. What letters are drawn in keeps a contrast
-/// of at least 4.5 to 1 on its ground.
+/// of at least 4.5 to 1 on its ground, if not said otherwise.
 class Tones {
 public:
     enum class Ground { gallery, window };
@@ -15,6 +15,10 @@ public:
 
     QColor ground() const { return ground_; }
     QColor separator() const;
+    /// Between the entries of a menu.
+    QColor divider() const;
+    /// Letters of what cannot be used now: between 2.5 and 3.5 to 1 on the ground.
+    QColor unusable() const;
     /// The edge of a control, at least 3 to 1 on the ground.
     QColor edge() const;
     /// The accent, strong enough for letters on the ground.

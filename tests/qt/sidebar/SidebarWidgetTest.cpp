@@ -1,7 +1,11 @@
 #include "qt/sidebar/SidebarWidget.h"
+#include "qt/Contrast.h"
 #include "qt/Wait.h"
+#include "qt/app/DesktopColors.h"
 #include "qt/sidebar/FolderRowPainter.h"
 #include "qt/sidebar/FolderTreeWidget.h"
+#include "qt/sidebar/SymbolButton.h"
+#include "qt/window/EdgeStyle.h"
 #include "qt/window/Gallery.h"
 #include "qt/window/MainWindowWidget.h"
 #include <QAccessible>
@@ -401,6 +405,30 @@ TEST_CASE("the row that an open menu is about is marked, selected or not")
         menu->close();
         w.draw();
         CHECK(look(path) == before);
+    }
+}
+
+TEST_CASE("a symbol that cannot be used now can be seen")
+{
+    EdgeStyle style;
+    auto light = style.standardPalette();
+    style.polish(light);
+    for (auto const& palette : { light, darkPalette() }) {
+        SymbolButton button(SidebarView::goUpSymbol, QString(), nullptr);
+        button.setPalette(palette);
+        button.setDisabled(true);
+        button.resize(button.sizeHint());
+        QImage image(button.size() * 2, QImage::Format_RGB32);
+        image.setDevicePixelRatio(2);
+        image.fill(palette.color(QPalette::Window));
+        button.render(&image, {}, {}, {});
+        double strongest = 1;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                strongest = std::max(
+                    strongest, contrast(image.pixelColor(x, y), palette.color(QPalette::Window)));
+        CHECK(strongest >= 2.5);
+        CHECK(strongest < 5);
     }
 }
 
