@@ -29,8 +29,7 @@ public:
     std::string windowTitle() const;
 
     // Folders. What has to look at a disk first answers later; the newest request wins.
-    /// Shows the folders of the last run again, unless a folder is open by then.
-    void restoreLastFolders();
+    void restoreLastFolders(); ///< of the last run, unless a folder is open by then
     /// Whether a place is still being looked at, which may be shown then.
     bool isLookingForFolders() const { return openTask_ || restoreTask_; }
     void chooseFolder();
@@ -74,6 +73,7 @@ public:
     void invertSelection();
     /// -1 and +1 for a photo, the number of columns for a row.
     void moveCursor(std::ptrdiff_t delta, Extend extend);
+    void placeCursor(); ///< on the first photo if it is on none, once a search is through
     void openViewer(std::size_t index);
     void closeViewer();
     void stepViewer(std::ptrdiff_t delta);

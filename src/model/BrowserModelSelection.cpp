@@ -80,6 +80,14 @@ void BrowserModel::moveCursor(std::ptrdiff_t delta, Extend extend)
     cursor = index;
 }
 
+void BrowserModel::placeCursor()
+{
+    photos_.whenShown(PhotoFilter::Purpose::marks, [this] {
+        if (!*cursor)
+            moveCursor(+1, Extend::no);
+    });
+}
+
 std::vector<FileUrl> BrowserModel::actionTargets() const
 {
     if (auto const photo = urlAt(viewerIndex))

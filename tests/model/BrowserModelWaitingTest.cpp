@@ -24,6 +24,31 @@ TEST_CASE("all photos are marked that what was typed lets through, once it has b
         *model.items, [&](PhotoItem const& item) { return model.selection->contains(item.url); }));
 }
 
+TEST_CASE("the cursor is placed in what was typed, once it has been looked for")
+{
+    LongList test;
+    auto& model = test.model();
+    model.setSearchText("b2399");
+    model.placeCursor();
+    CHECK_FALSE(model.cursor->has_value());
+    test.desk.settle();
+    CHECK(*model.cursor == 0U);
+    CHECK(model.items->front().name() == "b23990.jpg");
+    model.moveCursor(+1, Extend::no);
+    model.placeCursor();
+    CHECK(*model.cursor == 1U);
+}
+
+TEST_CASE("among no photos no cursor is placed")
+{
+    LongList test;
+    auto& model = test.model();
+    model.setSearchText("nirgends");
+    model.placeCursor();
+    test.desk.settle();
+    CHECK_FALSE(model.cursor->has_value());
+}
+
 TEST_CASE("marks are turned round in what was typed last")
 {
     LongList test;

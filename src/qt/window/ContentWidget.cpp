@@ -117,6 +117,7 @@ ContentWidget::ContentWidget(
     whole->addWidget(columns_, 1);
     toolbar_->toggleSidebar = [this] { toggleSidebar(); };
     toolbar_->leave = [this] { focusDetail(); };
+    toolbar_->goOn = [this] { goOnInGallery(); };
     empty_->setFocusPolicy(Qt::ClickFocus);
     modelChanged();
     // Keys go to the gallery until the user turns to something else.
@@ -130,6 +131,14 @@ void ContentWidget::focusDetail()
         viewer_->setFocus();
     else
         detail_->currentWidget()->setFocus();
+}
+
+// Whoever comes by the keyboard sees where it is.
+void ContentWidget::goOnInGallery()
+{
+    focusDetail();
+    model_.placeCursor();
+    grid_->showCursor();
 }
 
 int ContentWidget::sidebarWidth() const

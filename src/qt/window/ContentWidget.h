@@ -60,6 +60,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void goOnInGallery();
     void setDropTargeted(bool targeted);
 
     BrowserModel& model_;

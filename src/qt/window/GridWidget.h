@@ -65,6 +65,8 @@ public:
     /// The context menu of a photo, which is brought into view.
     void openMenu(std::size_t index);
     void moveCursorTo(std::size_t index);
+    /// Brings the cursor's photo into view, if there is one.
+    void showCursor();
 
 protected:
     bool viewportEvent(QEvent* event) override;

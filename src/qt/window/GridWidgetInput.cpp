@@ -222,6 +222,14 @@ void GridWidget::moveCursorTo(std::size_t index)
     model.moveCursor(static_cast<std::ptrdiff_t>(index) - from, Extend::no);
 }
 
+void GridWidget::showCursor()
+{
+    catchUp();
+    auto const cursor = services_.model.cursor.get();
+    if (cursor && *cursor < services_.model.items->size())
+        scrollTo(view_.layout().scrollToShow(*cursor, top_, viewportHeight()));
+}
+
 // The toolkit says that the list has the keyboard once this is through; which photo has it comes
 // after that.
 void GridWidget::focusInEvent(QFocusEvent* event)

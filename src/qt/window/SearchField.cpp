@@ -96,8 +96,8 @@ void SearchField::keyPressEvent(QKeyEvent* event)
         QLineEdit::keyPressEvent(event);
     else if (event->key() == Qt::Key_Escape && !text().isEmpty())
         setText({});
-    else if (left)
-        left();
+    else if (auto const& next = event->key() == Qt::Key_Escape ? left : found; next)
+        next();
 }
 
 } // namespace pixelhain

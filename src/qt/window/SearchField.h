@@ -13,7 +13,8 @@ public:
     void follow(std::string const& text);
 
     std::function<void(std::string)> typed;
-    std::function<void()> left; ///< the user goes to what was found
+    std::function<void()> left; ///< the user has no more use for it
+    std::function<void()> found; ///< the user goes on in what was found
 
     int idealWidth() const;
     int minimumUsefulWidth() const;

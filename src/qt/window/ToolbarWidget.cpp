@@ -74,6 +74,10 @@ ToolbarWidget::ToolbarWidget(BrowserModel& model, ShareMenu* share, QWidget* par
     search_ = new SearchField(this);
     search_->typed = [this](std::string text) { toolbar_.setSearchText(std::move(text)); };
     search_->left = [this] { endEditing(); };
+    search_->found = [this] {
+        if (goOn)
+            goOn();
+    };
     auto* const find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, this, [this] { focusSearch(); });
     auto policy = sizePolicy();

@@ -29,6 +29,8 @@ public:
 
     /// Called when the keyboard is to go to the gallery.
     std::function<void()> leave;
+    /// Called when it is to go on there in what was found.
+    std::function<void()> goOn;
 
     /// Shows or hides the folders' column; to be followed by `sidebarToggled`.
     std::function<void()> toggleSidebar;

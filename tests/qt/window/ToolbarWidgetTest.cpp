@@ -173,6 +173,43 @@ TEST_CASE("down and Return go from the search field to the gallery, the text sta
     }
 }
 
+TEST_CASE("who goes from the search field to what was found sees where the keys are")
+{
+    for (auto const key : { Qt::Key_Down, Qt::Key_Return, Qt::Key_Enter }) {
+        Window test;
+        test.type(Qt::Key_F, Qt::ControlModifier);
+        test.write("IMG_1");
+        CHECK_FALSE(test.model().cursor->has_value());
+        test.type(key);
+        CHECK(*test.model().cursor == 0U);
+        CHECK(test.model().selection->empty());
+        test.type(Qt::Key_Right);
+        CHECK(*test.model().cursor == 1U);
+    }
+}
+
+TEST_CASE("the photo that had the cursor before a search is in view after it")
+{
+    Window test(400);
+    auto& grid = test.window.content().grid();
+    test.type(Qt::Key_End);
+    test.type(Qt::Key_F, Qt::ControlModifier);
+    test.write("IMG_");
+    grid.scrollTo(0);
+    test.type(Qt::Key_Return);
+    CHECK(*test.model().cursor == 399U);
+    CHECK(grid.view().inView().contains(399));
+}
+
+TEST_CASE("Escape leaves the search field without a photo for the keys")
+{
+    Window test;
+    test.type(Qt::Key_F, Qt::ControlModifier);
+    test.type(Qt::Key_Escape);
+    CHECK(test.hasGalleryFocus());
+    CHECK_FALSE(test.model().cursor->has_value());
+}
+
 TEST_CASE("Return leaves the search field even if nothing is found")
 {
     Window test;
