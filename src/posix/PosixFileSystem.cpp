@@ -1,8 +1,9 @@
 #include "posix/PosixFileSystem.h"
-#include "base/ParallelWork.h"
 #include "posix/FolderHandle.h"
+#include "posix/LookPlan.h"
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <climits>
 #include <fcntl.h>
 #include <limits>
@@ -16,11 +17,9 @@ namespace pixelhain {
 
 namespace {
 
-// Files that one thread looks at before it takes more.
-constexpr std::size_t filesPerBlock = 1024;
-
-// More threads only queue for the same disk and the same locks of the kernel.
-constexpr std::size_t mostThreads = 4;
+// So many files tell whether the file system waits for a disk: if half of them took this long.
+constexpr std::size_t firstFiles = 8;
+constexpr std::chrono::microseconds slowLook { 100 };
 
 EntryKind kindOfMode(unsigned mode)
 {
@@ -93,6 +92,21 @@ private:
     Descriptor handle_;
 };
 
+// Whether they had to be waited for.
+bool lookAtFirst(std::span<FileUrl const> files, std::vector<std::optional<FileDetails>>& answers)
+{
+    using Clock = std::chrono::steady_clock;
+    DetailsReader reader;
+    std::size_t slow = 0;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        auto const start = Clock::now();
+        answers[i] = reader.read(files[i]);
+        if (Clock::now() - start >= slowLook)
+            ++slow;
+    }
+    return slow > 0 && slow * 2 >= files.size();
+}
+
 // On threads that give way to whoever else wants to run: pictures, above all, whose names are
 // known.
 void runAside(std::size_t count, std::function<void()> const& work)
@@ -140,17 +154,19 @@ std::vector<std::optional<FileDetails>> PosixFileSystem::details(
     std::span<FileUrl const> files) const
 {
     std::vector<std::optional<FileDetails>> answers(files.size());
-    std::atomic<std::size_t> next = 0;
+    auto const first = std::min(firstFiles, files.size());
+    auto const rest = files.size() - first;
+    auto const plan = planLooks(rest, lookAtFirst(files.first(first), answers));
+    std::atomic<std::size_t> next = first;
     auto const work = [&] {
         DetailsReader reader;
-        for (auto from = next.fetch_add(filesPerBlock); from < files.size();
-             from = next.fetch_add(filesPerBlock))
-            for (auto i = from; i < std::min(from + filesPerBlock, files.size()); ++i)
+        auto const step = plan.filesAtATime;
+        for (auto from = next.fetch_add(step); from < files.size(); from = next.fetch_add(step))
+            for (auto i = from; i < std::min(from + step, files.size()); ++i)
                 answers[i] = reader.read(files[i]);
     };
-    auto const threads = threadsFor(files.size() / filesPerBlock, mostThreads);
-    if (threads > 1)
-        runAside(threads, work);
+    if (plan.threads > 1)
+        runAside(plan.threads, work);
     else
         work();
     return answers;
