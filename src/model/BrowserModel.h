@@ -30,7 +30,7 @@ public:
 
     // Folders. What has to look at a disk first answers later; the newest request wins.
     void restoreLastFolders(); ///< of the last run, unless a folder is open by then
-    /// Whether a place is still being looked at, which may be shown then.
+    /// Whether a place is being looked at that may be shown then; observers hear of the end.
     bool isLookingForFolders() const { return openTask_ || restoreTask_; }
     void chooseFolder();
     /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.

@@ -52,6 +52,7 @@ void BrowserModel::look(FileUrl const& url, std::function<bool(Place)> opens)
     openTask_ = runThen(ports_.background, ports_.loop, Priority::userInteractive, look,
         [this, opens = std::move(opens)](Place place) {
             openTask_ = Task();
+            fieldChanged();
             auto const held = std::exchange(heldRestore_, nullptr);
             if (!opens(place) && held)
                 restore(*held);
@@ -87,6 +88,7 @@ void BrowserModel::restoreLastFolders()
     restoreTask_ = runThen(
         ports_.background, ports_.loop, Priority::userInitiated, look, [this](Restorable found) {
             restoreTask_ = Task();
+            fieldChanged();
             if (openTask_)
                 heldRestore_ = std::make_shared<Restorable>(std::move(found));
             else

@@ -7,8 +7,9 @@ namespace pixelhain {
 
 ContentView::Detail ContentView::detail() const
 {
+    // Nobody is invited to choose a folder while one is about to be shown.
     if (model_.folders->empty())
-        return Detail::noFolder;
+        return model_.isLookingForFolders() ? Detail::gallery : Detail::noFolder;
     return model_.items->empty() ? Detail::noPhotos : Detail::gallery;
 }
 

@@ -182,3 +182,16 @@ TEST_CASE("content that appears again installs no second key monitor")
     desk.browser.reset();
     CHECK(removed == 1);
 }
+
+TEST_CASE("nobody is invited to choose a folder while one is about to be shown")
+{
+    Desk desk;
+    ContentView content(desk.model(), desk.loop);
+    int changes = 0;
+    auto const observation = desk.model().observe([&] { ++changes; });
+    desk.model().open(FileUrl("/gone"));
+    CHECK(content.detail() == ContentView::Detail::gallery);
+    desk.settle();
+    CHECK(content.detail() == ContentView::Detail::noFolder);
+    CHECK(changes == 1);
+}
