@@ -1,4 +1,5 @@
 #include "qt/window/GridWidget.h"
+#include "base/Text.h"
 #include "model/BrowserModel.h"
 #include "qt/ports/FileUrlText.h"
 #include "qt/window/GalleryAccessible.h"
@@ -7,6 +8,8 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 namespace pixelhain {
 
@@ -55,7 +58,9 @@ void GridWidget::modelChanged()
         motion_.stop();
         first_.reset();
         top_ = 0;
+        beforeSearch_.reset();
     }
+    followSearch();
     layOut();
     // A page that is being turned may bring the cursor into view by itself.
     auto const goal = scrollGoal();
@@ -67,6 +72,24 @@ void GridWidget::modelChanged()
     viewport()->update();
     if (auto* const list = accessible())
         list->modelChanged();
+}
+
+// What is found is shown from its first photo on; whoever ends the search is back where it began.
+void GridWidget::followSearch()
+{
+    auto const& text = services_.model.shownChoice().searchText;
+    if (!shownSearch_.changed(text))
+        return;
+    motion_.stop();
+    if (trimmedBlanks(text).empty()) {
+        if (auto const before = std::exchange(beforeSearch_, std::nullopt))
+            std::tie(first_, top_) = *before;
+        return;
+    }
+    if (!beforeSearch_)
+        beforeSearch_.emplace(first_, top_);
+    first_.reset();
+    top_ = 0;
 }
 
 void GridWidget::catchUp()

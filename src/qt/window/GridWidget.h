@@ -97,6 +97,7 @@ private:
     };
 
     double viewportHeight() const { return viewport()->height(); }
+    void followSearch();
     void catchUp();
     void renewPainter();
     void layOut();
@@ -141,6 +142,8 @@ private:
     std::optional<Press> pressed_; ///< the left button, on a cell
     std::optional<Anchor> first_; ///< the cell at the top after the last scroll
     LastSeen<std::vector<FileUrl>> shownFolders_;
+    LastSeen<std::string> shownSearch_;
+    std::optional<std::pair<std::optional<Anchor>, double>> beforeSearch_; ///< `first_`, `top_`
 };
 
 } // namespace pixelhain

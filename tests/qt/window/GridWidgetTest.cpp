@@ -316,6 +316,47 @@ TEST_CASE("a window made narrow step by step and wide again shows what it showed
     CHECK(gallery.grid.top() == doctest::Approx(before));
 }
 
+TEST_CASE("a search is shown from its first photo on, and its end is back where it began")
+{
+    Gallery gallery(1000);
+    auto& model = gallery.desk.model();
+    gallery.grid.scrollTo(8000);
+    gallery.frame();
+    auto const first = gallery.grid.view().inView().first;
+    for (auto const* text : { "IMG_1", "IMG_12" }) {
+        model.setSearchText(text);
+        gallery.frame();
+        CHECK(gallery.grid.top() == 0);
+        gallery.grid.scrollTo(300);
+        gallery.frame();
+    }
+    SUBCASE("with the same columns")
+    {
+        model.setSearchText("");
+        gallery.frame();
+        CHECK(gallery.grid.top() == doctest::Approx(8000).epsilon(0.001));
+    }
+    SUBCASE("with others")
+    {
+        gallery.grid.resize(600, 600);
+        gallery.frame();
+        model.setSearchText(" ");
+        gallery.frame();
+        CHECK(gallery.grid.view().inView().contains(first));
+    }
+}
+
+TEST_CASE("a search of another folder is not where the last one ended")
+{
+    Gallery gallery(1000);
+    gallery.grid.scrollTo(8000);
+    gallery.desk.model().setSearchText("IMG_1");
+    gallery.frame();
+    gallery.desk.open("/Andere", Gallery::names(500));
+    gallery.frame();
+    CHECK(gallery.grid.top() == 0);
+}
+
 TEST_CASE("the photo at the top is another one after each scroll")
 {
     Gallery gallery(1000);
