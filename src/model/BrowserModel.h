@@ -45,8 +45,7 @@ public:
     void refreshTree(); ///< the sidebar's folders and counts; the gallery stays as it is
     bool canGoUp() const;
     void showParentFolder(); ///< as the root; the shown folders stay
-    /// Where in `items` a photo stands, as far as what it is ordered by tells. Quick, but for one
-    /// of which nothing but the name was known when it was taken from there.
+    /// Where in `items` a photo stands; quick if what orders them was known when it was taken.
     std::optional<std::size_t> placeOf(PhotoItem const& photo) const;
     ViewChoice const& shownChoice() const { return photos_.shown(); } ///< made `items` what it is
     void applyFilter(); ///< derives `items` anew; those of a very long list come later
