@@ -20,7 +20,7 @@ TEST_CASE("work on several threads has ended on all of them when it is over")
 
 TEST_CASE("work on one thread stays on the calling one")
 {
-    for (std::size_t const threads : { 0, 1 }) {
+    for (std::size_t const threads : { std::size_t { 0 }, std::size_t { 1 } }) {
         std::mutex lock;
         std::multiset<std::thread::id> seen;
         runOnThreads(threads, [&] {
