@@ -21,7 +21,7 @@ std::optional<DecodedImage> reduceJpeg(ByteSource const& bytes, int maxPixel, By
                                      : PixelFormat::cmyk;
     auto const rows = eighthOf(*size);
     PictureBuilder builder;
-    if (!builder.begin(rows, fittedSize(*size, maxPixel), format))
+    if (!builder.begin(rows, extentAt(*size, 1), fittedSize(*size, maxPixel), format))
         return {};
     JpegPixels pixels(reduction.planes(), colors, rows.width);
     for (int y = 0; y < rows.height; ++y) {

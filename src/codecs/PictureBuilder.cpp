@@ -17,6 +17,11 @@ bool hasAlpha(PixelFormat format)
 
 bool PictureBuilder::begin(PixelSize rows, PixelSize target, PixelFormat format)
 {
+    return begin(rows, { double(rows.width), double(rows.height) }, target, format);
+}
+
+bool PictureBuilder::begin(PixelSize rows, Extent filled, PixelSize target, PixelFormat format)
+{
     auto const bytes = (static_cast<std::size_t>(target.width) * 4 + 15)
         * static_cast<std::size_t>(target.height);
     if (!isWithinLimits(rows) || !isWithinLimits(target) || bytes > DecodeLimits::bitmap)
@@ -30,7 +35,8 @@ bool PictureBuilder::begin(PixelSize rows, PixelSize target, PixelFormat format)
     sawAlpha_ = false;
     resampler_.reset();
     if (rows != target)
-        resampler_.emplace(rows, bitmap_);
+        resampler_.emplace(rows, RowResampler::Axis { filled.width / target.width, 0 },
+            RowResampler::Axis { filled.height / target.height, 0 }, bitmap_);
     return true;
 }
 

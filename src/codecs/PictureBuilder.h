@@ -10,12 +10,22 @@ namespace pixelhain {
 /// the rows come, premultiplied, in sRGB at the end.
 class PictureBuilder {
 public:
+    /// A width and a height in the codec's pixels. A picture that is read at a fraction of its size
+    /// may end in the middle of one.
+    struct Extent {
+        double width = 0;
+        double height = 0;
+    };
+
     PictureBuilder() = default;
     PictureBuilder(PictureBuilder const&) = delete;
     PictureBuilder& operator=(PictureBuilder const&) = delete;
 
     /// `rows`: what the codec will deliver. False if the result would be beyond the limits.
     [[nodiscard]] bool begin(PixelSize rows, PixelSize target, PixelFormat format);
+    /// The same for rows of which the picture fills no more than `filled`, from the top left
+    /// corner.
+    [[nodiscard]] bool begin(PixelSize rows, Extent filled, PixelSize target, PixelFormat format);
 
     /// Room for the next row, four bytes a pixel; fill it, then commit. Never null between a
     /// successful `begin` and the last row.
