@@ -1,4 +1,6 @@
 #include "qt/app/OutOfResources.h"
+#include <QLoggingCategory>
+#include <QString>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -9,6 +11,8 @@
 namespace pixelhain {
 
 namespace {
+
+constexpr char const* noThreads = "pixelhain: Das System lässt keine weiteren Threads zu.\n";
 
 char const* reasonToEnd()
 {
@@ -21,20 +25,36 @@ char const* reasonToEnd()
         return "pixelhain: Der Arbeitsspeicher reicht nicht.\n";
     } catch (std::system_error const& error) {
         if (error.code() == std::errc::resource_unavailable_try_again)
-            return "pixelhain: Das System lässt keine weiteren Threads zu.\n";
+            return noThreads;
     } catch (...) {
     }
     return nullptr;
 }
 
 // Nothing here may need memory.
+[[noreturn]] void endFor(char const* reason)
+{
+    [[maybe_unused]] auto const written = ::write(STDERR_FILENO, reason, std::strlen(reason));
+    std::_Exit(1);
+}
+
 [[noreturn]] void ended()
 {
     auto const* const reason = reasonToEnd();
     if (!reason)
         std::abort();
-    [[maybe_unused]] auto const written = ::write(STDERR_FILENO, reason, std::strlen(reason));
-    std::_Exit(1);
+    endFor(reason);
+}
+
+QtMessageHandler otherMessages = nullptr;
+
+// The toolkit goes on without the thread and waits for it for ever: parts of a gradient are painted
+// by threads, and the window would stand still. What it reports is all that is ever heard of it.
+void hearOfMissingThreads(QtMsgType type, QMessageLogContext const& context, QString const& message)
+{
+    otherMessages(type, context, message);
+    if (message.startsWith(QLatin1String("QThread::start: Thread creation error")))
+        endFor(noThreads);
 }
 
 } // namespace
@@ -42,6 +62,7 @@ char const* reasonToEnd()
 void sayWhyWhenOutOfResources()
 {
     std::set_terminate(ended);
+    otherMessages = qInstallMessageHandler(hearOfMissingThreads);
 }
 
 } // namespace pixelhain

@@ -1,5 +1,6 @@
 #include "qt/app/OutOfResources.h"
 #include "support/ForkedRun.h"
+#include <QThread>
 #include <array>
 #include <csignal>
 #include <doctest/doctest.h>
@@ -24,8 +25,7 @@ template <typename Thrown> [[noreturn]] void thrownBy(Thrown const& thrown)
     throw thrown;
 }
 
-// A program in which nobody catches what is thrown.
-template <typename Thrown> Said whenThrown(Thrown const& thrown)
+template <typename Deed> Said after(Deed const& deed)
 {
     std::array<int, 2> pipe {};
     REQUIRE(::pipe2(pipe.data(), O_CLOEXEC) == 0);
@@ -35,15 +35,22 @@ template <typename Thrown> Said whenThrown(Thrown const& thrown)
         ::signal(SIGABRT, SIG_DFL); // not the test program's own
         ::dup2(pipe[1], STDERR_FILENO);
         sayWhyWhenOutOfResources();
-        thrownBy(thrown);
+        deed();
+        return 0;
     });
     ::close(pipe[1]);
     Said said { endingOf(process), {} };
     std::array<char, 200> text {};
-    auto const length = ::read(pipe[0], text.data(), text.size());
+    for (ssize_t length = 0; (length = ::read(pipe[0], text.data(), text.size())) > 0;)
+        said.text.append(text.data(), static_cast<std::size_t>(length));
     ::close(pipe[0]);
-    said.text.assign(text.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
     return said;
+}
+
+// A program in which nobody catches what is thrown.
+template <typename Thrown> Said whenThrown(Thrown const& thrown)
+{
+    return after([&] { thrownBy(thrown); });
 }
 
 } // namespace
@@ -55,6 +62,18 @@ TEST_CASE("a program that may have no thread says so and ends with 1")
     CHECK(said.ending.code == 1);
     CHECK(said.ending.signal == 0);
     CHECK(said.text == "pixelhain: Das System lässt keine weiteren Threads zu.\n");
+}
+
+TEST_CASE("a program ends when its toolkit may have no thread: it would wait for it for ever")
+{
+    auto const said = after([] {
+        QThread thread;
+        rlimit const none { 0, 0 };
+        ::setrlimit(RLIMIT_AS, &none); // no room for a stack
+        thread.start();
+    });
+    CHECK(said.ending.code == 1);
+    CHECK(said.text.ends_with("pixelhain: Das System lässt keine weiteren Threads zu.\n"));
 }
 
 TEST_CASE("a program without memory says so and ends with 1")
