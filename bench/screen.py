@@ -7,6 +7,7 @@ import pathlib
 import signal
 import struct
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -32,11 +33,17 @@ WINDOW_MANAGER = """<?xml version="1.0"?>
 
 @contextlib.contextmanager
 def managed(display, home):
-    rules = pathlib.Path(home) / "rc.xml"
+    """A window manager; it runs before the first window comes, as in every session."""
+    rules, started = pathlib.Path(home) / "rc.xml", pathlib.Path(home) / "managed"
     rules.write_text(WINDOW_MANAGER)
-    manager = subprocess.Popen(["openbox", "--config-file", rules], env={**os.environ, "DISPLAY": display},
+    manager = subprocess.Popen(["openbox", "--config-file", rules, "--startup", f"touch {started}"],
+                               env={**os.environ, "DISPLAY": display},
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
+        while not started.exists():
+            if manager.poll() is not None:
+                sys.exit("openbox did not start")
+            time.sleep(0.01)
         yield
     finally:
         manager.terminate()
