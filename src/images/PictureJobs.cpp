@@ -25,12 +25,13 @@ struct Standing {
         }
     }
 
-    // What was passed by while it was decoded takes a place as well.
+    // One place is kept for what somebody looks at, and while it is taken the others go on: who
+    // turns the pages faster than one processor decodes finds the next one begun. What was passed
+    // by while it was decoded takes a place as well.
     std::size_t placesForPrefetches(std::size_t width) const
     {
-        if (urgentRunning + urgentWaiting > 0 || othersRunning >= width)
-            return 0;
-        return width - othersRunning;
+        auto const taken = othersRunning + std::max<std::size_t>(urgentRunning, 1) - 1;
+        return urgentWaiting > 0 || taken >= width ? 0 : width - taken;
     }
 
     std::size_t urgentRunning = 0;

@@ -36,7 +36,8 @@ public:
         int pixels = 0; ///< what display images were decoded to when it began
     };
 
-    /// `prefetchWidth`: so many pictures that nobody waits for are decoded side by side.
+    /// `prefetchWidth`: so many pictures that nobody waits for are decoded side by side, one fewer
+    /// for each that is waited for beyond the first.
     explicit PictureJobs(std::size_t prefetchWidth);
 
     /// Waits for a picture. One that is being decoded to another number of pixels is another.

@@ -76,15 +76,42 @@ TEST_CASE("the picture shown comes first, then its neighbours in their order")
     CHECK(desk.runAll().empty());
 }
 
-TEST_CASE("nothing is prefetched while somebody waits for a picture or it is decoded")
+TEST_CASE("nothing is prefetched while a picture that is waited for has not begun")
 {
     Desk desk;
     desk.want("/4", { "/5" });
+    CHECK(desk.jobs.claimItems() == 1);
+    CHECK(desk.jobs.start(pixels)->url.path() == "/4");
+}
+
+TEST_CASE("the neighbours are decoded beside the picture that is waited for")
+{
+    Desk desk;
     (void)desk.ask("/4");
+    desk.want("/4", { "/5", "/6", "/3" });
     CHECK(desk.startClaimed() == Paths { "/4" });
+    CHECK(desk.startClaimed() == Paths { "/5", "/6" });
     CHECK(desk.startClaimed().empty());
     CHECK(desk.finishFirst() == 1);
+    CHECK(desk.startClaimed().empty());
+    CHECK(desk.finishFirst() == 0);
+    CHECK(desk.startClaimed() == Paths { "/3" });
+}
+
+TEST_CASE("only one place is kept for what is waited for: the more of it, the fewer neighbours")
+{
+    Desk desk;
+    std::vector<std::shared_ptr<bool>> held { desk.ask("/1"), desk.ask("/2") };
+    desk.want(nullptr, { "/5", "/6" });
+    CHECK(desk.startClaimed() == Paths { "/2", "/1" });
     CHECK(desk.startClaimed() == Paths { "/5" });
+    held.push_back(desk.ask("/3"));
+    CHECK(desk.startClaimed() == Paths { "/3" });
+    CHECK(desk.startClaimed().empty());
+    CHECK(desk.finishFirst() == 1);
+    CHECK(desk.startClaimed().empty());
+    CHECK(desk.finishFirst() == 1);
+    CHECK(desk.startClaimed() == Paths { "/6" });
 }
 
 TEST_CASE("as many neighbours as allowed are decoded side by side")
@@ -132,7 +159,7 @@ TEST_CASE("who asks for a picture that is being prefetched gets that one's")
     desk.want(nullptr, { "/1", "/2", "/3" });
     (void)desk.startClaimed();
     (void)desk.ask("/1");
-    CHECK(desk.startClaimed().empty());
+    CHECK(desk.startClaimed() == Paths { "/3" });
     CHECK(desk.finishFirst() == 1);
 }
 
