@@ -2,6 +2,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <malloc.h>
 #include <system_error>
 #include <unistd.h>
 #include <vector>
@@ -10,6 +11,9 @@ int main(int count, char** words)
 {
     // A reader that goes away is an error of the write, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
+    // Large lists go back to the system when they have been used. glibc would keep the pieces from
+    // the first one on, 15 bytes for each of 100,000 photos.
+    ::mallopt(M_MMAP_THRESHOLD, 1024 * 1024);
     pixelhain::Output out(STDOUT_FILENO);
     pixelhain::Output err(STDERR_FILENO);
     std::error_code ignored;
