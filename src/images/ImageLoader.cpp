@@ -164,6 +164,7 @@ void runPictureItem(Core const& core)
     if (core->isClosed())
         return;
     if (auto const job = core->pictures.start(core->displayPixelSize)) {
+        addPictureItems(core); // its neighbours, beside it
         auto const image = core->pictureFor(*job);
         // A large picture that nobody waits for any more is freed here, not on the main thread.
         for (auto const& waiter : core->pictures.finish(job->number))

@@ -4,6 +4,7 @@
 #include "base/Task.h"
 #include "images/DisplayPixelSize.h"
 #include "images/MemoryCache.h"
+#include "images/PictureJobs.h"
 #include "images/Turn.h"
 #include "ports/ImageDecoder.h"
 #include <functional>
@@ -52,7 +53,7 @@ public:
         Background& background;
         ImageDecoder& decoder;
         WorkQueue& thumbQueue; ///< max(2, processors) side by side
-        WorkQueue& displayQueue; ///< 3 side by side, at a higher priority
+        WorkQueue& displayQueue; ///< `Limits::pictures.queue` side by side, at a higher priority
         /// Called with each display image that was decoded, on the thread that did it, before
         /// anyone gets it. It must outlive that thread.
         std::function<void(std::shared_ptr<CGImageBox const> const&)> displayImageMade {};
@@ -61,7 +62,7 @@ public:
         CacheLimits thumbs { 734'003'200, std::nullopt }; // 700 MiB
         CacheLimits displays { 943'718'400, 30 }; // 900 MiB
         int displayPixelSize = defaultDisplayPixelSize; ///< until the screens are known
-        std::size_t prefetchWidth = 2; ///< pictures that nobody waits for yet, side by side
+        PictureJobs::Widths pictures {}; ///< side by side on the display queue
     };
     using ImageDone = std::function<void(ImageRef)>; ///< null: there is no picture
     using MetaDone = std::function<void(std::optional<ImageMeta>)>;
@@ -108,7 +109,7 @@ public:
     /// queue: decodes on the caller's thread. Such items must not outlive the loader.
     void prefetchDisplay(FileUrl const& url);
 
-    /// Makes the display image of `shown`, and when nobody waits for a picture any more those of
+    /// Makes the display image of `shown`, and when all that somebody waits for has begun those of
     /// `next` in this order. Replaces the earlier wishes: what has not begun and is not named again
     /// is given up.
     void prefetchAround(FileUrl const& shown, std::span<FileUrl const> next);

@@ -17,7 +17,7 @@ std::string imageKey(int pixels, FileUrl const& url)
 
 LoaderCore::LoaderCore(ImageLoader::Services const& services, ImageLoader::Limits const& limits)
     : displayPixelSize(limits.displayPixelSize)
-    , pictures(limits.prefetchWidth)
+    , pictures(limits.pictures)
     , services_(services)
     , thumbCache_(limits.thumbs)
     , displayCache_(limits.displays)

@@ -25,13 +25,15 @@ struct Standing {
         }
     }
 
-    // One place is kept for what somebody looks at, and while it is taken the others go on: who
-    // turns the pages faster than one processor decodes finds the next one begun. What was passed
-    // by while it was decoded takes a place as well.
-    std::size_t placesForPrefetches(std::size_t width) const
+    // Who turns the pages faster than one processor decodes finds the next one begun. What was
+    // passed by while it was decoded takes a place as well.
+    std::size_t placesForPrefetches(PictureJobs::Widths const& widths) const
     {
-        auto const taken = othersRunning + std::max<std::size_t>(urgentRunning, 1) - 1;
-        return urgentWaiting > 0 || taken >= width ? 0 : width - taken;
+        auto const running = urgentRunning + othersRunning;
+        auto const ofQueue = widths.queue - std::min(widths.queue, running + 1);
+        auto const most = widths.prefetch + std::min<std::size_t>(urgentRunning, 1);
+        auto const ofPrefetches = most - std::min(most, running);
+        return urgentWaiting > 0 ? 0 : std::min(ofQueue, ofPrefetches);
     }
 
     std::size_t urgentRunning = 0;
@@ -42,8 +44,8 @@ struct Standing {
 
 } // namespace
 
-PictureJobs::PictureJobs(std::size_t prefetchWidth)
-    : prefetchWidth_(std::max<std::size_t>(prefetchWidth, 1))
+PictureJobs::PictureJobs(Widths widths)
+    : widths_(widths)
 {
 }
 
@@ -81,7 +83,7 @@ std::size_t PictureJobs::claimItems()
     forgetUnwanted();
     Standing const now(entries_);
     auto const startable
-        = now.urgentWaiting + std::min(now.othersWaiting, now.placesForPrefetches(prefetchWidth_));
+        = now.urgentWaiting + std::min(now.othersWaiting, now.placesForPrefetches(widths_));
     auto const missing = startable - std::min(startable, items_);
     items_ += missing;
     return missing;
@@ -147,7 +149,7 @@ PictureJobs::Entry* PictureJobs::nextToStart()
     }
     if (urgent)
         return urgent;
-    return Standing(entries_).placesForPrefetches(prefetchWidth_) > 0 ? prefetch : nullptr;
+    return Standing(entries_).placesForPrefetches(widths_) > 0 ? prefetch : nullptr;
 }
 
 } // namespace pixelhain

@@ -36,9 +36,14 @@ public:
         int pixels = 0; ///< what display images were decoded to when it began
     };
 
-    /// `prefetchWidth`: so many pictures that nobody waits for are decoded side by side, one fewer
-    /// for each that is waited for beyond the first.
-    explicit PictureJobs(std::size_t prefetchWidth);
+    /// How many pictures are decoded side by side.
+    struct Widths {
+        std::size_t queue = 3; ///< work items of the queue
+        std::size_t prefetch = 2; ///< pictures that nobody waits for, beside one that is waited for
+    };
+
+    /// One item of the queue is always left for what is asked for next.
+    explicit PictureJobs(Widths widths);
 
     /// Waits for a picture. One that is being decoded to another number of pixels is another.
     void ask(FileUrl const& url, PictureSize size, int pixels, Waiter waiter);
@@ -48,7 +53,7 @@ public:
     void want(std::optional<FileUrl> const& shown, std::span<FileUrl const> next, int pixels);
 
     /// How many work items the queue needs beyond those it was given for this: counts as given. To
-    /// be called after everything else here.
+    /// be called after everything else here: what has begun makes way for its neighbours.
     [[nodiscard]] std::size_t claimItems();
 
     /// For a work item that starts: what to decode, if there still is something.
@@ -71,7 +76,7 @@ private:
     void forgetUnwanted();
     Entry* nextToStart();
 
-    std::size_t const prefetchWidth_;
+    Widths const widths_;
     std::mutex lock_;
     std::list<Entry> entries_;
     std::size_t count_ = 0; ///< numbers jobs and wishes

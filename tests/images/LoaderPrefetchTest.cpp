@@ -129,6 +129,27 @@ TEST_CASE("the viewer gets a neighbour that is being decoded when it asks for it
     CHECK(desk.decoded() == Paths { "/2", "/3" });
 }
 
+TEST_CASE("a neighbour may begin while the photo shown is decoded, whoever asked for it first")
+{
+    Desk desk;
+    std::vector<std::size_t> waiting; // items of the queue, by decode
+    desk.decoder.whileDecoding = [&] { waiting.push_back(desk.displayQueue.pending()); };
+    Task task;
+    SUBCASE("the viewer")
+    {
+        task = desk.load("/2");
+        desk.prefetchAround("/2", { "/3", "/4" });
+    }
+    SUBCASE("the prefetch")
+    {
+        desk.prefetchAround("/2", { "/3", "/4" });
+        task = desk.load("/2");
+    }
+    desk.settle();
+    CHECK(waiting == std::vector<std::size_t> { 1, 1, 0 });
+    CHECK(desk.decoded() == Paths { "/2", "/3", "/4" });
+}
+
 TEST_CASE("a photo paged to overtakes prefetches that wait")
 {
     Desk desk;

@@ -36,8 +36,9 @@ ImageLoader::Limits Services::loaderLimits()
 {
     constexpr unsigned fewProcessors = 2;
     ImageLoader::Limits limits;
+    limits.pictures.queue = displayWidth;
     if (std::thread::hardware_concurrency() <= fewProcessors)
-        limits.prefetchWidth = 1;
+        limits.pictures.prefetch = 1;
     return limits;
 }
 
