@@ -70,9 +70,10 @@ std::optional<std::uint32_t> readQuarters(std::uint8_t const* data, std::uint32_
         if (valueBits == 0 && zeros != 15)
             break;
         k += zeros;
-        if (valueBits == 0 || k > 63)
+        if (valueBits == 0)
             continue;
-        auto const place = static_cast<std::size_t>(k);
+        // The library writes a value behind the last coefficient into that one.
+        auto const place = static_cast<std::size_t>(std::min(k, 63));
         block[places[place]] = static_cast<std::int16_t>(
             codedNumber(bits << found.bits, valueBits) * (*codes.steps)[place]);
         isFlat = false;

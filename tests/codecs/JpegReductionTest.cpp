@@ -55,6 +55,12 @@ RgbaPixels busyColors(PixelSize size, std::uint32_t seed = 1)
     return pixels;
 }
 
+void append(FileBytes& file, std::initializer_list<int> bytes)
+{
+    for (auto const byte : bytes)
+        file.push_back(static_cast<std::uint8_t>(byte));
+}
+
 int largestDifference(Eighth const& ours, LibraryEighth const& theirs)
 {
     REQUIRE(ours.size == theirs.size);
@@ -272,6 +278,24 @@ TEST_CASE("what stands behind the last component does not matter")
     auto const damaged = eighthFrom(file);
     REQUIRE(damaged);
     CHECK(damaged->pixels == whole->pixels);
+}
+
+TEST_CASE("a value behind the last coefficient is that one's")
+{
+    // 16 × 16, 4:2:0, all means 128: codes of one bit for the means, of two for an end (00),
+    // sixteen zeros (01) and ten bits behind fifteen zeros (10), three sixteens and one of which
+    // come to 64.
+    FileBytes file { 0xFF, 0xD8, 0xFF, 0xDB, 0, 67, 0 };
+    file.insert(file.end(), 64, 3);
+    append(file, { 0xFF, 0xC0, 0, 17, 8, 0, 16, 0, 16, 3, 1, 0x22, 0, 2, 0x11, 0, 3, 0x11, 0 });
+    append(file, { 0xFF, 0xC4, 0, 20, 0x00, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
+    append(file,
+        { 0xFF, 0xC4, 0, 22, 0x10, 0, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x00, 0xF0,
+            0xFA });
+    append(file, { 0xFF, 0xDA, 0, 12, 3, 1, 0, 2, 0, 3, 0, 0, 63, 0 });
+    // Five blocks: nothing in the four of luma, 1023 behind the end of the first of chroma.
+    append(file, { 0b0000'0000, 0b0000'0010, 0b1011'0111, 0b1111'1110, 0b0011'1111, 0xFF, 0xD9 });
+    checkLikeLibrary(file);
 }
 
 TEST_CASE("one component after the other, each block of more than its mean, takes no stack")
