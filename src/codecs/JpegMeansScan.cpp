@@ -6,7 +6,8 @@ namespace pixelhain {
 
 namespace {
 
-// The means of 24 megapixels take some 200 KB; what is read beyond them is thrown away.
+// The means of 24 megapixels take some 200 KB; of what is read beyond them the next scan's are
+// used.
 constexpr std::size_t pieceBytes = std::size_t { 32 } << 10;
 
 } // namespace

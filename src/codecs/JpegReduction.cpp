@@ -8,9 +8,10 @@
 
 namespace pixelhain {
 
-JpegReduction::JpegReduction(ByteSource const& bytes)
+JpegReduction::JpegReduction(ByteSource const& bytes, std::size_t piece)
     : bytes_(bytes)
-    , markers_(bytes)
+    , piece_(piece)
+    , markers_(bytes_)
 {
 }
 
@@ -72,7 +73,7 @@ JpegReduction::Next JpegReduction::takeSequential()
             return Next::foreign;
         planes_[part.component].missingBits = 0;
     }
-    auto const scan = JpegSequentialScan::make(bytes_, markers_, planes_);
+    auto const scan = JpegSequentialScan::make(bytes_, markers_, planes_, piece_);
     auto const outcome = scan ? scan->run() : JpegScanRun::Outcome::foreign;
     if (outcome == JpegScanRun::Outcome::foreign)
         return Next::foreign;

@@ -1,6 +1,7 @@
 #pragma once
 #include "codecs/JpegMarkers.h"
 #include "codecs/JpegPlanes.h"
+#include "codecs/RecentBytes.h"
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -10,8 +11,11 @@ namespace pixelhain {
 /// A JPEG at an eighth of its size by the means of its blocks.
 class JpegReduction {
 public:
-    /// `bytes` must outlive it.
-    explicit JpegReduction(ByteSource const& bytes);
+    /// Large enough for four walks side by side, small enough to stay in a cache.
+    static constexpr std::size_t usualPiece = std::size_t { 512 } << 10;
+
+    /// `bytes` must outlive it; of a sequential scan it reads `piece` of them at once.
+    explicit JpegReduction(ByteSource const& bytes, std::size_t piece = usualPiece);
 
     /// The size of the picture; nothing if this is not for us. To be called first.
     [[nodiscard]] std::optional<PixelSize> readFrame();
@@ -36,7 +40,8 @@ private:
     [[nodiscard]] bool isBeyondLimits() const;
     void fillSamples();
 
-    ByteSource const& bytes_;
+    RecentBytes bytes_;
+    std::size_t piece_;
     JpegMarkers markers_;
     std::vector<JpegPlane> planes_;
     std::optional<JpegColors> colors_;

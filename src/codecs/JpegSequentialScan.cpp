@@ -6,7 +6,6 @@ namespace pixelhain {
 
 namespace {
 
-constexpr std::size_t pieceBytes = std::size_t { 512 } << 10;
 constexpr std::uint32_t mostRoom = 8192; // units that a walk keeps before they are taken over
 // A walk that begins anywhere is in step after some KB. Below this a stretch is not worth it.
 constexpr std::uint32_t leastStretch = std::uint32_t { 32 } << 13; // in bits
@@ -15,18 +14,18 @@ constexpr int mostMisses = 4;
 
 } // namespace
 
-std::unique_ptr<JpegSequentialScan> JpegSequentialScan::make(
-    ByteSource const& bytes, JpegMarkers const& markers, std::vector<JpegPlane>& planes)
+std::unique_ptr<JpegSequentialScan> JpegSequentialScan::make(ByteSource const& bytes,
+    JpegMarkers const& markers, std::vector<JpegPlane>& planes, std::size_t piece)
 {
-    std::unique_ptr<JpegSequentialScan> scan(new JpegSequentialScan(bytes, markers, planes));
+    std::unique_ptr<JpegSequentialScan> scan(new JpegSequentialScan(bytes, markers, planes, piece));
     if (!scan->prepare(markers))
         return nullptr;
     return scan;
 }
 
-JpegSequentialScan::JpegSequentialScan(
-    ByteSource const& bytes, JpegMarkers const& markers, std::vector<JpegPlane>& planes)
-    : JpegScanRun(bytes, markers, planes, pieceBytes)
+JpegSequentialScan::JpegSequentialScan(ByteSource const& bytes, JpegMarkers const& markers,
+    std::vector<JpegPlane>& planes, std::size_t piece)
+    : JpegScanRun(bytes, markers, planes, piece)
 {
 }
 

@@ -18,8 +18,8 @@ namespace pixelhain {
 class JpegSequentialScan final : public JpegScanRun {
 public:
     /// Null if a code that it needs is missing or is none.
-    [[nodiscard]] static std::unique_ptr<JpegSequentialScan> make(
-        ByteSource const& bytes, JpegMarkers const& markers, std::vector<JpegPlane>& planes);
+    [[nodiscard]] static std::unique_ptr<JpegSequentialScan> make(ByteSource const& bytes,
+        JpegMarkers const& markers, std::vector<JpegPlane>& planes, std::size_t piece);
 
 private:
     struct Codes {
@@ -39,8 +39,8 @@ private:
         bool isQuartered = false;
     };
 
-    JpegSequentialScan(
-        ByteSource const& bytes, JpegMarkers const& markers, std::vector<JpegPlane>& planes);
+    JpegSequentialScan(ByteSource const& bytes, JpegMarkers const& markers,
+        std::vector<JpegPlane>& planes, std::size_t piece);
     [[nodiscard]] bool prepare(JpegMarkers const& markers);
     [[nodiscard]] static bool readCodes(JpegMarkers const& markers, JpegScan::Part const& part,
         JpegPlane const& plane, Codes& into);

@@ -17,9 +17,10 @@ struct Eighth {
     std::vector<std::uint8_t> pixels;
 };
 
-std::optional<Eighth> eighthFrom(ByteSource const& source)
+std::optional<Eighth> eighthFrom(
+    ByteSource const& source, std::size_t piece = JpegReduction::usualPiece)
 {
-    JpegReduction reduction(source);
+    JpegReduction reduction(source, piece);
     auto const whole = reduction.readFrame();
     if (!whole || !reduction.readMeans())
         return {};
@@ -32,9 +33,10 @@ std::optional<Eighth> eighthFrom(ByteSource const& source)
     return eighth;
 }
 
-std::optional<Eighth> eighthFrom(FileBytes const& file)
+std::optional<Eighth> eighthFrom(
+    FileBytes const& file, std::size_t piece = JpegReduction::usualPiece)
 {
-    return eighthFrom(SpanBytes(file));
+    return eighthFrom(SpanBytes(file), piece);
 }
 
 // Something of every frequency and colour, with flat parts.
@@ -55,6 +57,17 @@ RgbaPixels busyColors(PixelSize size, std::uint32_t seed = 1)
     return pixels;
 }
 
+/// Numbers that look random and are the same every time.
+struct Random {
+    std::uint32_t state;
+
+    std::size_t below(std::size_t limit)
+    {
+        state = state * 1664525 + 1013904223;
+        return static_cast<std::size_t>(state >> 8) % limit;
+    }
+};
+
 void append(FileBytes& file, std::initializer_list<int> bytes)
 {
     for (auto const byte : bytes)
@@ -70,12 +83,12 @@ int largestDifference(Eighth const& ours, LibraryEighth const& theirs)
     return largest;
 }
 
-void checkLikeLibrary(FileBytes const& file)
+void checkLikeLibrary(FileBytes const& file, std::size_t piece = JpegReduction::usualPiece)
 {
     REQUIRE_FALSE(file.empty());
     auto const theirs = libraryEighth(file);
     REQUIRE(theirs);
-    auto const ours = eighthFrom(file);
+    auto const ours = eighthFrom(file, piece);
     REQUIRE(ours);
     CHECK(largestDifference(*ours, *theirs) == 0);
 }
@@ -93,11 +106,11 @@ void checkMeansLikeLibrary(FileBytes const& file)
 
 // Whether there is a picture of it; a damaged file yields what its frame says, and is not read over
 // and over.
-bool checkBounds(FileBytes const& file)
+bool checkBounds(FileBytes const& file, std::size_t piece = JpegReduction::usualPiece)
 {
     std::uint64_t count = 0;
     CountedBytes const counted(std::make_unique<SpanBytes>(file), count);
-    auto const eighth = eighthFrom(counted);
+    auto const eighth = eighthFrom(counted, piece);
     CHECK(count <= file.size() * 5 / 4 + 8192);
     if (!eighth)
         return false;
@@ -207,6 +220,8 @@ TEST_CASE("a large JPEG is walked through from several places and stays the libr
             auto const file = writeJpeg(busyColors({ 1601, 1203 }), options);
             REQUIRE(file.size() > 600'000);
             checkLikeLibrary(file);
+            for (std::size_t const piece : { 5'000, 40'000, 150'001 })
+                checkLikeLibrary(file, piece);
         }
     }
 }
@@ -383,13 +398,46 @@ TEST_CASE("kinds of JPEG that are rare are left to the library")
     CHECK_FALSE(eighthFrom(file));
 }
 
+TEST_CASE("a progressive JPEG of many small scans is read once")
+{
+    // 16 × 16 of four components; their means come bit by bit, in 56 scans of one byte.
+    FileBytes file { 0xFF, 0xD8, 0xFF, 0xDB, 0, 67, 0 };
+    file.insert(file.end(), 64, 200);
+    append(file, { 0xFF, 0xC2, 0, 20, 8, 0, 16, 0, 16, 4 });
+    for (int part = 1; part <= 4; ++part)
+        append(file, { part, 0x11, 0 });
+    append(file, { 0xFF, 0xC4, 0, 20, 0x00, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
+    for (int low = 13; low >= 0; --low)
+        for (int part = 1; part <= 4; ++part)
+            append(file,
+                { 0xFF, 0xDA, 0, 8, 1, part, 0, 0, 0, (low == 13 ? 0 : low + 1) << 4 | low, 0 });
+    file.insert(file.end(), 40'000, 0x11);
+    CHECK(checkBounds(file));
+}
+
+TEST_CASE("JPEGs damaged behind the first piece that is read do no harm")
+{
+    Random random { 20261122 };
+    int shown = 0;
+    for (int round = 0; round < 60; ++round) {
+        JpegOptions options;
+        options.restartUnits = round % 3 == 0 ? 50 : 0;
+        options.isOptimized = round % 2 == 0;
+        options.quality = 96;
+        auto file = writeJpeg(busyColors({ 800, 401 }), options);
+        REQUIRE(file.size() > 150'000);
+        for (std::size_t i = 0; i <= random.below(3); ++i)
+            file[50'000 + random.below(file.size() - 50'000)]
+                = static_cast<std::uint8_t>(random.below(256));
+        shown += checkBounds(file, 8'000 + random.below(70'000));
+    }
+    CHECK(shown > 5);
+    CHECK(shown < 60);
+}
+
 TEST_CASE("damaged JPEGs do no harm")
 {
-    std::uint32_t state = 20261121;
-    auto const random = [&state](std::size_t below) {
-        state = state * 1664525 + 1013904223;
-        return static_cast<std::size_t>(state >> 8) % below;
-    };
+    Random random { 20261121 };
     int shown = 0;
     for (int round = 0; round < 3000; ++round) {
         JpegOptions options;
@@ -397,8 +445,8 @@ TEST_CASE("damaged JPEGs do no harm")
         options.restartUnits = round % 5 == 0 ? 2 : 0;
         options.isOptimized = round % 2 == 0;
         auto file = writeJpeg(busyColors({ 40, 24 }), options);
-        for (std::size_t i = 0; i <= random(6); ++i)
-            file[random(file.size())] = static_cast<std::uint8_t>(random(256));
+        for (std::size_t i = 0; i <= random.below(6); ++i)
+            file[random.below(file.size())] = static_cast<std::uint8_t>(random.below(256));
         shown += checkBounds(file);
     }
     CHECK(shown > 300);
