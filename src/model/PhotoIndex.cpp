@@ -14,9 +14,15 @@ using Positions = std::vector<std::uint32_t>;
 
 constexpr auto noPosition = std::numeric_limits<std::uint32_t>::max();
 
-// The positions in the order of their ranks: each rank has its place, so nothing is compared.
+// The positions in the order of their ranks. If they are many each rank has its place, so nothing
+// is compared.
 void sortByRank(Positions& positions, Positions const& rank)
 {
+    constexpr std::size_t few = 16; // comparisons for each, at most
+    if (positions.size() < rank.size() / few) {
+        std::ranges::sort(positions, {}, [&](std::uint32_t position) { return rank[position]; });
+        return;
+    }
     Positions places(rank.size(), noPosition);
     for (auto const position : positions)
         places[rank[position]] = position;
@@ -75,7 +81,7 @@ std::vector<PhotoItem> PhotoIndex::visible(std::span<PhotoItem const> items, Tex
     Positions positions;
     if (auto const wanted = trimmedBlanks(searchText); !wanted.empty()) {
         foldNames(items, order);
-        positions = matching(order.folded(wanted));
+        positions = folded_.holding(order.folded(wanted));
     } else {
         positions.resize(rank_.size());
         std::iota(positions.begin(), positions.end(), 0U);
@@ -99,16 +105,13 @@ void PhotoIndex::removeIf(std::function<bool(std::size_t)> const& isGone)
 
     Positions newPosition(rank_.size(), noPosition);
     std::uint32_t kept = 0;
-    std::string folded;
-    std::vector<std::size_t> foldedEnd;
+    FoldedNames folded;
     for (std::size_t i = 0; i < rank_.size(); ++i) {
         if (isGone(i))
             continue;
         newPosition[i] = kept++;
-        if (!foldedEnd_.empty()) {
-            folded += foldedName(i);
-            foldedEnd.push_back(folded.size());
-        }
+        if (folded_.size() > 0)
+            folded.add(folded_.at(i));
     }
 
     rank_.resize(kept);
@@ -117,33 +120,13 @@ void PhotoIndex::removeIf(std::function<bool(std::size_t)> const& isGone)
         if (newPosition[old] != noPosition)
             rank_[newPosition[old]] = next++;
     folded_ = std::move(folded);
-    foldedEnd_ = std::move(foldedEnd);
 }
 
 void PhotoIndex::foldNames(std::span<PhotoItem const> items, TextOrder const& order)
 {
-    if (foldedEnd_.size() == items.size())
-        return;
-    foldedEnd_.reserve(items.size());
-    for (auto const& item : items) {
-        folded_ += order.folded(item.name());
-        foldedEnd_.push_back(folded_.size());
-    }
-}
-
-std::string_view PhotoIndex::foldedName(std::size_t position) const
-{
-    auto const begin = position == 0 ? 0 : foldedEnd_[position - 1];
-    return { folded_.data() + begin, foldedEnd_[position] - begin };
-}
-
-PhotoIndex::Positions PhotoIndex::matching(std::string_view foldedText) const
-{
-    Positions found;
-    for (std::size_t i = 0; i < foldedEnd_.size(); ++i)
-        if (foldedName(i).find(foldedText) != std::string_view::npos)
-            found.push_back(static_cast<std::uint32_t>(i));
-    return found;
+    if (folded_.size() != items.size())
+        folded_ = FoldedNames(
+            items.size(), [&](std::size_t i) { return items[i].name(); }, order);
 }
 
 void removePhotos(std::vector<PhotoItem>& items, std::vector<bool> const& gone)

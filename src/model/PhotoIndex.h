@@ -1,10 +1,10 @@
 #pragma once
+#include "model/FoldedNames.h"
 #include "model/PhotoItem.h"
 #include "model/SortKey.h"
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -38,12 +38,8 @@ public:
 private:
     using Positions = std::vector<std::uint32_t>;
 
-    std::string_view foldedName(std::size_t position) const;
-    Positions matching(std::string_view foldedText) const;
-
     Positions rank_; ///< of each position, from 0 without gaps
-    std::string folded_; ///< folded names, one after the other
-    std::vector<std::size_t> foldedEnd_; ///< where each ends; empty until the first search
+    FoldedNames folded_; ///< empty until the first search
 };
 
 /// Takes the photos marked in `gone` out of a list.
