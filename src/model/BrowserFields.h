@@ -32,6 +32,7 @@ public:
     Field<std::vector<PhotoItem>> items { *this }; ///< `allItems` filtered and sorted
     Field<UrlSet> selection { *this }; ///< the marked photos
     Field<std::optional<std::size_t>> cursor { *this }; ///< index into `items`
+    Field<int> cursorVersion { *this, 0 }; ///< bumped to make the gallery show the cursor's photo
     Field<std::optional<std::size_t>> viewerIndex { *this }; ///< none while the gallery shows
     /// How the viewer came to `viewerIndex`; written whenever that is.
     Field<ViewerTransition> viewerTransition { *this, ViewerTransition::none };

@@ -116,11 +116,14 @@ bool BrowserModel::KeyActions::performInGallery(KeyAction action, Extend extend)
 bool BrowserModel::KeyActions::performMovement(KeyAction action, Extend extend)
 {
     switch (action) {
+    // Who has scrolled away means to come back, also to a cursor that is there already.
     case KeyAction::firstPhoto:
         model.cursor = 0;
+        model.cursorVersion = model.cursorVersion + 1;
         return true;
     case KeyAction::lastPhoto:
         model.cursor = model.items->size() - 1;
+        model.cursorVersion = model.cursorVersion + 1;
         return true;
     case KeyAction::left:
         model.moveCursor(-1, extend);

@@ -26,7 +26,7 @@ GridView::GridView(BrowserModel& model, ThumbnailSource& source, MainLoop& loop,
     , layout_(emptyLayout(model.thumbSize))
     , forecast_(loop, [this] { takeTurns(); })
 {
-    cursor_.changed(model.cursor);
+    cursor_.changed({ model.cursor, model.cursorVersion });
     viewerOpen_.changed(model.viewerIndex->has_value());
 }
 
@@ -235,7 +235,7 @@ GridView::Page GridView::page(PageTurn turn, double top, double height) const
 
 std::optional<double> GridView::scrollWish(double top, double height)
 {
-    bool const cursorMoved = cursor_.changed(model_.cursor);
+    bool const cursorMoved = cursor_.changed({ model_.cursor, model_.cursorVersion });
     bool const viewerToggled = viewerOpen_.changed(model_.viewerIndex->has_value());
     auto const cursor = model_.cursor.get();
     if (!cursor || *cursor >= layout_.measures().count)

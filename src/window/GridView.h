@@ -10,6 +10,7 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace pixelhain {
@@ -137,7 +138,7 @@ private:
     std::optional<Point> pointer_;
     Cells cells_;
     LastSeen<FileUrl> first_;
-    LastSeen<std::optional<std::size_t>> cursor_;
+    LastSeen<std::pair<std::optional<std::size_t>, int>> cursor_;
     LastSeen<bool> viewerOpen_;
 };
 

@@ -354,6 +354,22 @@ TEST_CASE("the cursor's cell is brought into view with the least scrolling")
     CHECK_FALSE(gallery.grid->scrollWish(0, 300).has_value());
 }
 
+TEST_CASE("Home and End show the first and the last photo again after scrolling away")
+{
+    Gallery gallery;
+    auto const press = [&](int key) { CHECK(gallery.desk.press(key)); };
+    press(keyCodes::home);
+    CHECK(gallery.grid->scrollWish(0, 300) == 0);
+    CHECK_FALSE(gallery.grid->scrollWish(500, 300).has_value());
+    press(keyCodes::home);
+    CHECK(gallery.grid->scrollWish(500, 300) == 14);
+    press(keyCodes::end);
+    auto const end = gallery.grid->scrollWish(14, 300);
+    REQUIRE(end.has_value());
+    press(keyCodes::end);
+    CHECK(gallery.grid->scrollWish(14, 300) == end);
+}
+
 TEST_CASE("closing the viewer centres the cursor's cell even when it was in view")
 {
     Gallery gallery;
