@@ -123,6 +123,7 @@ void ViewerImageWidget::hideEvent(QHideEvent*)
 {
     fade_.reset();
     frames_.stop();
+    wasPressed_ = false;
 }
 
 void ViewerImageWidget::place()

@@ -81,6 +81,7 @@ private:
     QBasicTimer frames_;
     std::optional<CrossFade> fade_;
     std::optional<QPointF> pressed_;
+    bool wasPressed_ = false; ///< since it came up, or since the last double click
     double nativeMagnification_ = 1;
     bool isComplete_ = false;
     bool hasFrame_ = false; ///< of an animation

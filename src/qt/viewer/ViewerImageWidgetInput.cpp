@@ -87,6 +87,7 @@ void ViewerImageWidget::mousePressEvent(QMouseEvent* event)
     }
     setFocus(Qt::MouseFocusReason);
     pressed_ = event->position();
+    wasPressed_ = true;
     updatePointer();
 }
 
@@ -108,10 +109,12 @@ void ViewerImageWidget::mouseReleaseEvent(QMouseEvent* event)
     updatePointer();
 }
 
+// Of two clicks in the gallery the first opens the photo, and the second is meant for nothing here:
+// both must have come to the photo itself.
 void ViewerImageWidget::mouseDoubleClickEvent(QMouseEvent* event)
 {
     auto* const image = container_.image();
-    if (event->button() == Qt::LeftButton && image)
+    if (event->button() == Qt::LeftButton && std::exchange(wasPressed_, false) && image)
         image->doubleClick();
 }
 
