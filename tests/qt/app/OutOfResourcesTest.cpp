@@ -5,11 +5,13 @@
 #include <csignal>
 #include <doctest/doctest.h>
 #include <fcntl.h>
+#include <fstream>
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <sys/resource.h>
 #include <system_error>
+#include <unistd.h>
 
 using namespace pixelhain;
 
@@ -23,6 +25,13 @@ struct Said {
 template <typename Thrown> [[noreturn]] void thrownBy(Thrown const& thrown)
 {
     throw thrown;
+}
+
+rlim_t addressSpace()
+{
+    rlim_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    return pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
 }
 
 template <typename Deed> Said after(Deed const& deed)
@@ -68,9 +77,10 @@ TEST_CASE("a program ends when its toolkit may have no thread: it would wait for
 {
     auto const said = after([] {
         QThread thread;
-        thread.setStackSize(1U << 30); // none that an earlier thread has left
-        rlimit const none { 0, 0 };
-        ::setrlimit(RLIMIT_AS, &none); // no room for it
+        thread.setStackSize(1U << 30); // none that an earlier thread has left, nor room for it
+        auto const room = addressSpace() + (1U << 26);
+        rlimit const limit { room, room };
+        ::setrlimit(RLIMIT_AS, &limit);
         thread.start();
     });
     CHECK(said.ending.code == 1);
