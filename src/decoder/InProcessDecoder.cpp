@@ -55,8 +55,11 @@ std::optional<ImageMeta> InProcessDecoder::readMeta(FileUrl const& file)
 std::optional<Glance> InProcessDecoder::glance(FileUrl const& file, int maxPixel)
 {
     std::uint64_t count = 0;
-    return withImage<Glance>(file, count,
+    auto glance = withImage<Glance>(file, count,
         [maxPixel](ImageSource& image) { return std::optional(glanceAt(image, maxPixel)); });
+    if (glance)
+        glance->bytesRead = count;
+    return glance;
 }
 
 std::optional<PhotoProperties> InProcessDecoder::readProperties(FileUrl const& file)

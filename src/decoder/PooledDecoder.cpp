@@ -134,6 +134,7 @@ std::optional<Glance> PooledDecoder::glance(FileUrl const& file, int maxPixel)
     glance.meta.isAnimated = (response->flags & DecoderResponse::isAnimated) != 0;
     glance.isQuick = (response->flags & DecoderResponse::isQuick) != 0;
     glance.embedded = std::move(job.bitmap);
+    glance.bytesRead = response->bytesRead;
     return glance;
 }
 

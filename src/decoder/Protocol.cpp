@@ -119,8 +119,7 @@ bool isGlance(DecoderResponse const& response, DecoderRequest const& asked)
 {
     constexpr auto known = DecoderResponse::hasSize | DecoderResponse::isAnimated
         | DecoderResponse::isOpaque | DecoderResponse::isQuick;
-    if ((response.flags & ~known) != 0 || response.bytesRead != 0
-        || response.origin != PixelOrigin::embedded
+    if ((response.flags & ~known) != 0 || response.origin != PixelOrigin::embedded
         || !isStatedSize(response, response.photoWidth, response.photoHeight))
         return false;
     bool const isBare = response.width == 0 && response.height == 0 && response.bytesPerRow == 0

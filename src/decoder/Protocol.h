@@ -67,7 +67,7 @@ struct DecoderResponse {
     std::int32_t height = 0;
     std::uint64_t bytesPerRow = 0;
     std::uint64_t bytes = 0; ///< written into the space, or missing; of the sign: what holds it
-    std::uint64_t bytesRead = 0; ///< of the file, for a picture
+    std::uint64_t bytesRead = 0; ///< of the file, for a picture or a glance
     std::int32_t photoWidth = 0; ///< of a glance: the upright size, beside that of its picture
     std::int32_t photoHeight = 0;
 };

@@ -125,9 +125,9 @@ try {
         return {};
     if (request.operation == DecoderOperation::readMeta)
         return metaOf(*image);
-    if (request.operation == DecoderOperation::glance)
-        return glance(request, std::move(image));
-    auto response = decode(request, std::move(image), std::move(space));
+    auto response = request.operation == DecoderOperation::glance
+        ? glance(request, std::move(image))
+        : decode(request, std::move(image), std::move(space));
     if (response.status == DecoderStatus::done)
         response.bytesRead = count;
     return response;

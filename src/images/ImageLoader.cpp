@@ -128,6 +128,7 @@ void lookInto(LoaderCore& core, Thumbnail const& pending)
     bool const isQuick = glance && glance->isQuick;
     if (glance) {
         look.meta = glance->meta;
+        look.bytesRead = glance->bytesRead;
         if (!glance->embedded.isEmpty())
             look.embedded = std::make_shared<CGImageBox const>(
                 CGImageBox { std::move(glance->embedded), PixelOrigin::embedded });

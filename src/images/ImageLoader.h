@@ -36,6 +36,7 @@ struct ImageMetaBox {
 struct FirstLook {
     std::optional<ImageMeta> meta;
     ImageRef embedded; ///< a small picture of it; null if there is none
+    std::uint64_t bytesRead = 0; ///< of the file
 };
 
 /// The one place where image files are decoded: thumbnails, display images, full images and

@@ -57,6 +57,7 @@ struct Glance {
     Bitmap embedded {};
     /// An embedded picture will do for what is wanted, so that comes soon.
     bool isQuick = false;
+    std::uint64_t bytesRead = 0; ///< of the file
 };
 
 } // namespace pixelhain

@@ -146,10 +146,11 @@ bool GridView::isComplete() const
 
 std::uint64_t GridView::bytesRead() const
 {
+    auto const& items = *model_.items;
     std::uint64_t bytes = 0;
-    for (auto index = inView_.first; index < inView_.last; ++index)
-        if (auto const image = cell(index).image)
-            bytes += image->bytesRead;
+    for (auto index = inView_.first; index < inView_.last && index < items.size(); ++index)
+        if (auto const found = cells_.find(items[index].url); found != cells_.end())
+            bytes += found->second->bytesRead();
     return bytes;
 }
 

@@ -23,6 +23,7 @@ void ThumbnailCellLoads::show(FileUrl const& url, int pixel)
         metaTask_ = Task();
         meta_ = source_.knownMeta(url_);
         hasLooked_ = meta_.has_value();
+        bytesLooked_ = 0;
     }
     loadThumbnail();
 }
@@ -58,6 +59,7 @@ void ThumbnailCellLoads::use(ImageRef image)
 void ThumbnailCellLoads::looked(FirstLook const& look)
 {
     hasLooked_ = true;
+    bytesLooked_ += look.bytesRead;
     if (look.meta)
         meta_ = look.meta;
     if (!image_ && !failed_)

@@ -28,6 +28,8 @@ public:
     /// as anything else goes, the cell is still loading.
     ImageRef const& embedded() const { return embedded_; }
     std::optional<ImageMeta> const& meta() const { return meta_; }
+    /// Of the file, for all that is here.
+    std::uint64_t bytesRead() const { return bytesLooked_ + (image_ ? image_->bytesRead : 0); }
     bool failed() const { return failed_; }
 
     /// Whether there is nothing to wait for: the picture of the wanted size is here, or it has been
@@ -51,6 +53,7 @@ private:
     ImageRef embedded_;
     std::optional<ImageMeta> meta_;
     bool hasLooked_ = false; ///< at the metadata, whatever came of it
+    std::uint64_t bytesLooked_ = 0; ///< read for that
     bool failed_ = false;
     bool isSettled_ = false;
     Task thumbnailTask_;

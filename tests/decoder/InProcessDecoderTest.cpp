@@ -111,6 +111,7 @@ TEST_CASE("a first look yields the size and the small picture inside the file")
     CHECK(glance->embedded.size == PixelSize { 120, 160 });
     CHECK(isMostlyBlue(glance->embedded));
     CHECK_FALSE(glance->isQuick);
+    CHECK(glance->bytesRead > 0);
 }
 
 TEST_CASE("the bars of a small picture inside the file are cut off, another shape is not shown")

@@ -61,7 +61,7 @@ bool isEqual(std::optional<Glance> const& a, std::optional<Glance> const& b)
 {
     if (!a || !b)
         return !a && !b;
-    return a->meta == b->meta && a->isQuick == b->isQuick
+    return a->meta == b->meta && a->isQuick == b->isQuick && a->bytesRead == b->bytesRead
         && a->embedded.isEmpty() == b->embedded.isEmpty()
         && (a->embedded.isEmpty() || isEqual(a->embedded, b->embedded));
 }

@@ -302,7 +302,7 @@ TEST_CASE("pictures and metadata arrive in their cells and are reported")
     CHECK(gallery.changed == std::vector { FileUrl("/b/2.jpg"), FileUrl("/b/2.jpg") });
 }
 
-TEST_CASE("the grid tells what was read for the pictures in view")
+TEST_CASE("the grid tells what was read for the pictures in view and to look for them")
 {
     Gallery gallery;
     gallery.grid->showRows(0, 110);
@@ -313,6 +313,8 @@ TEST_CASE("the grid tells what was read for the pictures in view")
         gallery.source.answer(index, std::make_shared<CGImageBox>(std::move(box)));
     }
     CHECK(gallery.grid->bytesRead() == 10'002);
+    gallery.source.answerLook(1, { std::nullopt, nullptr, 300 });
+    CHECK(gallery.grid->bytesRead() == 10'302);
 }
 
 TEST_CASE("the grid is complete when every photo in view has its picture or none")
