@@ -144,14 +144,17 @@ bool GridView::isComplete() const
     return true;
 }
 
-std::uint64_t GridView::bytesRead() const
+BytesRead GridView::bytesRead() const
 {
     auto const& items = *model_.items;
-    std::uint64_t bytes = 0;
+    BytesRead all;
     for (auto index = inView_.first; index < inView_.last && index < items.size(); ++index)
-        if (auto const found = cells_.find(items[index].url); found != cells_.end())
-            bytes += found->second->bytesRead();
-    return bytes;
+        if (auto const found = cells_.find(items[index].url); found != cells_.end()) {
+            auto const [pictures, looks] = found->second->bytesRead();
+            all.pictures += pictures;
+            all.looks += looks;
+        }
+    return all;
 }
 
 bool GridView::isCurrent() const

@@ -80,7 +80,7 @@ public:
     bool isComplete() const;
 
     /// What was read of their files for the pictures in view.
-    [[nodiscard]] std::uint64_t bytesRead() const;
+    [[nodiscard]] BytesRead bytesRead() const;
 
     /// Whether the model's list is as long as it was when it was laid out: views hear of a change
     /// only after it, and a frame or a click may come in between.

@@ -1,9 +1,16 @@
 #pragma once
 #include "window/ThumbnailSource.h"
+#include <cstdint>
 #include <functional>
 #include <optional>
 
 namespace pixelhain {
+
+/// How much of files was read to look for what they hold and for their pictures.
+struct BytesRead {
+    std::uint64_t pictures = 0;
+    std::uint64_t looks = 0;
+};
 
 /// What one gallery cell loads, alive as long as the cell is: its thumbnail, its metadata, and
 /// until the thumbnail is there the small picture that its file holds. Dropping this cancels all.
@@ -28,8 +35,8 @@ public:
     /// as anything else goes, the cell is still loading.
     ImageRef const& embedded() const { return embedded_; }
     std::optional<ImageMeta> const& meta() const { return meta_; }
-    /// Of the file, for all that is here.
-    std::uint64_t bytesRead() const { return bytesLooked_ + (image_ ? image_->bytesRead : 0); }
+    /// Of the file, for the picture and for the look before it.
+    BytesRead bytesRead() const { return { image_ ? image_->bytesRead : 0, bytesLooked_ }; }
     bool failed() const { return failed_; }
 
     /// Whether there is nothing to wait for: the picture of the wanted size is here, or it has been

@@ -306,15 +306,17 @@ TEST_CASE("the grid tells what was read for the pictures in view and to look for
 {
     Gallery gallery;
     gallery.grid->showRows(0, 110);
-    CHECK(gallery.grid->bytesRead() == 0);
+    CHECK(gallery.grid->bytesRead().pictures == 0);
     for (std::size_t const index : { 0U, 2U }) {
         CGImageBox box = *pictureOf(3, 2);
         box.bytesRead = 5000 + index;
         gallery.source.answer(index, std::make_shared<CGImageBox>(std::move(box)));
     }
-    CHECK(gallery.grid->bytesRead() == 10'002);
+    CHECK(gallery.grid->bytesRead().pictures == 10'002);
+    CHECK(gallery.grid->bytesRead().looks == 0);
     gallery.source.answerLook(1, { std::nullopt, nullptr, 300 });
-    CHECK(gallery.grid->bytesRead() == 10'302);
+    CHECK(gallery.grid->bytesRead().pictures == 10'002);
+    CHECK(gallery.grid->bytesRead().looks == 300);
 }
 
 TEST_CASE("the grid is complete when every photo in view has its picture or none")

@@ -58,7 +58,9 @@ void Milestones::look()
     if (!sawComplete_ && window_.isComplete()) {
         sawComplete_ = true;
         trace_.milestone("visible-complete", grid.view().inView().count());
-        trace_.milestone("bytes-read", grid.view().bytesRead());
+        auto const read = grid.view().bytesRead();
+        trace_.milestone("bytes-read", read.pictures);
+        trace_.milestone("bytes-looked", read.looks);
     }
     if (sawComplete_ && !sawIdle_ && isIdle()) {
         sawIdle_ = true;
