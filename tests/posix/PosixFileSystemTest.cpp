@@ -1,7 +1,10 @@
 #include "posix/PosixFileSystem.h"
+#include "SystemCallFaults.h"
 #include "support/DeepFolder.h"
 #include "support/OtherUser.h"
 #include "support/TemporaryFolder.h"
+#include <algorithm>
+#include <chrono>
 #include <climits>
 #include <doctest/doctest.h>
 #include <fcntl.h>
@@ -11,6 +14,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -254,4 +258,33 @@ TEST_CASE("links are followed to tell whether something is there")
     CHECK(files.exists(link));
     CHECK_FALSE(files.exists(broken));
     CHECK_FALSE(files.exists(FileUrl()));
+}
+
+namespace {
+
+// How many of 300 files the calling thread looks at when it has to wait for the first `slow`.
+int looksOfItsOwn(std::vector<FileUrl> const& photos, int slow)
+{
+    auto const wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(1)); };
+    SystemCallFaults const disk({ { "statx", Fault::none, 1, slow, wait } });
+    auto const found = files.details(photos);
+    CHECK(std::ranges::all_of(found, [](auto const& each) { return each.has_value(); }));
+    return disk.calls("statx");
+}
+
+} // namespace
+
+TEST_CASE("files that have to be waited for are looked at by other threads, many at once")
+{
+    TemporaryFolder const folder;
+    std::vector<FileUrl> photos;
+    for (int i = 0; i < 300; ++i)
+        photos.push_back(folder.file(std::to_string(i) + ".jpg"));
+    CHECK(looksOfItsOwn(photos, 8) == 8);
+    CHECK(looksOfItsOwn(photos, 4) == 8);
+    // These are in memory. Looks may still take long when others want the processors.
+    int most = 0;
+    for (int turn = 0; turn < 20 && most < 300; ++turn)
+        most = std::max(most, looksOfItsOwn(photos, 3));
+    CHECK(most == 300);
 }
