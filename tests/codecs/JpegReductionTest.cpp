@@ -220,7 +220,7 @@ TEST_CASE("a large JPEG is walked through from several places and stays the libr
             auto const file = writeJpeg(busyColors({ 1601, 1203 }), options);
             REQUIRE(file.size() > 600'000);
             checkLikeLibrary(file);
-            for (std::size_t const piece : { 5'000, 40'000, 150'001 })
+            for (std::size_t const piece : { 5'000U, 40'000U, 150'001U })
                 checkLikeLibrary(file, piece);
         }
     }

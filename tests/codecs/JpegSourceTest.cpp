@@ -140,9 +140,10 @@ TEST_CASE("a JPEG whose reduced rows end in a part of a pixel keeps everything i
     auto const file = writeJpeg(pixels, options);
     auto const source = opened(file);
     REQUIRE(source);
-    for (auto const& [wanted, eighths] : { std::pair { 10, 1 }, { 17, 2 }, { 30, 4 }, { 90, 8 } }) {
+    for (auto const& expected : { std::pair { 10, 1 }, { 17, 2 }, { 30, 4 }, { 90, 8 } }) {
+        int const wanted = expected.first;
         CAPTURE(wanted);
-        REQUIRE(dctEighths({ side, side }, wanted) == eighths);
+        REQUIRE(dctEighths({ side, side }, wanted) == expected.second);
         // The library's picture, and ours of an eighth.
         auto const ours = source->decode(wanted);
         auto const theirs = decodeJpegByLibrary(SpanBytes(file), wanted, {});
