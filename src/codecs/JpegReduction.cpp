@@ -80,6 +80,9 @@ JpegReduction::Next JpegReduction::takeSequential()
     if (std::ranges::all_of(planes_, [](auto const& plane) { return plane.missingBits >= 0; }))
         return Next::finished;
     offset_ = scan->end();
+    // The next component's scan begins there.
+    if (auto const rest = scan->rest(); !rest.bytes.empty())
+        bytes_.keep(rest.offset, rest.bytes);
     return Next::more;
 }
 

@@ -1,4 +1,5 @@
 #include "codecs/JpegScanBytes.h"
+#include "codecs/JpegCode.h"
 #include <algorithm>
 #include <cstring>
 
@@ -6,12 +7,9 @@ namespace pixelhain {
 
 namespace {
 
-constexpr std::uint8_t firstRestart = 0xD0;
-constexpr std::uint8_t lastRestart = 0xD7;
-
 bool isRestart(std::uint8_t marker)
 {
-    return marker >= firstRestart && marker <= lastRestart;
+    return marker >= JpegCode::firstRestart && marker <= JpegCode::lastRestart;
 }
 
 } // namespace
@@ -46,10 +44,18 @@ void JpegScanBytes::advance(std::size_t used)
             isComplete_ = true;
             end_ = offset_;
         }
+        rawSize_ = got;
         takeRaw({ raw_.get(), got });
         offset_ += got;
     }
     std::memset(clean_.get() + size_, 0, margin);
+}
+
+JpegScanBytes::Rest JpegScanBytes::rest() const
+{
+    auto const begin = offset_ - rawSize_;
+    auto const from = std::clamp(end_, begin, offset_);
+    return { from, ByteSpan(raw_.get(), rawSize_).subspan(static_cast<std::size_t>(from - begin)) };
 }
 
 void JpegScanBytes::takeRaw(ByteSpan raw)
@@ -93,7 +99,7 @@ bool JpegScanBytes::takeMarker(std::uint8_t second)
         endMarker_ = second;
         return false;
     }
-    restarts_.push_back({ size_, second - firstRestart });
+    restarts_.push_back({ size_, second - JpegCode::firstRestart });
     return true;
 }
 

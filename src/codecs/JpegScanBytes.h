@@ -41,6 +41,12 @@ public:
 
     /// Of all of them: where the marker stands that ends them, or where the file ends.
     [[nodiscard]] std::uint64_t end() const { return end_; }
+    /// Of all of them: what was read behind `end` without being taken; may be less than that.
+    struct Rest {
+        std::uint64_t offset = 0; ///< where it stands
+        ByteSpan bytes;
+    };
+    [[nodiscard]] Rest rest() const;
     /// Of all of them: whether the file ends there, or a segment begins that has a place there.
     [[nodiscard]] bool isEndSound() const { return endMarker_ == 0 || endMarker_ >= 0xC0; }
     /// Until then: where one may go on to look for it.
@@ -55,6 +61,7 @@ private:
     std::size_t piece_;
     JpegRestarts expected_;
     std::unique_ptr<std::uint8_t[]> raw_;
+    std::size_t rawSize_ = 0; ///< of the bytes that were read last
     std::unique_ptr<std::uint8_t[]> clean_;
     std::size_t size_ = 0;
     std::vector<Restart> restarts_;

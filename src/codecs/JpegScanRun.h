@@ -24,6 +24,11 @@ public:
 
     /// Where the coded bytes end; to be asked after `run`, if it took all units.
     [[nodiscard]] std::uint64_t end() const;
+    /// What was read behind them.
+    [[nodiscard]] JpegScanBytes::Rest rest() const
+    {
+        return bytes_.isComplete() ? bytes_.rest() : JpegScanBytes::Rest {};
+    }
 
 protected:
     JpegScanRun(ByteSource const& bytes, JpegMarkers const& markers, std::vector<JpegPlane>& planes,

@@ -4,10 +4,10 @@
 namespace pixelhain {
 
 /// A source that is read forwards in pieces, of which the next may begin within the one before:
-/// what was read last is not read again. For one thread.
+/// what was read last, or another kept for it, is not read again. For one thread.
 class RecentBytes final : public ByteSource {
 public:
-    /// So much of it is kept, from its end.
+    /// So much of what was read last is kept, from its end.
     static constexpr std::size_t mostKept = std::size_t { 64 } << 10;
 
     /// `whole` must outlive it.
@@ -27,6 +27,13 @@ public:
         kept_.assign(end.begin(), end.end());
         begin_ = offset + got - end.size();
         return got;
+    }
+
+    /// Bytes of the whole that stand at `offset`, instead.
+    void keep(std::uint64_t offset, ByteSpan bytes)
+    {
+        kept_.assign(bytes.begin(), bytes.end());
+        begin_ = offset;
     }
 
 private:

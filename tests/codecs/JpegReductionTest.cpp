@@ -226,6 +226,26 @@ TEST_CASE("a large JPEG is walked through from several places and stays the libr
     }
 }
 
+TEST_CASE("a large JPEG whose components come one after the other is read once")
+{
+    for (bool const hasRestarts : { false, true }) {
+        JpegOptions options;
+        options.isInterleaved = false;
+        options.subsampling = JpegOptions::Subsampling::s444;
+        options.restartUnits = hasRestarts ? 50 : 0;
+        options.quality = 96;
+        auto const file = writeJpeg(busyColors({ 1601, 1203 }), options);
+        REQUIRE(file.size() > 1'000'000);
+        checkLikeLibrary(file);
+        for (std::size_t const piece : { 60'000U, 400'000U, 524'288U, 1'048'576U }) {
+            std::uint64_t count = 0;
+            CountedBytes const counted(std::make_unique<SpanBytes>(file), count);
+            CHECK(eighthFrom(counted, piece));
+            CHECK(count <= file.size() + 4096);
+        }
+    }
+}
+
 TEST_CASE("a large flat JPEG is more units than a walk keeps")
 {
     JpegOptions options;

@@ -49,6 +49,15 @@ TEST_CASE("what was read last is not read again")
     CHECK(desk.read(599, 2) == 2); // it began behind it
 }
 
+TEST_CASE("what somebody else has read is not read again")
+{
+    Desk desk;
+    desk.recent.keep(1'000, { desk.bytes.data() + 1'000, 100'000 });
+    CHECK(desk.read(1'000, 100) == 0);
+    CHECK(desk.read(1'000, 150'000) == 50'000);
+    CHECK(desk.read(999, 10) == 10);
+}
+
 TEST_CASE("of a long piece the end is kept")
 {
     Desk desk;
