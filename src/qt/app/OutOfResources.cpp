@@ -1,4 +1,5 @@
 #include "qt/app/OutOfResources.h"
+#include <QLatin1String>
 #include <QLoggingCategory>
 #include <QString>
 #include <cstdlib>
@@ -57,12 +58,24 @@ void hearOfMissingThreads(QtMsgType type, QMessageLogContext const& context, QSt
         endFor(noThreads);
 }
 
+QLoggingCategory::CategoryFilter otherRules = nullptr;
+
+// Whatever the user has switched off: a message that is never made is heard by nobody.
+void keepReports(QLoggingCategory* category)
+{
+    otherRules(category);
+    if (QLatin1String(category->categoryName()) == QLatin1String("default"))
+        category->setEnabled(QtCriticalMsg, true);
+}
+
 } // namespace
 
 void sayWhyWhenOutOfResources()
 {
     std::set_terminate(ended);
     otherMessages = qInstallMessageHandler(hearOfMissingThreads);
+    otherRules = QLoggingCategory::installFilter(nullptr); // ours is called before it returns
+    QLoggingCategory::installFilter(keepReports);
 }
 
 } // namespace pixelhain
