@@ -4,6 +4,7 @@ import mmap
 import operator
 import os
 import pathlib
+import shlex
 import signal
 import struct
 import subprocess
@@ -35,13 +36,15 @@ WINDOW_MANAGER = """<?xml version="1.0"?>
 def managed(display, home):
     """A window manager; it runs before the first window comes, as in every session."""
     rules, started = pathlib.Path(home) / "rc.xml", pathlib.Path(home) / "managed"
+    latest = time.monotonic() + 20
     rules.write_text(WINDOW_MANAGER)
-    manager = subprocess.Popen(["openbox", "--config-file", rules, "--startup", f"touch {started}"],
+    command = ["openbox", "--config-file", rules, "--startup", shlex.join(["touch", str(started)])]
+    manager = subprocess.Popen(command,
                                env={**os.environ, "DISPLAY": display},
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
         while not started.exists():
-            if manager.poll() is not None:
+            if manager.poll() is not None or time.monotonic() > latest:
                 sys.exit("openbox did not start")
             time.sleep(0.01)
         yield
