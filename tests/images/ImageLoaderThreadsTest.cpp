@@ -119,6 +119,36 @@ TEST_CASE("loads dropped at any moment are never answered, and other threads may
     CHECK(late == 0);
 }
 
+TEST_CASE("paging in any hurry shows each photo that is stayed at")
+{
+    constexpr std::size_t turns = 500;
+    Desk desk;
+    std::size_t shown = 0;
+    for (std::size_t turn = 0; turn < turns; ++turn) {
+        // Some photos are passed before anything of them can begin.
+        for (std::size_t passed = 0; passed < turn % 4; ++passed) {
+            auto const at = (3 * turn + passed) % desk.files.size();
+            auto task = desk.loader->loadDisplayImage(desk.files[at], [](ImageRef const&) {});
+            desk.loader->prefetchAround(desk.files[at], std::span(desk.files).first(2));
+        }
+        auto const at = 8 * (turn % 5) + 1 + turn % 7; // one that can be read
+        auto const& url = desk.files[at];
+        bool isAnswered = false;
+        auto const task = desk.loader->loadDisplayImage(url, [&](ImageRef const& image) {
+            isAnswered = true;
+            shown += image ? 1 : 0;
+        });
+        desk.loader->prefetchAround(url, { &desk.files[(at + 8) % desk.files.size()], 1 });
+        Screen const screen { 1000, 1000, turn % 2 == 0 ? 1.0 : 2.0 };
+        desk.loader->updateDisplayPixelSize({ &screen, 1 });
+        while (!isAnswered) {
+            desk.loop.settle();
+            std::this_thread::yield();
+        }
+    }
+    CHECK(shown == turns);
+}
+
 TEST_CASE("turns may change at any moment, and every load comes to its end")
 {
     Desk desk;
