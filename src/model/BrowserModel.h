@@ -35,8 +35,7 @@ public:
     void chooseFolder();
     /// Opens a folder, or an image file in its folder; a path that does not exist is ignored.
     void open(FileUrl const& url);
-    /// Opens one of `recentFolders`; says so if it is not there.
-    void openRecent(FileUrl const& url);
+    void openRecent(FileUrl const& url); ///< one of `recentFolders`; says so if it is not there
     void clearRecentFolders();
     void setRoot(FileUrl const& url, AlsoSelect alsoSelect);
     void selectFolders(std::vector<FileUrl> urls, FocusGallery focusGallery);
@@ -54,6 +53,7 @@ public:
     void setShowContactSheetDialog(bool shows); ///< only while there are photos
 
     // Settings: each is stored under its key at once, numbers brought into their range.
+    void expectSearch() const { photos_.expectSearch(); } ///< the first key is then no slower
     void setSearchText(std::string text);
     void setSortKey(SortKey key);
     void setAscending(bool value);

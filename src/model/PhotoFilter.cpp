@@ -65,6 +65,13 @@ void PhotoFilter::choose(ViewChoice const& choice)
         deriveLater(choice);
 }
 
+void PhotoFilter::expectSearch() const
+{
+    if (!list_->isQuick())
+        background_.run(Priority::userInitiated,
+            [list = PhotoList::Reading(list_), &order = order_] { list->foldNames(order); });
+}
+
 void PhotoFilter::whenShown(Purpose purpose, Command command)
 {
     if (isUnderWay())

@@ -42,6 +42,9 @@ public:
     /// search is there at once.
     void choose(ViewChoice const& choice);
 
+    /// Makes a long list ready to be searched, in the background.
+    void expectSearch() const;
+
     /// Whether what was chosen last is still to be shown.
     bool isUnderWay() const { return static_cast<bool>(task_); }
 

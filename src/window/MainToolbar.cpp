@@ -214,6 +214,11 @@ void MainToolbar::setSearchText(std::string text)
     model_.setSearchText(std::move(text));
 }
 
+void MainToolbar::expectSearch() const
+{
+    model_.expectSearch();
+}
+
 std::vector<MenuEntry> MainToolbar::overflow(std::size_t first) const
 {
     std::vector<MenuEntry> entries;

@@ -94,6 +94,41 @@ TEST_CASE("nothing is trashed, moved or copied from a list that is still being s
     CHECK(model.selection->size() == 1);
 }
 
+TEST_CASE("a search that was expected folds no name any more, nor does the next")
+{
+    LongList test;
+    auto& model = test.model();
+    auto& folds = test.desk.textOrder.folds;
+    auto const before = folds.load();
+    model.expectSearch();
+    CHECK(folds == before); // not on the main thread
+    test.desk.settle();
+    CHECK(folds == before + LongList::count);
+    model.expectSearch();
+    for (char const* text : { "b", "b1" }) {
+        model.setSearchText(text);
+        test.desk.settle();
+    }
+    CHECK(test.shown() > 0);
+    CHECK(folds <= before + LongList::count + 2 * 2); // what is searched for
+}
+
+TEST_CASE("a search that is expected holds up neither what is removed nor another folder")
+{
+    LongList test;
+    auto& model = test.model();
+    model.expectSearch();
+    model.removeItems({ (*model.items)[5].url });
+    CHECK(test.shown() == LongList::count - 1);
+    test.desk.open("/c", { "c1.jpg" });
+    CHECK(test.shown() == 1);
+    test.desk.settle();
+    CHECK(test.shown() == 1);
+    model.setSearchText("c1");
+    test.desk.settle();
+    CHECK(test.shown() == 1);
+}
+
 TEST_CASE("a photo at the cursor of a list that is still being searched is not meant")
 {
     LongList test;

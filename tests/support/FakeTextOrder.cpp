@@ -36,6 +36,7 @@ void FakeTextOrder::appendSortKey(std::string_view name, std::string& keys) cons
 
 std::string FakeTextOrder::folded(std::string_view text) const
 {
+    ++folds;
     return asciiLowercased(text);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "ports/TextOrder.h"
+#include <atomic>
 
 namespace pixelhain {
 
@@ -14,6 +15,8 @@ public:
     void appendSortKey(std::string_view name, std::string& keys) const override;
 
     std::string folded(std::string_view text) const override;
+
+    mutable std::atomic<std::size_t> folds = 0; ///< texts so far
 };
 
 } // namespace pixelhain

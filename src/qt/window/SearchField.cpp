@@ -87,6 +87,8 @@ bool SearchField::event(QEvent* event)
         event->accept();
         return true;
     }
+    if (event->type() == QEvent::FocusIn && entered)
+        entered();
     return QLineEdit::event(event);
 }
 

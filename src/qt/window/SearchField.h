@@ -12,6 +12,7 @@ public:
     /// Shows a text without telling anybody; what is being typed keeps its place.
     void follow(std::string const& text);
 
+    std::function<void()> entered; ///< it has got the keyboard
     std::function<void(std::string)> typed;
     std::function<void()> left; ///< the user has no more use for it
     std::function<void()> found; ///< the user goes on in what was found

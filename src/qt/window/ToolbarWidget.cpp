@@ -72,6 +72,7 @@ ToolbarWidget::ToolbarWidget(BrowserModel& model, ShareMenu* share, QWidget* par
     more_->setToolTip(more_->text());
     more_->setEntries([this] { return toolbar_.overflow(shown_); });
     search_ = new SearchField(this);
+    search_->entered = [this] { toolbar_.expectSearch(); };
     search_->typed = [this](std::string text) { toolbar_.setSearchText(std::move(text)); };
     search_->left = [this] { endEditing(); };
     search_->found = [this] {

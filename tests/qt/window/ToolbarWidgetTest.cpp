@@ -132,6 +132,19 @@ TEST_CASE("what is typed into the search field filters the gallery by name")
     CHECK(test.model().items->size() == 20);
 }
 
+TEST_CASE("names of a long list are made ready for a search while the user gets ready to type")
+{
+    Window test;
+    Names names;
+    for (int i = 0; i < 21'000; ++i)
+        names.push_back(std::to_string(i) + ".jpg");
+    test.desk.open("/many", names);
+    auto const before = test.desk.textOrder.folds.load();
+    test.type(Qt::Key_F, Qt::ControlModifier);
+    CHECK(test.search().hasFocus());
+    CHECK(test.desk.textOrder.folds >= before + names.size());
+}
+
 TEST_CASE("Ctrl+F goes to the search field and marks its text, so that the next letter replaces it")
 {
     Window test;
