@@ -68,6 +68,10 @@ public:
     {
         return pictures_[std::hash<FileUrl> {}(url) % pictures_.size()];
     }
+    ImageRef cachedThumbnailOfAnySize(FileUrl const& url) const override
+    {
+        return cachedThumbnail(url, 0);
+    }
     std::optional<ImageMeta> knownMeta(FileUrl const&) const override
     {
         return ImageMeta { PixelSize { 6000, 4000 }, false };

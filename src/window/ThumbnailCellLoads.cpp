@@ -40,6 +40,10 @@ void ThumbnailCellLoads::loadThumbnail()
         loadMeta();
         return;
     }
+    // One of another size stands for it meanwhile: sizes change more often than photos are made.
+    // What was never looked into is not in memory either.
+    if (!image_ && !embedded_ && !failed_ && hasLooked_)
+        embedded_ = source_.cachedThumbnailOfAnySize(url_);
     bool const hasNothing = !image_ && !embedded_ && !failed_;
     ImageLoader::LookDone look;
     if (hasNothing || !hasLooked_)

@@ -13,8 +13,8 @@ struct BytesRead {
 };
 
 /// What one gallery cell loads, alive as long as the cell is: its thumbnail, its metadata, and
-/// until the thumbnail is there the small picture that its file holds. Dropping this cancels all.
-/// Main thread only.
+/// until the thumbnail is there one of another size or the small picture that its file holds.
+/// Dropping this cancels all. Main thread only.
 class ThumbnailCellLoads {
 public:
     /// `changed` is called when something arrives later, not for what `show` finds in memory.

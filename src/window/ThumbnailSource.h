@@ -19,6 +19,7 @@ public:
 
     /// What is in memory already.
     [[nodiscard]] virtual ImageRef cachedThumbnail(FileUrl const& url, int maxPixel) const = 0;
+    [[nodiscard]] virtual ImageRef cachedThumbnailOfAnySize(FileUrl const& url) const = 0;
     [[nodiscard]] virtual std::optional<ImageMeta> knownMeta(FileUrl const& url) const = 0;
 };
 
@@ -43,6 +44,10 @@ public:
     ImageRef cachedThumbnail(FileUrl const& url, int maxPixel) const override
     {
         return loader_.cachedThumbnail(url, maxPixel);
+    }
+    ImageRef cachedThumbnailOfAnySize(FileUrl const& url) const override
+    {
+        return loader_.largestCachedThumbnail(url);
     }
     std::optional<ImageMeta> knownMeta(FileUrl const& url) const override
     {

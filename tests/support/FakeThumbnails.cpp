@@ -22,6 +22,15 @@ ImageRef FakeThumbnails::cachedThumbnail(FileUrl const& url, int maxPixel) const
     return found == pictures.end() ? nullptr : found->second;
 }
 
+ImageRef FakeThumbnails::cachedThumbnailOfAnySize(FileUrl const& url) const
+{
+    ImageRef largest;
+    for (auto const& [key, picture] : pictures) // of a photo in the order of their sizes
+        if (key.first == url)
+            largest = picture;
+    return largest;
+}
+
 std::optional<ImageMeta> FakeThumbnails::knownMeta(FileUrl const& url) const
 {
     auto const found = metas.find(url);

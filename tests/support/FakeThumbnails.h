@@ -28,6 +28,7 @@ public:
     void turnsChanged() override { ++turnChanges; }
     Task loadMeta(FileUrl const& url, ImageLoader::MetaDone done) override;
     ImageRef cachedThumbnail(FileUrl const& url, int maxPixel) const override;
+    ImageRef cachedThumbnailOfAnySize(FileUrl const& url) const override;
     std::optional<ImageMeta> knownMeta(FileUrl const& url) const override;
 
     /// Answers a thumbnail request, unless it was dropped; null: there is no picture.

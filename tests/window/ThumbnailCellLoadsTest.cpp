@@ -104,6 +104,40 @@ TEST_CASE("a thumbnail in memory without its metadata has that asked for")
     CHECK(cell.source.requests.size() == 1);
 }
 
+TEST_CASE("a thumbnail of another size that is in memory stands for the one that is wanted")
+{
+    Cell cell;
+    auto const small = pictureOf(128, 85);
+    cell.source.pictures[{ photo, 128 }] = small;
+    cell.source.metas[photo] = ImageMeta { PixelSize { 6000, 4000 }, false };
+    cell.loads.show(other, 384);
+    CHECK_FALSE(cell.loads.embedded());
+    cell.loads.show(photo, 384);
+    CHECK(cell.loads.embedded() == small);
+    CHECK_FALSE(cell.loads.image());
+    CHECK_FALSE(cell.loads.isSettled());
+    CHECK_FALSE(cell.source.requests.back().looked);
+    cell.loads.show(photo, 512); // before that has come
+    CHECK(cell.loads.embedded() == small);
+    auto const wanted = pictureOf(512, 341);
+    cell.source.answer(cell.source.requests.size() - 1, wanted);
+    CHECK(cell.loads.image() == wanted);
+    CHECK_FALSE(cell.loads.embedded());
+}
+
+TEST_CASE("a photo that cannot be read any more is not shown as it was in another size")
+{
+    Cell cell;
+    cell.source.pictures[{ photo, 128 }] = pictureOf(128, 85);
+    cell.source.metas[photo] = ImageMeta { PixelSize { 6000, 4000 }, false };
+    cell.loads.show(photo, 384);
+    cell.source.answer(0, nullptr);
+    CHECK(cell.loads.failed());
+    CHECK_FALSE(cell.loads.embedded());
+    cell.loads.show(photo, 512);
+    CHECK_FALSE(cell.loads.embedded());
+}
+
 TEST_CASE("a photo whose metadata is known is looked into for its small picture all the same")
 {
     Cell cell;
