@@ -24,7 +24,7 @@ ViewerImage::ViewerImage(
     , isAnimated_(isAnimated)
     , changed_(std::move(changed))
     , image_(source.cachedDisplayImage(item_.url))
-    , standIn_(image_ || isAnimated ? nullptr : source.cachedThumbnail(item_.url))
+    , standIn_(image_ ? nullptr : source.cachedThumbnail(item_.url))
 {
 }
 

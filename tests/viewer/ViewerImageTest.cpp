@@ -265,6 +265,19 @@ TEST_CASE("a photo that is left takes what stood for it along, and waits for not
     CHECK(s.source.wanted(Kind::display).empty());
 }
 
+TEST_CASE("the gallery's picture stands for an animation, and nothing is loaded for that")
+{
+    FakeLoop loop;
+    FakeViewerSource source;
+    source.thumbnails[photo("a.gif").url] = pictureOf(30, 20);
+    ViewerImage image(source, loop, photo("a.gif"), true, [](auto) {});
+    CHECK(image.standIn() == source.thumbnails.begin()->second);
+    CHECK(image.content() == Content::animation);
+    image.appear();
+    CHECK(source.asked(Kind::preview) == 0);
+    CHECK(source.asked(Kind::display) == 0);
+}
+
 TEST_CASE("an animation loads neither the screen-sized nor the full picture")
 {
     Shown s(true);

@@ -511,6 +511,22 @@ TEST_CASE("a photo that turns out to move stays on the screen until its first fr
     CHECK(middleOf(v.frame()) == QColor(1, 1, 1).rgb());
 }
 
+TEST_CASE("an animation stands as the gallery shows it until its first frame is there")
+{
+    ViewerDesk v;
+    v.putAnimation(0, 60, 1);
+    v.source.thumbnails[v.url(0)] = plainPicture(45, 25, Qt::red);
+    v.open(0);
+    REQUIRE(v.image().isAnimated());
+    CHECK(middleOf(v.frame()) == QColor(Qt::red).rgb());
+    v.desk.loop.advance(AnimatedImageView::retryTime);
+    v.desk.settle();
+    CHECK(middleOf(v.frame()) == QColor(0, 0, 0).rgb());
+    v.desk.loop.advance(std::chrono::milliseconds(100));
+    v.desk.settle();
+    CHECK(middleOf(v.frame()) == QColor(1, 1, 1).rgb());
+}
+
 TEST_CASE("a slideshow blends to an animation's first frame, not to black")
 {
     ViewerDesk v;
