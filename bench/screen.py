@@ -69,6 +69,12 @@ class Pixels:
         starts = range(self._start, self._start + HEIGHT * self._stride, GRAIN * self._stride)
         return b"".join(self._bytes[at + 1:at + self._stride:4 * GRAIN] for at in starts)
 
+    def part(self, left, top, width, height):
+        """All bytes of a piece."""
+        starts = range(self._start + top * self._stride + 4 * left, self._start + (top + height) * self._stride,
+                       self._stride)
+        return b"".join(self._bytes[at:at + 4 * width] for at in starts)
+
 
 def alike(one, other, tolerance):
     """The share of pixels that differ by no more."""
