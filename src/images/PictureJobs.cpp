@@ -27,11 +27,12 @@ struct Standing {
 
     // Who turns the pages faster than one processor decodes finds the next one begun. What was
     // passed by while it was decoded takes a place as well.
-    std::size_t placesForPrefetches(PictureJobs::Widths const& widths) const
+    std::size_t placesForPrefetches(PictureJobs::Widths const& widths, bool mayBeBeside) const
     {
         auto const running = urgentRunning + othersRunning;
         auto const ofQueue = widths.queue - std::min(widths.queue, running + 1);
-        auto const most = widths.prefetch + std::min<std::size_t>(urgentRunning, 1);
+        auto const most
+            = widths.prefetch + (mayBeBeside ? std::min<std::size_t>(urgentRunning, 1) : 0);
         auto const ofPrefetches = most - std::min(most, running);
         return urgentWaiting > 0 ? 0 : std::min(ofQueue, ofPrefetches);
     }
@@ -62,6 +63,7 @@ void PictureJobs::want(
     std::optional<FileUrl> const& shown, std::span<FileUrl const> next, int pixels)
 {
     std::scoped_lock const guard(lock_);
+    isAfterHold_ = isHeld_;
     for (auto& entry : entries_) {
         entry.isShown = false;
         entry.rank.reset();
@@ -77,13 +79,22 @@ void PictureJobs::want(
     forgetUnwanted();
 }
 
+void PictureJobs::hold(bool holds)
+{
+    std::scoped_lock const guard(lock_);
+    isHeld_ = holds;
+    isAfterHold_ = isAfterHold_ || holds;
+}
+
 std::size_t PictureJobs::claimItems()
 {
     std::scoped_lock const guard(lock_);
     forgetUnwanted();
+    if (isHeld_)
+        return 0;
     Standing const now(entries_);
-    auto const startable
-        = now.urgentWaiting + std::min(now.othersWaiting, now.placesForPrefetches(widths_));
+    auto const startable = now.urgentWaiting
+        + std::min(now.othersWaiting, now.placesForPrefetches(widths_, !isAfterHold_));
     auto const missing = startable - std::min(startable, items_);
     items_ += missing;
     return missing;
@@ -94,7 +105,7 @@ std::optional<PictureJobs::Job> PictureJobs::start(int pixels)
     std::scoped_lock const guard(lock_);
     --items_;
     forgetUnwanted();
-    auto* const entry = nextToStart();
+    auto* const entry = isHeld_ ? nullptr : nextToStart();
     if (!entry)
         return std::nullopt;
     entry->isRunning = true;
@@ -149,7 +160,7 @@ PictureJobs::Entry* PictureJobs::nextToStart()
     }
     if (urgent)
         return urgent;
-    return Standing(entries_).placesForPrefetches(widths_) > 0 ? prefetch : nullptr;
+    return Standing(entries_).placesForPrefetches(widths_, !isAfterHold_) > 0 ? prefetch : nullptr;
 }
 
 } // namespace pixelhain

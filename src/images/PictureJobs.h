@@ -42,7 +42,7 @@ public:
         std::size_t prefetch = 2; ///< pictures that nobody waits for, beside one that is waited for
     };
 
-    /// One item of the queue is always left for what is asked for next.
+    /// Prefetches leave one item of the queue for what is asked for next.
     explicit PictureJobs(Widths widths);
 
     /// Waits for a picture. One that is being decoded to another number of pixels is another.
@@ -51,6 +51,10 @@ public:
     /// What may be asked for soon, in place of the earlier wishes: `shown` before all others, if it
     /// is not ready, then `next`. Neither begins to wait here.
     void want(std::optional<FileUrl> const& shown, std::span<FileUrl const> next, int pixels);
+
+    /// While they are held none begins: whatever did would be passed before it is there. What is
+    /// shown when that ends has the processors for itself until something else is.
+    void hold(bool holds);
 
     /// How many work items the queue needs beyond those it was given for this: counts as given. To
     /// be called after everything else here: what has begun makes way for its neighbours.
@@ -81,6 +85,8 @@ private:
     std::list<Entry> entries_;
     std::size_t count_ = 0; ///< numbers jobs and wishes
     std::size_t items_ = 0; ///< work items that have not started
+    bool isHeld_ = false;
+    bool isAfterHold_ = false; ///< until other wishes come
 };
 
 } // namespace pixelhain

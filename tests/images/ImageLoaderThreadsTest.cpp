@@ -142,7 +142,7 @@ TEST_CASE("paging in any hurry shows each photo that is stayed at")
         Screen const screen { 1000, 1000, turn % 2 == 0 ? 1.0 : 2.0 };
         desk.loader->updateDisplayPixelSize({ &screen, 1 });
         while (!isAnswered) {
-            desk.loop.settle();
+            desk.loop.advance(std::chrono::milliseconds(20));
             std::this_thread::yield();
         }
     }

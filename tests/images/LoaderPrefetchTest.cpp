@@ -30,11 +30,18 @@ struct Desk {
 
     Desk()
     {
-        for (auto const* path : { "/1", "/2", "/3", "/4", "/5" })
+        for (auto const* path : { "/1", "/2", "/3", "/4", "/5", "/6", "/7" })
             decoder.put(FileUrl(path), {});
     }
 
+    // By somebody who takes their time.
     void prefetchAround(char const* shown, std::initializer_list<char const*> next)
+    {
+        loop.advance(PagingPace::pause);
+        hurryTo(shown, next);
+    }
+
+    void hurryTo(char const* shown, std::initializer_list<char const*> next)
     {
         std::vector<FileUrl> urls;
         for (auto const* path : next)
@@ -53,6 +60,7 @@ struct Desk {
     void settle()
     {
         background.finishAll();
+        thumbQueue.runAll();
         displayQueue.runAll();
         loop.settle();
     }
@@ -266,6 +274,57 @@ TEST_CASE("after a change of screens a picture that is being decoded for the old
     CHECK(desk.has("/1"));
 }
 
+TEST_CASE("in a hurry no large picture is begun until it ends, thumbnails of what comes next are")
+{
+    Desk desk;
+    desk.prefetchAround("/1", { "/2", "/3" });
+    desk.settle();
+    REQUIRE(desk.decoded() == Paths { "/1", "/2", "/3" });
+    desk.hurryTo("/2", { "/3", "/4", "/1" });
+    auto passed = desk.load("/4");
+    desk.hurryTo("/4", { "/5", "/6", "/3" });
+    desk.settle();
+    CHECK(desk.decoded() == Paths { "/1", "/2", "/3", "/5", "/6" });
+    CHECK(desk.decoder.decodes()[3].maxPixel == 512);
+    CHECK(desk.loader.largestCachedThumbnail(FileUrl("/5")));
+    CHECK_FALSE(desk.has("/5"));
+    passed = desk.load("/5");
+    desk.hurryTo("/5", { "/6", "/7", "/4" });
+    desk.settle();
+    // What is there is not made again, nor is anything of the way back.
+    CHECK(desk.decoded() == Paths { "/1", "/2", "/3", "/5", "/6", "/7" });
+    CHECK(desk.images.empty());
+    desk.loop.advance(PagingPace::pause);
+    desk.settle();
+    CHECK(desk.decoded() == Paths { "/1", "/2", "/3", "/5", "/6", "/7", "/5", "/6", "/7", "/4" });
+    CHECK(desk.has("/5"));
+    CHECK(desk.images.size() == 1);
+}
+
+TEST_CASE(
+    "a large picture that has begun before a hurry comes to its end, and what waited does not")
+{
+    Desk desk;
+    std::vector<std::size_t> waiting;
+    desk.prefetchAround("/1", { "/2" });
+    desk.decoder.whileDecoding = [&] {
+        if (desk.decoded() == Paths { "/1" }) {
+            desk.hurryTo("/3", { "/4" });
+            desk.hurryTo("/4", { "/5" });
+        }
+    };
+    auto const task = desk.load("/1");
+    desk.settle();
+    CHECK(desk.has("/1"));
+    CHECK(desk.images.size() == 1);
+    CHECK_FALSE(desk.has("/2"));
+    CHECK_FALSE(desk.has("/4"));
+    desk.loop.advance(PagingPace::pause);
+    desk.settle();
+    CHECK(desk.has("/4"));
+    CHECK_FALSE(desk.has("/3"));
+}
+
 TEST_CASE("an arrow key that is held while the decoder is slow leaves the last photo's work alone")
 {
     constexpr int count = 400;
@@ -290,12 +349,16 @@ TEST_CASE("an arrow key that is held while the decoder is slow leaves the last p
         loop.settle();
     }
     mayGoOn.release(count);
+    loop.advance(PagingPace::pause);
     while (answered != count - 1) {
         loop.settle();
         std::this_thread::yield();
     }
+    std::size_t large = 0;
+    for (auto const& request : decoder.decodes())
+        large += request.maxPixel == defaultDisplayPixelSize ? 1 : 0;
     constexpr std::size_t begunBefore = width;
     constexpr std::size_t shownAndNeighbours = 4;
-    CHECK(decoder.decodes().size() <= begunBefore + shownAndNeighbours);
+    CHECK(large <= begunBefore + shownAndNeighbours);
     CHECK(loader.cachedDisplayImage(url(count - 1)));
 }

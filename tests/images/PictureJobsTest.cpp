@@ -102,7 +102,7 @@ TEST_CASE("a neighbour is decoded beside the picture that is waited for")
     CHECK(desk.startClaimed().empty());
 }
 
-TEST_CASE("one item of the queue is left for the picture that is asked for next")
+TEST_CASE("prefetches leave one item of the queue for the picture that is asked for next")
 {
     Desk desk;
     auto const passed = desk.ask("/1");
@@ -287,6 +287,39 @@ TEST_CASE("going through a thousand photos without end leaves one step's work")
         items += desk.jobs.claimItems();
     }
     CHECK(order == Paths { "/1999", "/2000", "/2001", "/1998" });
+}
+
+TEST_CASE("while they are held none begins, and then the newest does")
+{
+    Desk desk;
+    auto const first = desk.ask("/1");
+    auto const items = desk.jobs.claimItems();
+    REQUIRE(items == 1);
+    desk.jobs.hold(true);
+    CHECK_FALSE(desk.jobs.start(pixels));
+    auto const second = desk.ask("/2");
+    CHECK(desk.startClaimed().empty());
+    desk.jobs.hold(false);
+    CHECK(desk.startClaimed() == Paths { "/2", "/1" });
+    CHECK(desk.finishFirst() == 1);
+    CHECK(desk.finishFirst() == 1);
+}
+
+TEST_CASE("what is shown when they are held no more is decoded alone, what is shown next is not")
+{
+    Desk desk({ .queue = 3, .prefetch = 1 });
+    desk.jobs.hold(true);
+    desk.want("/5", { "/6", "/7" });
+    CHECK(desk.startClaimed().empty());
+    desk.jobs.hold(false);
+    CHECK(desk.startClaimed() == Paths { "/5" });
+    CHECK(desk.startClaimed().empty());
+    (void)desk.finishFirst();
+    CHECK(desk.startClaimed() == Paths { "/6" });
+    desk.want("/8", { "/9" });
+    CHECK(desk.startClaimed() == Paths { "/8" });
+    (void)desk.finishFirst(); // the one that was passed
+    CHECK(desk.startClaimed() == Paths { "/9" });
 }
 
 TEST_CASE("ending a job twice, or one that never was, tells nobody")
