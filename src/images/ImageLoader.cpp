@@ -208,8 +208,7 @@ ImageLoader::ImageLoader(Services const& services, Limits const& limits)
     : services_(services)
     , core_(std::make_shared<LoaderCore>(services, limits))
     , pace_(services.loop, [this] {
-        core_->pictures.hold(false);
-        coarse_.clear();
+        core_->pictures.hurry(false);
         addPictureItems(core_);
     })
 {
@@ -346,23 +345,27 @@ void ImageLoader::prefetchAround(FileUrl const& shown, std::span<FileUrl const> 
     auto const isAnimated = meta && meta->isAnimated;
     auto const wanted = !isAnimated && isMissing(shown) ? std::optional(shown) : std::nullopt;
     pace_.step(shown);
-    core_->pictures.hold(pace_.isHasty());
-    makeCoarse(next.first(pace_.isHasty() ? std::min(mostCoarse, next.size()) : 0));
+    core_->pictures.hurry(pace_.isHasty());
+    if (pace_.isHasty())
+        makeCoarse(next.first(std::min(mostCoarse, next.size())));
     core_->pictures.want(wanted, missing, core_->displayPixelSize);
     addPictureItems(core_);
 }
 
-// Of the photos that come next, unless there is something of them. What has begun of others goes on
-// and is kept.
+// Of the photos that come next, unless there is something of them, and never more at once: of some
+// formats it takes as long as the picture.
 void ImageLoader::makeCoarse(std::span<FileUrl const> next)
 {
-    std::erase_if(coarse_,
-        [&](auto const& load) { return std::ranges::find(next, load.first) == next.end(); });
+    auto const isAsked = [this](FileUrl const& url) {
+        return std::ranges::find(coarse_, url, &Coarse::url) != coarse_.end();
+    };
     for (auto const& url : next)
-        if (std::ranges::find(coarse_, url, &std::pair<FileUrl, Task>::first) == coarse_.end()
-            && !cachedDisplayImage(url) && !largestCachedThumbnail(url))
-            coarse_.emplace_back(
-                url, loadThumbnail(url, coarsePixels, Turn(), nullptr, [](ImageRef const&) {}));
+        if (coarse_.size() < mostCoarse && !isAsked(url) && !cachedDisplayImage(url)
+            && !largestCachedThumbnail(url))
+            coarse_.push_back({ url,
+                loadThumbnail(url, coarsePixels, Turn(), nullptr, [this, url](ImageRef const&) {
+                    std::erase_if(coarse_, [&](Coarse const& one) { return one.url == url; });
+                }) });
 }
 
 ImageRef ImageLoader::decodeImage(FileUrl const& url, int maxPixel, EmbeddedPreviews previews) const

@@ -12,7 +12,6 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <utility>
 #include <vector>
 
 namespace pixelhain {
@@ -115,8 +114,8 @@ public:
 
     /// Makes the display image of `shown`, and when all that somebody waits for has begun those of
     /// `next` in this order. Replaces the earlier wishes: what has not begun and is not named again
-    /// is given up. In a hurry no large picture is begun before it ends; thumbnails of what comes
-    /// next are made instead, which takes a fraction of the time. Main thread only.
+    /// is given up. Where somebody pages faster than large pictures are decoded none is begun, but
+    /// thumbnails of what comes next. Main thread only.
     void prefetchAround(FileUrl const& shown, std::span<FileUrl const> next);
 
     /// Decodes on the caller's thread, past all caches.
@@ -132,12 +131,18 @@ public:
     void updateDisplayPixelSize(std::span<Screen const> screens);
 
 private:
+    /// A thumbnail that is made for somebody in a hurry.
+    struct Coarse {
+        FileUrl url;
+        Task load;
+    };
+
     void makeCoarse(std::span<FileUrl const> next);
 
     Services services_;
     std::shared_ptr<LoaderCore> core_; // shared with the work under way
     PagingPace pace_;
-    std::vector<std::pair<FileUrl, Task>> coarse_; ///< what is made of photos in a hurry
+    std::vector<Coarse> coarse_; ///< under way
 };
 
 } // namespace pixelhain

@@ -29,10 +29,11 @@ struct Standing {
     // passed by while it was decoded takes a place as well.
     std::size_t placesForPrefetches(PictureJobs::Widths const& widths, bool mayBeBeside) const
     {
+        if (!mayBeBeside && urgentRunning > 0)
+            return 0;
         auto const running = urgentRunning + othersRunning;
         auto const ofQueue = widths.queue - std::min(widths.queue, running + 1);
-        auto const most
-            = widths.prefetch + (mayBeBeside ? std::min<std::size_t>(urgentRunning, 1) : 0);
+        auto const most = widths.prefetch + std::min<std::size_t>(urgentRunning, 1);
         auto const ofPrefetches = most - std::min(most, running);
         return urgentWaiting > 0 ? 0 : std::min(ofQueue, ofPrefetches);
     }
@@ -63,7 +64,7 @@ void PictureJobs::want(
     std::optional<FileUrl> const& shown, std::span<FileUrl const> next, int pixels)
 {
     std::scoped_lock const guard(lock_);
-    isAfterHold_ = isHeld_;
+    isAfterHurry_ = isHasty_;
     for (auto& entry : entries_) {
         entry.isShown = false;
         entry.rank.reset();
@@ -77,25 +78,35 @@ void PictureJobs::want(
         if (auto& entry = entryFor(next[i], PictureSize::display, pixels); !entry.rank)
             entry.rank = i;
     forgetUnwanted();
+    isTooFast_ = isTooFast_ || (isHasty_ && std::ranges::any_of(entries_, [](Entry const& entry) {
+        return entry.isRunning && !entry.rank && !isUrgent(entry);
+    }));
 }
 
-void PictureJobs::hold(bool holds)
+void PictureJobs::hurry(bool isHasty)
 {
     std::scoped_lock const guard(lock_);
-    isHeld_ = holds;
-    isAfterHold_ = isAfterHold_ || holds;
+    isHasty_ = isHasty;
+    isTooFast_ = isTooFast_ && isHasty;
+    isAfterHurry_ = isAfterHurry_ || isHasty;
+}
+
+bool PictureJobs::mayBegin() const
+{
+    return !isHasty_ || (!isTooFast_ && std::ranges::none_of(entries_, &Entry::isRunning));
 }
 
 std::size_t PictureJobs::claimItems()
 {
     std::scoped_lock const guard(lock_);
     forgetUnwanted();
-    if (isHeld_)
+    if (!mayBegin())
         return 0;
     Standing const now(entries_);
     auto const startable = now.urgentWaiting
-        + std::min(now.othersWaiting, now.placesForPrefetches(widths_, !isAfterHold_));
-    auto const missing = startable - std::min(startable, items_);
+        + std::min(now.othersWaiting, now.placesForPrefetches(widths_, !isAfterHurry_));
+    auto const most = isHasty_ ? std::min<std::size_t>(startable, 1) : startable;
+    auto const missing = most - std::min(most, items_);
     items_ += missing;
     return missing;
 }
@@ -105,7 +116,7 @@ std::optional<PictureJobs::Job> PictureJobs::start(int pixels)
     std::scoped_lock const guard(lock_);
     --items_;
     forgetUnwanted();
-    auto* const entry = isHeld_ ? nullptr : nextToStart();
+    auto* const entry = mayBegin() ? nextToStart() : nullptr;
     if (!entry)
         return std::nullopt;
     entry->isRunning = true;
@@ -160,7 +171,7 @@ PictureJobs::Entry* PictureJobs::nextToStart()
     }
     if (urgent)
         return urgent;
-    return Standing(entries_).placesForPrefetches(widths_, !isAfterHold_) > 0 ? prefetch : nullptr;
+    return Standing(entries_).placesForPrefetches(widths_, !isAfterHurry_) > 0 ? prefetch : nullptr;
 }
 
 } // namespace pixelhain

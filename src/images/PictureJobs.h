@@ -52,9 +52,10 @@ public:
     /// is not ready, then `next`. Neither begins to wait here.
     void want(std::optional<FileUrl> const& shown, std::span<FileUrl const> next, int pixels);
 
-    /// While they are held none begins: whatever did would be passed before it is there. What is
-    /// shown when that ends has the processors for itself until something else is.
-    void hold(bool holds);
+    /// While somebody pages in a hurry one is decoded at a time, and none any more once one was
+    /// left behind: whatever was begun would be passed before it is there. What is shown when that
+    /// ends has the processors for itself until something else is.
+    void hurry(bool isHasty);
 
     /// How many work items the queue needs beyond those it was given for this: counts as given. To
     /// be called after everything else here: what has begun makes way for its neighbours.
@@ -79,14 +80,16 @@ private:
     Entry& entryFor(FileUrl const& url, PictureSize size, int pixels);
     void forgetUnwanted();
     Entry* nextToStart();
+    [[nodiscard]] bool mayBegin() const;
 
     Widths const widths_;
     std::mutex lock_;
     std::list<Entry> entries_;
     std::size_t count_ = 0; ///< numbers jobs and wishes
     std::size_t items_ = 0; ///< work items that have not started
-    bool isHeld_ = false;
-    bool isAfterHold_ = false; ///< until other wishes come
+    bool isHasty_ = false;
+    bool isTooFast_ = false; ///< in a hurry: one was left behind
+    bool isAfterHurry_ = false; ///< until other wishes come
 };
 
 } // namespace pixelhain

@@ -289,36 +289,65 @@ TEST_CASE("going through a thousand photos without end leaves one step's work")
     CHECK(order == Paths { "/1999", "/2000", "/2001", "/1998" });
 }
 
-TEST_CASE("while they are held none begins, and then the newest does")
+TEST_CASE("in a hurry one picture is decoded at a time, and none once one was left behind")
 {
     Desk desk;
-    auto const first = desk.ask("/1");
-    auto const items = desk.jobs.claimItems();
-    REQUIRE(items == 1);
-    desk.jobs.hold(true);
-    CHECK_FALSE(desk.jobs.start(pixels));
-    auto const second = desk.ask("/2");
+    desk.jobs.hurry(true);
+    desk.want("/1", { "/2", "/3" });
+    CHECK(desk.startClaimed() == Paths { "/1" });
     CHECK(desk.startClaimed().empty());
-    desk.jobs.hold(false);
-    CHECK(desk.startClaimed() == Paths { "/2", "/1" });
-    CHECK(desk.finishFirst() == 1);
-    CHECK(desk.finishFirst() == 1);
+    (void)desk.finishFirst();
+    CHECK(desk.startClaimed() == Paths { "/2" });
+    desk.want("/3", { "/4", "/5", "/2" });
+    CHECK(desk.startClaimed().empty());
+    desk.want("/4", { "/5", "/6", "/3" });
+    (void)desk.finishFirst();
+    auto const task = desk.ask("/4");
+    CHECK(desk.startClaimed().empty());
+    desk.want("/5", { "/6" });
+    CHECK(desk.startClaimed().empty());
+    desk.jobs.hurry(false);
+    CHECK(desk.startClaimed() == Paths { "/5", "/4" });
 }
 
-TEST_CASE("what is shown when they are held no more is decoded alone, what is shown next is not")
+TEST_CASE("an item that was claimed before a hurry begins nothing in it")
 {
-    Desk desk({ .queue = 3, .prefetch = 1 });
-    desk.jobs.hold(true);
-    desk.want("/5", { "/6", "/7" });
-    CHECK(desk.startClaimed().empty());
-    desk.jobs.hold(false);
+    Desk desk;
+    auto const task = desk.ask("/1");
+    REQUIRE(desk.startClaimed() == Paths { "/1" });
+    *task = true;
+    desk.want("/2", {});
+    REQUIRE(desk.jobs.claimItems() == 1);
+    desk.jobs.hurry(true);
+    desk.want("/3", {});
+    CHECK_FALSE(desk.jobs.start(pixels));
+    CHECK(desk.jobs.claimItems() == 0);
+    desk.jobs.hurry(false);
+    CHECK(desk.startClaimed() == Paths { "/3" });
+}
+
+TEST_CASE("what is shown when a hurry ends is decoded alone, what is shown next is not")
+{
+    PictureJobs::Widths widths { .queue = 3, .prefetch = 1 };
+    SUBCASE("on a few processors") { }
+    SUBCASE("on many")
+    {
+        widths.prefetch = 2;
+    }
+    Desk desk(widths);
+    desk.jobs.hurry(true);
+    desk.want("/1", {});
+    CHECK(desk.startClaimed() == Paths { "/1" });
+    desk.want("/5", { "/6" });
+    (void)desk.finishFirst();
+    desk.jobs.hurry(false);
     CHECK(desk.startClaimed() == Paths { "/5" });
     CHECK(desk.startClaimed().empty());
     (void)desk.finishFirst();
     CHECK(desk.startClaimed() == Paths { "/6" });
+    (void)desk.finishFirst();
     desk.want("/8", { "/9" });
     CHECK(desk.startClaimed() == Paths { "/8" });
-    (void)desk.finishFirst(); // the one that was passed
     CHECK(desk.startClaimed() == Paths { "/9" });
 }
 
