@@ -32,7 +32,7 @@ void ViewerImage::keepStill(ImageRef picture, ImageRef standIn)
 {
     if (!image_)
         image_ = std::move(picture);
-    if (!image_)
+    if (!image_ && standIn)
         standIn_ = std::move(standIn);
 }
 
@@ -54,6 +54,7 @@ void ViewerImage::appear()
         loadStandIn();
     spinnerWait_ = loop_.after(spinnerDelay, [this] {
         hasWaited_ = true;
+        useStandIn(nullptr);
         if (showsSpinner())
             changed_(atOnce);
     });
@@ -74,6 +75,9 @@ void ViewerImage::cancelStandIn()
 
 void ViewerImage::useStandIn(ImageRef picture)
 {
+    // A thumbnail may have been made since this was made.
+    if (!picture && !standIn_)
+        picture = source_.cachedThumbnail(item_.url);
     auto const side = [](ImageRef const& ref) { return ref ? ref->image.size.longestSide() : 0; };
     if (side(picture) <= side(standIn_))
         return;

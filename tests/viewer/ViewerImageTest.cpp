@@ -265,6 +265,30 @@ TEST_CASE("a photo that is left takes what stood for it along, and waits for not
     CHECK(s.source.wanted(Kind::display).empty());
 }
 
+TEST_CASE("a thumbnail that is made while a photo is waited for stands for it")
+{
+    Shown s;
+    s.image.appear();
+    auto const thumbnail = pictureOf(512, 341);
+    s.source.thumbnails[photo("a.jpg").url] = thumbnail;
+    CHECK_FALSE(s.image.standIn());
+    SUBCASE("when it is found that there is no preview")
+    {
+        s.source.answer(Kind::preview, nullptr);
+        CHECK(s.image.standIn() == thumbnail);
+        CHECK(s.changes.size() == 1);
+    }
+    SUBCASE("instead of a wheel")
+    {
+        s.loop.advance(ViewerImage::spinnerDelay);
+        CHECK(s.image.standIn() == thumbnail);
+        CHECK_FALSE(s.image.showsSpinner());
+        CHECK(s.changes.size() == 1);
+    }
+    s.source.answer(Kind::display, pictureOf(1920, 1280));
+    CHECK_FALSE(s.image.standIn());
+}
+
 TEST_CASE("the gallery's picture stands for an animation, and nothing is loaded for that")
 {
     FakeLoop loop;
