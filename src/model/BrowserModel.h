@@ -53,7 +53,7 @@ public:
     void setShowContactSheetDialog(bool shows); ///< only while there are photos
 
     // Settings: each is stored under its key at once, numbers brought into their range.
-    void expectSearch() const { photos_.expectSearch(); } ///< the first key is then no slower
+    void expectSearch() { photos_.expectSearch(); } ///< the first key is then no slower
     void setSearchText(std::string text);
     void setSortKey(SortKey key);
     void setAscending(bool value);

@@ -65,9 +65,15 @@ void PhotoFilter::choose(ViewChoice const& choice)
         deriveLater(choice);
 }
 
-void PhotoFilter::expectSearch() const
+void PhotoFilter::expectSearch()
 {
-    if (!list_->isQuick())
+    isSearchExpected_ = true;
+    makeReady();
+}
+
+void PhotoFilter::makeReady()
+{
+    if (isSearchExpected_ && !list_->isQuick())
         background_.run(Priority::userInitiated,
             [list = PhotoList::Reading(list_), &order = order_] { list->foldNames(order); });
 }
@@ -155,6 +161,7 @@ void PhotoFilter::replace(
     dropWhole();
     gone_.clear();
     discardPhotos(background_, std::exchange(list_, std::move(list)));
+    makeReady();
     shown_ = choice;
     discardPhotos(background_, show_(std::move(visible), Scan::other));
     settle();
@@ -165,6 +172,7 @@ void PhotoFilter::complete(
 {
     gone_.clear();
     discardPhotos(background_, std::exchange(list_, std::move(list)));
+    makeReady();
     if (!isUnderWay() && choice == shown_) {
         dropWhole();
         discardPhotos(background_, show_(std::move(visible), Scan::completed));

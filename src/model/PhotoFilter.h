@@ -42,8 +42,8 @@ public:
     /// search is there at once.
     void choose(ViewChoice const& choice);
 
-    /// Makes a long list ready to be searched, in the background.
-    void expectSearch() const;
+    /// Makes a long list ready to be searched, in the background, and those that come.
+    void expectSearch();
 
     /// Whether what was chosen last is still to be shown.
     bool isUnderWay() const { return static_cast<bool>(task_); }
@@ -82,6 +82,7 @@ private:
         Command command;
     };
 
+    void makeReady();
     void deriveLater(ViewChoice const& choice);
     void deliver(ViewChoice const& choice, std::vector<PhotoItem> visible, Scan scan = Scan::same);
     void settle();
@@ -102,6 +103,7 @@ private:
     Task task_;
     Task activityTask_; ///< while something is under way
     std::vector<Waiting> waiting_; ///< for what is under way
+    bool isSearchExpected_ = false;
 };
 
 } // namespace pixelhain

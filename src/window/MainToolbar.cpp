@@ -214,7 +214,7 @@ void MainToolbar::setSearchText(std::string text)
     model_.setSearchText(std::move(text));
 }
 
-void MainToolbar::expectSearch() const
+void MainToolbar::expectSearch()
 {
     model_.expectSearch();
 }

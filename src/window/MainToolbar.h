@@ -72,7 +72,7 @@ public:
 
     [[nodiscard]] std::string const& searchText() const;
     void setSearchText(std::string text);
-    void expectSearch() const; ///< the user is about to type
+    void expectSearch(); ///< the user is about to type
 
     /// The items from `first` of `order` on, as a menu for what has no room.
     [[nodiscard]] std::vector<MenuEntry> overflow(std::size_t first) const;

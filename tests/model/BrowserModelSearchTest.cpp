@@ -113,6 +113,18 @@ TEST_CASE("a search that was expected folds no name any more, nor does the next"
     CHECK(folds <= before + LongList::count + 2 * 2); // what is searched for
 }
 
+TEST_CASE("whoever has searched finds the next long list ready for it, too")
+{
+    LongList test;
+    auto& folds = test.desk.textOrder.folds;
+    test.model().expectSearch();
+    test.desk.settle();
+    auto const before = folds.load();
+    test.model().reload();
+    test.desk.settle();
+    CHECK(folds == before + LongList::count);
+}
+
 TEST_CASE("a search that is expected holds up neither what is removed nor another folder")
 {
     LongList test;
