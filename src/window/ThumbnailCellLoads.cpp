@@ -41,7 +41,7 @@ void ThumbnailCellLoads::loadThumbnail()
         return;
     }
     // One of another size stands for it meanwhile: sizes change more often than photos are made.
-    // What was never looked into is not in memory either.
+    // Of what was never looked into there is hardly ever one.
     if (!image_ && !embedded_ && !failed_ && hasLooked_)
         embedded_ = source_.cachedThumbnailOfAnySize(url_);
     bool const hasNothing = !image_ && !embedded_ && !failed_;
